@@ -1,0 +1,32 @@
+# What every target of the project shares: the language level, the warnings, and one way to declare a
+# folder's library and its test program.
+
+add_library(tracelyn_options INTERFACE)
+target_compile_features(tracelyn_options INTERFACE cxx_std_20)
+target_compile_options(tracelyn_options INTERFACE
+    -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_compile_definitions(tracelyn_options INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS TRACELYN_VERSION="${PROJECT_VERSION}")
+
+# tracelyn_library(NAME SOURCES a.cpp... [PUBLIC target...] [PRIVATE target...])
+# A folder's headers are reached only through the target, so an include that the arrows of the map do not
+# allow finds no file.
+function(tracelyn_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} tracelyn_options)
+endfunction()
+
+# tracelyn_test(NAME SOURCES a.cpp... LINKS target...)
+function(tracelyn_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(${name} PRIVATE
+        TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data" SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples")
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} tracelyn_options GTest::gtest)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;UBSAN_OPTIONS=print_stacktrace=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")
+endfunction()
