@@ -1,0 +1,19 @@
+// Numbers with a fixed count of decimals, byte for byte as printf writes them in the "C" locale.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace support {
+
+inline constexpr int MaxFixedDecimals = 1000;
+
+// Enough for any 32-bit float widened to double: sign, 39 digits, point, decimals.
+inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;
+
+// What printf("%1.*f", precision, value) writes. A negative precision means 6 decimals, more than 1000 means
+// 1000. Returns the written front of the buffer; a buffer that is too small is a programming error.
+std::string_view FormatFixed(std::span<char> buffer, double value, int precision);
+
+} // namespace support
