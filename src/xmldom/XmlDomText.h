@@ -1,0 +1,12 @@
+// A node of character data.
+#pragma once
+
+#include "XmlDomNode.h"
+
+class CXmlDomText : public CXmlDomNode {
+public:
+    bool CanHold(int nodeType) const override;
+
+    // The text as it stands in the document, not trimmed.
+    virtual QString GetText() const;
+};

@@ -1,0 +1,38 @@
+// What the wrappers share when they look at libxml2's nodes.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <string>
+#include <string_view>
+
+inline std::string_view ViewOf(const xmlChar* text) {
+    return text == nullptr ? std::string_view() : std::string_view(reinterpret_cast<const char*>(text));
+}
+
+// The node or its next sibling, past text that is white space alone.
+inline xmlNode* SkipBlankText(xmlNode* node) {
+    while (node != nullptr && node->type == XML_TEXT_NODE && xmlIsBlankNode(node) != 0)
+        node = node->next;
+    return node;
+}
+
+inline xmlNode* FirstChild(const xmlNode* node) {
+    return SkipBlankText(node->children);
+}
+
+// A name as written in the document, with its prefix.
+inline std::string QualifiedName(const xmlNs* space, const xmlChar* localName) {
+    std::string name;
+    if (space != nullptr && space->prefix != nullptr)
+        name.append(ViewOf(space->prefix)).append(1, ':');
+    return name.append(ViewOf(localName));
+}
+
+inline bool HasName(const xmlNs* space, const xmlChar* localName, std::string_view name) {
+    if (space == nullptr || space->prefix == nullptr)
+        return ViewOf(localName) == name;
+    const std::string_view prefix = ViewOf(space->prefix);
+    return name.size() > prefix.size() && name.starts_with(prefix) && name[prefix.size()] == ':' &&
+           name.substr(prefix.size() + 1) == ViewOf(localName);
+}

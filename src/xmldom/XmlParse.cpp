@@ -1,0 +1,129 @@
+#include "XmlParse.h"
+
+#include "XmlEncodings.h"
+
+#include <QIODevice>
+
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// What one parse knows about itself; libxml2's callbacks reach it through the context. They allocate nothing,
+// for an exception must not cross the library.
+struct ParseState {
+    QIODevice* device = nullptr;
+    int64_t bytesRead = 0;
+    int64_t namespaceBytes = 0;
+    bool failed = false;
+    bool readFailed = false;
+    long line = 0;
+    std::array<char, 1024> reason = {};
+
+    // Only the first failure counts; the later ones are its consequences.
+    void Fail(long atLine, const char* text) {
+        if (failed)
+            return;
+        failed = true;
+        line = atLine;
+        std::snprintf(reason.data(), reason.size(), "%s", text);
+    }
+};
+
+ParseState& StateOf(void* context) {
+    return *static_cast<ParseState*>(static_cast<xmlParserCtxtPtr>(context)->_private);
+}
+
+void Refuse(void* context, const char* reason) {
+    StateOf(context).Fail(xmlSAX2GetLineNumber(context), reason);
+    xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
+}
+
+void RefuseEntity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
+                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
+    Refuse(context, "Entity declarations are not allowed");
+}
+
+void RefuseUnparsedEntity(void* context, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
+                          const xmlChar* /*systemId*/, const xmlChar* /*notation*/) {
+    Refuse(context, "Entity declarations are not allowed");
+}
+
+// Declared attribute defaults stay out of the tree, except namespaces: those are copied into every element,
+// so a few bytes could grow without end. What they cost may not outgrow what was read.
+void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
+                  int namespaceCount, const xmlChar** namespaces, int attributeCount, int defaultedCount,
+                  const xmlChar** attributes) {
+    constexpr int64_t FreeBytes = 1 << 20;
+    constexpr int64_t BytesPerByteRead = 4;
+    ParseState& state = StateOf(context);
+    for (int i = 0; i < namespaceCount; ++i) // pairs of prefix and address
+        state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
+
+    if (state.namespaceBytes > FreeBytes + BytesPerByteRead * state.bytesRead)
+        Refuse(context, "Namespace defaults make the document too large");
+    else
+        xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount,
+                              defaultedCount, attributes);
+}
+
+void KeepFirstFatalError(void* context, xmlErrorPtr error) {
+    if (context == nullptr || error->level != XML_ERR_FATAL)
+        return;
+    StateOf(context).Fail(error->line, error->message == nullptr ? "" : error->message);
+}
+
+int ReadDevice(void* opaque, char* buffer, int length) {
+    ParseState& state = *static_cast<ParseState*>(opaque);
+    const qint64 count = state.device->read(buffer, length);
+    if (count < 0)
+        state.readFailed = true;
+    else
+        state.bytesRead += count;
+    return static_cast<int>(count);
+}
+
+void InstallCallbacks(xmlParserCtxt& context, ParseState& state) {
+    context._private = &state;
+    context.sax->entityDecl = RefuseEntity;
+    context.sax->unparsedEntityDecl = RefuseUnparsedEntity;
+    context.sax->startElementNs = StartElement;
+    context.sax->serror = KeepFirstFatalError;
+}
+
+QString WithoutLineEnd(const char* reason) {
+    QString text = QString::fromUtf8(reason);
+    while (text.endsWith(u'\n') || text.endsWith(u'\r'))
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+XmlParseResult ParseXml(QIODevice& device, const char* encoding) {
+    PrepareXmlLibrary();
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
+                                                                               xmlFreeParserCtxt);
+    if (context == nullptr)
+        return {.document = nullptr, .line = 0, .reason = QStringLiteral("Out of memory")};
+
+    ParseState state;
+    state.device = &device;
+    InstallCallbacks(*context, state);
+    constexpr int Options = XML_PARSE_HUGE | XML_PARSE_NONET;
+    std::shared_ptr<xmlDoc> document(
+        xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, encoding, Options), xmlFreeDoc);
+
+    if (state.readFailed)
+        return {.document = nullptr, .line = state.line, .reason = device.errorString()};
+    if (state.failed)
+        return {.document = nullptr, .line = state.line, .reason = WithoutLineEnd(state.reason.data())};
+    if (document == nullptr)
+        return {.document = nullptr, .line = 0, .reason = QStringLiteral("The document cannot be read")};
+    return {.document = std::move(document), .line = 0, .reason = {}};
+}
