@@ -1,0 +1,69 @@
+// The root of the model: everything that one analysis file contributes to the screen.
+#pragma once
+
+#include "GraphDataGroup.h"
+#include "GraphDataSet.h"
+
+#include <QMap>
+#include <QString>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+// Remembered expanded states: group name to "1" (expanded) or "0".
+using GroupStates = QMap<QString, QString>;
+
+// Owns every group and every set. List order is file order and display order.
+class CGraphData {
+public:
+    CGraphData() = default;
+    CGraphData(const CGraphData&) = delete;
+    CGraphData& operator=(const CGraphData&) = delete;
+    ~CGraphData() { Clear(); }
+
+    void AddGroup(std::unique_ptr<CGraphDataGroup> group) { m_Groups.push_back(std::move(group)); }
+    // Takes ownership. Only the constructors of the sets call it.
+    void AddSet(CGraphDataSet* set) { m_Sets.emplace_back().reset(set); }
+    // Creates a set against this root, which owns it.
+    template <class Set, class... Arguments>
+    Set& Make(Arguments&&... arguments) {
+        return *new Set(*this, std::forward<Arguments>(arguments)...);
+    }
+
+    const std::vector<std::unique_ptr<CGraphDataGroup>>& GetGroups() const { return m_Groups; }
+    const std::vector<std::unique_ptr<CGraphDataSet>>& GetSets() const { return m_Sets; }
+    // The first of that name, null when there is none.
+    CGraphDataSet* FindSet(const QString& name) const;
+    CGraphDataGroup* FindGroup(const QString& name) const;
+    bool HasData() const { return !m_Groups.empty() || !m_Sets.empty(); }
+    // The largest sample count over all sets; 0 without sets.
+    int GetMaxCount() const;
+
+    // Selection: one group at a time among those shown in the graph.
+    void SelectFirstGroup();
+    // One step forward or back, without wrap-around. With no group selected both take the first of the list,
+    // whether or not it is shown in the graph.
+    void SelectNextGroup();
+    void SelectPreviousGroup();
+    // The n-th group shown in the graph, counting from 1. False, and none of them selected, when there is
+    // none.
+    bool SelectGroupByNumber(int n);
+    void ToggleSelectedGroupExpanded();
+
+    void SaveExpandedStates(GroupStates& states) const;
+    // Groups that are not in the map keep their state.
+    void RestoreExpandedStates(const GroupStates& states);
+
+    // Both delete the last created first.
+    void DeleteAllSets();
+    void DeleteAllGroups();
+    void Clear();
+
+private:
+    template <class Range>
+    void SelectNeighbour(Range&& groups);
+
+    std::vector<std::unique_ptr<CGraphDataGroup>> m_Groups;
+    std::vector<std::unique_ptr<CGraphDataSet>> m_Sets;
+};

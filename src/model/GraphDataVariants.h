@@ -1,0 +1,47 @@
+// The sets that are no plain sampled signal: fixed values, the index axis and on/off signals.
+#pragma once
+
+#include "GraphDataTypedSet.h"
+
+// One value for every index. The value lives elsewhere and must outlive the set.
+class CGraphDataFixedSet : public CGraphDataSet {
+public:
+    CGraphDataFixedSet(CGraphData& root, const QString& name, const float* pValue);
+
+    double GetValue(int index, int refIndex) const override;
+    double GetScaledValue(int index, int refIndex) const override;
+    bool IsBinary() const override { return false; }
+
+private:
+    const float* m_pValue;
+};
+
+// A reference line: a fixed set that keeps its value itself.
+class CGraphDataOwningFixedSet : public CGraphDataFixedSet {
+public:
+    CGraphDataOwningFixedSet(CGraphData& root, const QString& name);
+
+    void SetValue(float value) { m_fValue = value; }
+
+private:
+    float m_fValue = 0.0F;
+};
+
+// The horizontal axis: its value is the index. With a reference index it measures from there, without the
+// offset.
+class CGraphDataIndexSet : public CGraphDataSet {
+public:
+    CGraphDataIndexSet(CGraphData& root, const QString& name);
+
+    double GetValue(int index, int refIndex) const override;
+    double GetScaledValue(int index, int refIndex) const override;
+    bool IsBinary() const override { return false; }
+};
+
+// An on/off signal over bytes; any byte but 0 reads as on.
+class CGraphDataBinarySet : public CGraphDataTypedSet<uint8_t> {
+public:
+    using CGraphDataTypedSet::CGraphDataTypedSet;
+
+    bool IsBinary() const override { return true; }
+};
