@@ -1,0 +1,111 @@
+#include "CsvFile.h"
+
+#include "FixedText.h"
+
+#include <QByteArray>
+#include <QIODevice>
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+
+namespace Tracelyn {
+
+namespace {
+
+constexpr std::string_view kSeparator = ",";
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr size_t kFlushAbove = 4096;
+
+CFileException WriteError(const QIODevice* device) {
+    return CFileException(device ? device->errorString().toStdString() : "file is not open");
+}
+
+} // namespace
+
+CCsvFile::~CCsvFile() {
+    WritePending();
+}
+
+bool CCsvFile::Open(const QString& path) {
+    if (m_pDevice)
+        return false;
+    m_nFieldsInLine = 0;
+    m_File.setFileName(path);
+    // Unbuffered, so that a write error shows in the flush that meets it.
+    if (!m_File.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        return false;
+    m_pDevice = &m_File;
+    return true;
+}
+
+bool CCsvFile::Open(QIODevice& device) {
+    if (m_pDevice || !device.isWritable())
+        return false;
+    m_nFieldsInLine = 0;
+    m_pDevice = &device;
+    return true;
+}
+
+void CCsvFile::Close() {
+    const bool written = WritePending();
+    const QIODevice* const device = m_pDevice;
+    m_pDevice = nullptr;
+    if (written) {
+        m_File.close();
+        return;
+    }
+    const CFileException error = WriteError(device);
+    m_File.close();
+    throw error;
+}
+
+void CCsvFile::AppendText(std::string_view latin1) {
+    m_Pending += latin1;
+    if (m_Pending.size() > kFlushAbove)
+        Flush();
+}
+
+void CCsvFile::EndLine() {
+    AppendText(kLineEnd);
+    m_nFieldsInLine = 0;
+}
+
+void CCsvFile::WriteField(std::string_view latin1) {
+    if (m_nFieldsInLine != 0)
+        AppendText(kSeparator);
+    AppendText(latin1);
+    ++m_nFieldsInLine;
+}
+
+void CCsvFile::WriteIntegerField(int value) {
+    std::array<char, 12> buffer;
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    WriteField(std::string_view(buffer.data(), static_cast<size_t>(end - buffer.data())));
+}
+
+void CCsvFile::WriteStringField(const QString& text) {
+    const QByteArray quoted = '"' + text.toLatin1() + '"';
+    WriteField(std::string_view(quoted.data(), static_cast<size_t>(quoted.size())));
+}
+
+void CCsvFile::WriteNumberField(float value, int decimals) {
+    std::array<char, support::FixedTextCapacity> buffer;
+    WriteField(support::FormatFixed(buffer, value, decimals));
+}
+
+void CCsvFile::Flush() {
+    if (!WritePending())
+        throw WriteError(m_pDevice);
+}
+
+bool CCsvFile::WritePending() {
+    if (m_Pending.empty())
+        return true;
+    const auto size = static_cast<qint64>(m_Pending.size());
+    const bool written = m_pDevice && m_pDevice->write(m_Pending.data(), size) == size;
+    m_Pending.clear();
+    return written;
+}
+
+} // namespace Tracelyn

@@ -1,0 +1,59 @@
+// A text file of comma-separated fields. Text is collected and written in chunks, in Latin-1 ("?" for what
+// that lacks).
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+class QIODevice;
+
+namespace Tracelyn {
+
+// A write error, with the system's reason.
+class CFileException : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Whatever appends text or flushes throws CFileException when the text cannot be written; the text is then
+// dropped.
+class CCsvFile {
+public:
+    CCsvFile() = default;
+    CCsvFile(const CCsvFile&) = delete;
+    CCsvFile& operator=(const CCsvFile&) = delete;
+    // Writes what is pending. Errors go unnoticed: call Close first to see them.
+    ~CCsvFile();
+
+    // Creates the file or empties an existing one. False when that fails or a file is open already.
+    bool Open(const QString& path);
+    // Writes to a device that the caller opened and keeps; Close only flushes into it. False as above.
+    bool Open(QIODevice& device);
+    // Closes also when the last text cannot be written, and then throws.
+    void Close();
+
+    void AppendText(std::string_view latin1);
+    void EndLine();
+    void WriteField(std::string_view latin1);
+    void WriteIntegerField(int value);
+    // The text between quotes; quotes inside it stay as they are.
+    void WriteStringField(const QString& text);
+    // Decimals as FormatFixed takes them: negative means 6.
+    void WriteNumberField(float value, int decimals);
+    void Flush();
+
+private:
+    // False when not everything was written. Nothing is pending afterwards.
+    bool WritePending();
+
+    std::string m_Pending;
+    int m_nFieldsInLine = 0;
+    QFile m_File;
+    QIODevice* m_pDevice = nullptr; // m_File or the caller's
+};
+
+} // namespace Tracelyn

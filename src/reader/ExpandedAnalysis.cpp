@@ -1,0 +1,24 @@
+#include "ExpandedAnalysis.h"
+
+#include "zip.h"
+
+#include <QFile>
+
+namespace Tracelyn {
+
+QString AnalysisEntryName() {
+    return QStringLiteral("tmpandat.bin");
+}
+
+CExpandedAnalysis::CExpandedAnalysis(const QString& containerPath, const QString& folder)
+    : m_strPath(folder + AnalysisEntryName()) {
+    // A container without a document must not lend an earlier one's.
+    QFile::remove(m_strPath);
+    m_bExpanded = CZip(containerPath).Expand(folder, AnalysisEntryName());
+}
+
+CExpandedAnalysis::~CExpandedAnalysis() {
+    QFile::remove(m_strPath);
+}
+
+} // namespace Tracelyn

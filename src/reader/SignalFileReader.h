@@ -1,0 +1,28 @@
+// The interface through which the program loads any measurement file into the model.
+#pragma once
+
+#include <QString>
+
+class CGraphData;
+
+// How to use one: clear the model, construct the concrete reader, set the access level, read, ask for the
+// name.
+class CSignalFileReader {
+public:
+    CSignalFileReader() = default;
+    CSignalFileReader(const CSignalFileReader&) = delete;
+    CSignalFileReader& operator=(const CSignalFileReader&) = delete;
+    virtual ~CSignalFileReader() = default;
+
+    // Appends the file's groups and sets to `data`. Never throws; what could be read before a problem stays.
+    virtual void ReadAnalysis(CGraphData& data, const QString& path) = 0;
+    // Name of the analysis read last; empty when the file gives none.
+    virtual QString GetAnalysisName() const = 0;
+
+    // Signals that require more than this level (0 to 3) are left out.
+    int GetAccessLevel() const { return m_nAccessLevel; }
+    void SetAccessLevel(int level) { m_nAccessLevel = level; }
+
+private:
+    int m_nAccessLevel = 0;
+};

@@ -1,0 +1,244 @@
+#include "XmlReader.h"
+
+#include "DataBlock.h"
+#include "GraphData.h"
+#include "GraphDataVariants.h"
+#include "NumberText.h"
+#include "XmlDomDocument.h"
+#include "XmlDomElement.h"
+#include "XmlDomNodeIterator.h"
+#include "XmlVariable.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace Tracelyn {
+
+namespace {
+
+constexpr ColorRef kIndexColor = 0xFF8080;
+constexpr int kUnitPrecision = 3;
+
+Unit ReadUnit(const CXmlDomElement& element) {
+    return {element.GetAttribute("Name"), element.GetAttributeFloat("UnitOffset", 0.0F),
+            element.GetAttributeFloat("UnitFactor", 1.0F),
+            element.GetAttributeInt("Precision", kUnitPrecision)};
+}
+
+void ApplyUnit(CGraphDataSet& set, const Unit& unit) {
+    set.SetProperties(set.GetName(), unit.name, unit.offset, unit.factor, unit.precision);
+}
+
+DisplayType ReadDisplayType(const CXmlDomElement& element, bool graphDefault, bool consoleDefault) {
+    const bool graph = element.GetAttributeBool("DisplayGraph", graphDefault);
+    const bool console = element.GetAttributeBool("DisplayConsole", consoleDefault);
+    if (graph)
+        return console ? DisplayType::Both : DisplayType::Graph;
+    return console ? DisplayType::Console : DisplayType::None;
+}
+
+// Calls visit(child, name) for every child element until it returns false; returns whether all were visited.
+template <class Visitor>
+bool ForEachElement(const CXmlDomElement& parent, Visitor visit) {
+    CXmlDomNodeIterator child;
+    for (parent.GetChildNodes(child); child.HasCurrent(); child.Next()) {
+        if (child.GetNodeType() != XmlDomElementType)
+            continue;
+        CXmlDomElement element;
+        child.GetElement(element);
+        if (!visit(element, element.GetNodeName()))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+CXmlReader::CXmlReader() {
+    TypedDataRegistry::Instance().Clear();
+}
+
+void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
+    try {
+        ReadDocument(data, path);
+    } catch (...) {
+        Fail(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
+    }
+}
+
+void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
+    m_Colors.Restart();
+    CXmlDomDocument document;
+    QString error;
+    if (!document.Load(path, error)) {
+        Fail(ResultCode::XmlParseError, error);
+        return;
+    }
+    CXmlDomElement root;
+    const QString rootName = document.GetRootElement(root) ? root.GetNodeName() : QString();
+    if (rootName != QLatin1String("Analysis")) {
+        Fail(ResultCode::InvalidRootName, rootName);
+        return;
+    }
+    m_strAnalysisName = root.GetAttribute("Name");
+
+    CXmlDomElement definition;
+    const bool isDefined = FindRequired(root, "DataDefinition", definition);
+    if (!ReadDataDefinition(data, isDefined ? &definition : nullptr))
+        return;
+    CXmlDomElement groups;
+    if (!FindRequired(root, "Groups", groups) || !ReadGroups(data, groups))
+        return;
+    CXmlDomElement block;
+    if (FindRequired(root, "Data", block))
+        ReadDataBlock(block.GetTextUtf8(), m_Variables);
+}
+
+bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {
+    if (definition == nullptr)
+        return Fail(ResultCode::MissingNode, QStringLiteral("IndexSet"));
+    CXmlDomElement variables;
+    if (!ReadIndexSet(data, *definition) || !FindRequired(*definition, "VariablesDefinitions", variables))
+        return false;
+    return ForEachElement(variables, [&](const CXmlDomElement& child, const QString& name) {
+        if (name == QLatin1String("TypedData"))
+            return ReadVariable(data, child);
+        Fail(ResultCode::InvalidNodeName, name);
+        return true;
+    });
+}
+
+bool CXmlReader::ReadIndexSet(CGraphData& data, const CXmlDomElement& definition) {
+    CXmlDomElement index;
+    if (!FindRequired(definition, "IndexSet", index))
+        return false;
+    const QString name = index.GetAttribute("Name");
+    if (name.isEmpty())
+        return Fail(ResultCode::MissingAttribute, QStringLiteral("IndexSet Name"));
+    CXmlDomElement unit;
+    if (!FindRequired(index, "Unit", unit))
+        return false;
+
+    auto& set = data.Make<CGraphDataIndexSet>(name);
+    ApplyUnit(set, ReadUnit(unit));
+    auto group = std::make_unique<CGraphDataGroup>(name);
+    group->m_nDisplayType = DisplayType::Console;
+    group->AddSet(&set);
+    data.AddGroup(std::move(group));
+    set.SetColor(kIndexColor);
+    return true;
+}
+
+bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
+    const QString name = element.GetAttribute("Name");
+    if (name.isEmpty())
+        return Fail(ResultCode::EmptyAttribute, QStringLiteral("Name"));
+    const QString type = element.GetAttribute("Type");
+    if (type.isEmpty())
+        return Fail(ResultCode::EmptyAttribute, QStringLiteral("Type"));
+    TypedDataBase* const variable = CreateVariable(type, data);
+    if (variable == nullptr)
+        return Fail(ResultCode::InvalidAttributeValue, QStringLiteral("Type = ") + type);
+
+    m_Variables.push_back(variable);
+    variable->SetName(name);
+    variable->SetDescription(element.GetAttribute("Description"));
+    variable->SetCode(element.GetAttributeInt("Code", 0));
+    variable->SetColor(element.GetAttribute("Color"));
+    return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
+        if (childName == QLatin1String("Unit"))
+            variable->AddUnit(ReadUnit(child));
+        else
+            Fail(ResultCode::InvalidNodeName, childName);
+        return true;
+    });
+}
+
+bool CXmlReader::ReadGroups(CGraphData& data, const CXmlDomElement& groups) {
+    return ForEachElement(groups, [&](const CXmlDomElement& child, const QString& name) {
+        return name != QLatin1String("Group") || ReadGroup(data, child);
+    });
+}
+
+bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
+    const QString name = element.GetAttribute("Name");
+    if (name.isEmpty())
+        return Fail(ResultCode::EmptyGroupName, QStringLiteral("Name"));
+    m_Colors.Restart();
+
+    // In the model at once: a group that fails later stays with the sets it has by then.
+    data.AddGroup(std::make_unique<CGraphDataGroup>(name));
+    CGraphDataGroup& group = *data.GetGroups().back();
+    group.m_nSizeRatio = element.GetAttributeInt("SizeRatio", 1);
+    group.m_bExpanded = element.GetAttributeBool("Expanded", false);
+    group.m_bSeparateSets = element.GetAttributeBool("SeparateSets", false);
+    group.m_bInverted = element.GetAttribute("Orientation") == QLatin1String("Inverted");
+    return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
+        if (childName == QLatin1String("Line"))
+            return ReadLine(group, child);
+        if (childName == QLatin1String("RefLine"))
+            return ReadRefLine(data, group, child);
+        return Fail(ResultCode::InvalidNodeName, childName);
+    });
+}
+
+bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element) {
+    const QString dataName = element.GetAttribute("DataName");
+    if (dataName.isEmpty())
+        return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
+    TypedDataBase* const variable = FindVariable(dataName);
+    if (variable == nullptr)
+        return Fail(ResultCode::DataNotFound, dataName);
+    if (GetAccessLevel() < variable->GetCode())
+        return true;
+
+    CGraphDataSet& set = variable->CreateSet();
+    SetColorOf(set, *variable);
+    set.SetIgnoredForVerticalAutoScaling(element.GetAttributeBool("IgnoreForVerticalAutoScaling", false));
+    set.SetDisplayType(ReadDisplayType(element, true, true));
+    // A line's UnitName chooses nothing: the first unit is the one shown.
+    if (set.IsDisplayedInConsole())
+        ApplyUnit(set, variable->GetUnits().empty() ? Unit{} : variable->GetUnits().front());
+    group.AddSet(&set);
+    return true;
+}
+
+bool CXmlReader::ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXmlDomElement& element) {
+    const QString name = element.GetAttribute("Name");
+    if (name.isEmpty())
+        return Fail(ResultCode::MissingAttribute, QStringLiteral("Name"));
+    auto& set = data.Make<CGraphDataOwningFixedSet>(name);
+    bool found = false;
+    set.SetValue(element.GetAttributeFloat("Value", 0.0F, &found));
+    if (!found)
+        return Fail(ResultCode::MissingAttribute, QStringLiteral("Value"));
+    set.SetIgnoredForVerticalAutoScaling(element.GetAttributeBool("IgnoreForVerticalAutoScaling", true));
+    set.SetDisplayType(ReadDisplayType(element, true, false));
+    group.AddSet(&set);
+    return true;
+}
+
+bool CXmlReader::Fail(ResultCode code, const QString& detail) {
+    m_Results.push_back({code, detail});
+    return false;
+}
+
+bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {
+    return parent.GetChildByName(name, child) || Fail(ResultCode::MissingNode, QString::fromLatin1(name));
+}
+
+TypedDataBase* CXmlReader::FindVariable(const QString& name) const {
+    const auto found = std::ranges::find(m_Variables, name, &TypedDataBase::GetName);
+    return found == m_Variables.end() ? nullptr : *found;
+}
+
+void CXmlReader::SetColorOf(CGraphDataSet& set, const TypedDataBase& variable) {
+    QString color = variable.GetColor();
+    if (color.isEmpty())
+        set.SetColor(set.IsBinary() ? m_Colors.NextBinary() : m_Colors.NextOrdinary());
+    else
+        set.SetColor(
+            static_cast<ColorRef>(support::ParseHexColor(color.remove(QLatin1Char('#')).toStdString())));
+}
+
+} // namespace Tracelyn

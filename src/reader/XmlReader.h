@@ -1,0 +1,57 @@
+// Reads an analysis document into the model and collects what is wrong with it.
+#pragma once
+
+#include "AutomaticColors.h"
+#include "ReadResult.h"
+#include "SignalFileReader.h"
+
+#include <QString>
+
+#include <vector>
+
+class CGraphDataGroup;
+class CGraphDataSet;
+class CXmlDomElement;
+
+namespace Tracelyn {
+
+class TypedDataBase;
+struct Unit;
+
+// One reader serves one file. Constructing it deletes the variables of the reader before, samples included.
+class CXmlReader : public CSignalFileReader {
+public:
+    using CResult = ReadResult;
+
+    CXmlReader();
+
+    void ReadAnalysis(CGraphData& data, const QString& path) override;
+    QString GetAnalysisName() const override { return m_strAnalysisName; }
+
+    // The problems, in the order found.
+    const std::vector<CResult>& GetResults() const { return m_Results; }
+
+private:
+    // The steps return false when reading must stop; they have added the reason to the results by then.
+    void ReadDocument(CGraphData& data, const QString& path);
+    // A null definition stands for the missing element.
+    bool ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition);
+    bool ReadIndexSet(CGraphData& data, const CXmlDomElement& definition);
+    bool ReadVariable(CGraphData& data, const CXmlDomElement& element);
+    bool ReadGroups(CGraphData& data, const CXmlDomElement& groups);
+    bool ReadGroup(CGraphData& data, const CXmlDomElement& element);
+    bool ReadLine(CGraphDataGroup& group, const CXmlDomElement& element);
+    bool ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXmlDomElement& element);
+
+    bool Fail(ResultCode code, const QString& detail);
+    bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
+    TypedDataBase* FindVariable(const QString& name) const;
+    void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
+
+    std::vector<CResult> m_Results;
+    std::vector<TypedDataBase*> m_Variables;
+    QString m_strAnalysisName;
+    AutomaticColors m_Colors;
+};
+
+} // namespace Tracelyn

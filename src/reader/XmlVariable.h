@@ -1,0 +1,127 @@
+// The variables of an analysis file: each stands for one column of the sample rows and makes the sets that
+// show it.
+#pragma once
+
+#include "GraphDataTypedSource.h"
+#include "XmlVariableSource.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+class CGraphData;
+class CGraphDataSet;
+
+namespace Tracelyn {
+
+// How raw values become shown values: (raw + offset) * factor, printed with `precision` decimals.
+struct Unit {
+    QString name;
+    float offset = 0.0F;
+    float factor = 1.0F;
+    int precision = 0;
+};
+
+class CXmlVariable {
+public:
+    CXmlVariable() = default;
+    CXmlVariable(const CXmlVariable&) = delete;
+    CXmlVariable& operator=(const CXmlVariable&) = delete;
+    virtual ~CXmlVariable() = default;
+};
+
+// What every variable has, whatever the type of its samples.
+class TypedDataBase : public CXmlVariable {
+public:
+    explicit TypedDataBase(CGraphData& owner) : m_Owner(owner) {}
+
+    // A new set over the variable's samples, named by the description and owned by the model. All sets of a
+    // variable share one store.
+    virtual CGraphDataSet& CreateSet() = 0;
+    // True once a set was created: only then the variable's column is stored.
+    virtual bool HasStore() const = 0;
+    // Makes room for that many samples.
+    virtual void Reserve(int samples) = 0;
+    // Appends fields of the variable's column as samples; without a store they are dropped.
+    virtual void AddValues(std::span<const std::string_view> fields) = 0;
+    void AddValue(std::string_view field) { AddValues({&field, 1}); }
+
+    void SetName(const QString& name) { m_strName = name; }
+    void SetDescription(const QString& description) { m_strDescription = description; }
+    void SetColor(const QString& color) { m_strColor = color; }
+    void SetCode(int code) { m_nCode = code; }
+    void AddUnit(const Unit& unit) { m_Units.push_back(unit); }
+
+    const QString& GetName() const { return m_strName; }
+    const QString& GetDescription() const { return m_strDescription; }
+    // As written in the file; empty means an automatic colour.
+    const QString& GetColor() const { return m_strColor; }
+    // The access level that the variable requires.
+    int GetCode() const { return m_nCode; }
+    const std::vector<Unit>& GetUnits() const { return m_Units; }
+
+protected:
+    CGraphData& GetOwner() const { return m_Owner; }
+
+private:
+    CGraphData& m_Owner;
+    QString m_strName;
+    QString m_strDescription;
+    QString m_strColor;
+    int m_nCode = 0;
+    std::vector<Unit> m_Units;
+};
+
+template <class T>
+class TypedData : public TypedDataBase {
+public:
+    using TypedDataBase::TypedDataBase;
+
+    CGraphDataSet& CreateSet() override;
+    bool HasStore() const override { return m_pStore != nullptr; }
+    void Reserve(int samples) override {
+        if (m_pStore)
+            m_pStore->Resize(samples);
+    }
+    void AddValues(std::span<const std::string_view> fields) override {
+        if (m_pStore)
+            m_pStore->AddValues(fields);
+    }
+
+protected:
+    // The store's samples; the store is created when first asked for.
+    const CGraphDataTypedSource<T>* GetSource();
+
+private:
+    std::unique_ptr<CXmlVariableSource<T>> m_pStore;
+};
+
+class BinaryData : public TypedData<uint8_t> {
+public:
+    using TypedData::TypedData;
+
+    CGraphDataSet& CreateSet() override;
+};
+
+// Owns every variable of the file that was read last. It is process-wide: the sets of the loaded model point
+// into it, so a model is cleared before the next reader is constructed.
+class TypedDataRegistry {
+public:
+    static TypedDataRegistry& Instance();
+
+    TypedDataBase& Add(std::unique_ptr<TypedDataBase> variable);
+    void Clear() { m_Variables.clear(); }
+
+private:
+    std::vector<std::unique_ptr<TypedDataBase>> m_Variables;
+};
+
+// A registered variable for one of the eight type names ("Float", "Binary", ...); null for any other name.
+TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner);
+
+} // namespace Tracelyn

@@ -1,0 +1,37 @@
+// The value store of one variable: converts the text fields of its column and keeps the samples.
+#pragma once
+
+#include "GraphDataTypedSource.h"
+#include "NumberText.h"
+
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+namespace Tracelyn {
+
+template <class T>
+class CXmlVariableSource {
+public:
+    // Integers saturate at 32 bits and are then cut to the width of T; whatever is no number is 0.
+    void AddValue(std::string_view field) {
+        if constexpr (std::is_floating_point_v<T>)
+            m_Source.Add(support::ParseFloatField(field));
+        else
+            m_Source.Add(static_cast<T>(support::ParseIntegerField(field)));
+    }
+
+    void AddValues(std::span<const std::string_view> fields) {
+        for (const std::string_view field : fields)
+            AddValue(field);
+    }
+
+    void Resize(int samples) { m_Source.SetSize(samples); }
+
+    const CGraphDataTypedSource<T>& GetSource() const { return m_Source; }
+
+private:
+    CGraphDataTypedSource<T> m_Source;
+};
+
+} // namespace Tracelyn

@@ -1,0 +1,63 @@
+// The container of a compressed analysis: a small archive of deflated files with a layout of its own. It
+// looks like the common one but keeps each entry's zlib header and checksum in the extra field, and reads
+// nothing else.
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+class QFile;
+class QIODevice;
+
+namespace Tracelyn {
+
+// Packs listed files into the archive, or expands its entries. Every failure is a plain false and leaves no
+// file that this call began; nothing throws. Folders are joined to names as they are given, so they end with
+// a separator.
+class CZip {
+public:
+    // One listed file. Pack fills in what it wrote.
+    struct TZIPFILEINFO {
+        QString folder;
+        QString name;
+        uint32_t crc = 0;
+        uint32_t uncompressedSize = 0;
+        uint32_t compressedSize = 0; // of the raw deflate data
+        uint16_t method = 0;
+        uint32_t offset = 0; // of the local header
+        bool useFolder = false;
+        bool required = false;
+    };
+
+    explicit CZip(const QString& archivePath) : m_strArchivePath(archivePath) {}
+
+    // The folder that the listed files lie below; empty at first.
+    void SetBaseFolder(const QString& folder) { m_strBaseFolder = folder; }
+
+    // Lists base folder + folder + name for packing. It is stored as folder + name or as the name alone, in
+    // Latin-1 and below 260 bytes. A file that does not open fails the pack only when it is required.
+    void AddFile(const QString& folder, const QString& name, bool useFolder, bool required);
+
+    // Writes the archive; an existing one is replaced only by a complete one. Without listed files it is
+    // empty.
+    bool Pack();
+
+    // Writes the entry of that stored name, or every entry when the name is empty, to target folder + stored
+    // name and creates missing folders. True when the archive has no such entry. The target must be absolute
+    // (on Windows with a drive letter); stored names that could leave it are refused.
+    bool Expand(const QString& targetFolder, const QString& entryName) const;
+
+private:
+    bool PackFile(TZIPFILEINFO& file, QIODevice& archive) const;
+    bool WriteDirectory(QIODevice& archive) const;
+    static bool ExpandEntries(QFile& archive, const QString& targetFolder, const QString& entryName,
+                              std::vector<QString>& written);
+
+    QString m_strArchivePath;
+    QString m_strBaseFolder;
+    std::vector<TZIPFILEINFO> m_Files;
+};
+
+} // namespace Tracelyn
