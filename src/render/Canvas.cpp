@@ -1,0 +1,170 @@
+#include "Canvas.h"
+
+#include "PixelPainter.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+// Far outside every window, and still small enough for the line arithmetic in 64 bits.
+constexpr float kFarPixel = 268435456.0F;
+
+int ToPixel(float scaled, int origin) {
+    if (std::isnan(scaled))
+        return CCanvas::kNoPixel;
+    return static_cast<int>(std::clamp(scaled, -kFarPixel, kFarPixel)) + origin;
+}
+
+float ScaleOf(int pixels, float world) {
+    return world == 0.0F ? 0.0F : static_cast<float>(pixels) / world;
+}
+
+int TruncateToInt(double value) {
+    constexpr double kLimit = std::numeric_limits<int>::max();
+    return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -kLimit, kLimit));
+}
+
+// Moves the request [r1, r2] into the full range [f1, f2]; a request that is wider becomes the full range.
+void ClampRange(float f1, float f2, float& r1, float& r2) {
+    if (f2 - f1 < r2 - r1) {
+        r1 = f1;
+        r2 = f2;
+    } else if (f1 > r1) {
+        r2 += f1 - r1;
+        r1 = f1;
+    } else if (f2 < r2) {
+        r1 -= r2 - f2;
+        r2 = f2;
+    }
+}
+
+} // namespace
+
+CCanvas::CCanvas() {
+    SetWorld({0.0F, 0.0F, 100.0F, 100.0F});
+}
+
+void CCanvas::SetWorld(const WorldRect& world) {
+    m_Full = world;
+    m_Visible = world;
+    m_Pixels = {0, 0, TruncateToInt(double{world.x2} - world.x1), TruncateToInt(double{world.y2} - world.y1)};
+    SetMapping(m_Pixels, m_Visible);
+}
+
+void CCanvas::SetVisible(const WorldRect& visible) {
+    m_Visible = visible;
+    ClampRange(m_Full.x1, m_Full.x2, m_Visible.x1, m_Visible.x2);
+    ClampRange(m_Full.y1, m_Full.y2, m_Visible.y1, m_Visible.y2);
+    SetMapping(m_Pixels, m_Visible);
+}
+
+void CCanvas::SetMapping(const PixelRect& pixels, const WorldRect& world) {
+    m_MappedPixels = pixels;
+    m_MappedWorld = world;
+    m_fScaleX = ScaleOf(pixels.Width(), world.x2 - world.x1);
+    m_fScaleY = ScaleOf(pixels.Height(), world.y2 - world.y1);
+}
+
+void CCanvas::Zoom(float factor, float centre) {
+    m_bCanZoomIn = factor <= kMaximumZoom;
+    m_bCanZoomOut = factor > 1.0F;
+    m_fZoom = std::clamp(factor, 1.0F, kMaximumZoom);
+    const float half = (m_Full.x2 - m_Full.x1) / m_fZoom * 0.5F;
+    SetVisible({centre - half, m_Visible.y1, centre + half, m_Visible.y2});
+}
+
+void CCanvas::BeginDraw(CPixelPainter& painter, const PixelRect& client) {
+    m_pPainter = &painter;
+    m_Pixels = client;
+    SetMapping(m_Pixels, m_Visible);
+    ClearScreenRects();
+    m_nLines = 0;
+}
+
+int CCanvas::WorldToPixelX(float x) const {
+    return ToPixel((x - m_MappedWorld.x1) * m_fScaleX, m_MappedPixels.left);
+}
+
+int CCanvas::WorldToPixelY(float y) const {
+    return ToPixel((y - m_MappedWorld.y1) * m_fScaleY, m_MappedPixels.top);
+}
+
+double CCanvas::PixelToWorldX(int px) const {
+    const int width = m_MappedPixels.Width();
+    const double worldWidth = double{m_MappedWorld.x2} - m_MappedWorld.x1;
+    return width == 0 ? m_MappedWorld.x1 : double(px) / width * worldWidth + m_MappedWorld.x1;
+}
+
+int CCanvas::PixelToIndex(int px) const {
+    return TruncateToInt(PixelToWorldX(px) + 0.5);
+}
+
+int CCanvas::SamplesPerPixel() const {
+    return std::max(1, TruncateToInt((PixelToWorldX(2) + 0.5) - (PixelToWorldX(1) + 0.5)));
+}
+
+void CCanvas::MoveTo(float x, float y) {
+    m_nPenX = WorldToPixelX(x);
+    m_nPenY = WorldToPixelY(y);
+}
+
+void CCanvas::LineTo(float x, float y) {
+    const int fromX = m_nPenX;
+    const int fromY = m_nPenY;
+    MoveTo(x, y);
+    ++m_nLines;
+    if (fromX != kNoPixel && fromY != kNoPixel && m_nPenX != kNoPixel && m_nPenY != kNoPixel)
+        m_pPainter->Line(fromX, fromY, m_nPenX, m_nPenY);
+}
+
+void CCanvas::Rectangle(float x1, float y1, float x2, float y2) {
+    const std::array xs{WorldToPixelX(x1), WorldToPixelX(x2)};
+    const std::array ys{WorldToPixelY(y1), WorldToPixelY(y2)};
+    const auto [left, right] = std::ranges::minmax(xs);
+    const auto [top, bottom] = std::ranges::minmax(ys);
+    if (left != kNoPixel && top != kNoPixel)
+        m_pPainter->Rectangle({left, top, right, bottom});
+}
+
+void CCanvas::Triangle(float x1, float y1, float x2, float y2, float x3, float y3) {
+    const std::array points{QPoint(WorldToPixelX(x1), WorldToPixelY(y1)),
+                            QPoint(WorldToPixelX(x2), WorldToPixelY(y2)),
+                            QPoint(WorldToPixelX(x3), WorldToPixelY(y3))};
+    if (std::ranges::none_of(points, [](QPoint p) { return p.x() == kNoPixel || p.y() == kNoPixel; }))
+        m_pPainter->Polygon(points);
+}
+
+void CCanvas::SetPixel(float x, float y) {
+    const int px = WorldToPixelX(x);
+    const int py = WorldToPixelY(y);
+    if (px != kNoPixel && py != kNoPixel)
+        m_pPainter->Line(px, py, px + 1, py);
+}
+
+void CCanvas::TextOut(float x, float y, const QString& text) {
+    m_pPainter->Text(WorldToPixelX(x), WorldToPixelY(y), text);
+}
+
+void CCanvas::AddScreenRect(const QString& name, float x1, float y1, float x2, float y2) {
+    m_ScreenRects.push_back(
+        {WorldToPixelX(x1), WorldToPixelY(y1), WorldToPixelX(x2), WorldToPixelY(y2), name});
+}
+
+const SCREENRECT* CCanvas::HitTest(int x, int y) const {
+    const auto found = std::ranges::find_if(m_ScreenRects, [=](const SCREENRECT& rect) {
+        return rect.left <= x && x <= rect.right && rect.top <= y && y <= rect.bottom;
+    });
+    return found == m_ScreenRects.end() ? nullptr : &*found;
+}
+
+const SCREENRECT* CCanvas::FindScreenRect(const QString& name) const {
+    const auto found = std::ranges::find(m_ScreenRects, name, &SCREENRECT::name);
+    return found == m_ScreenRects.end() ? nullptr : &*found;
+}
+
+void CCanvas::CollectScreenRects(const QString& name, std::vector<SCREENRECT>& out) const {
+    std::ranges::copy_if(m_ScreenRects, std::back_inserter(out),
+                         [&](const SCREENRECT& rect) { return rect.name == name; });
+}

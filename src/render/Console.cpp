@@ -1,0 +1,138 @@
+#include "Console.h"
+
+#include "Canvas.h"
+#include "FixedText.h"
+#include "GraphData.h"
+
+#include <array>
+
+namespace {
+
+using Metrics = LayoutMetrics;
+
+// Walks the sets shown in a console box: visit(set, column, row), two on/off signals to a row. Returns the
+// rows.
+template <class Visitor>
+int ForEachConsoleCell(const CGraphDataGroup& group, Visitor visit) {
+    int row = 0;
+    int column = 0;
+    for (const CGraphDataSet* set : group.m_Sets) {
+        if (!set->IsDisplayedInConsole())
+            continue;
+        if (!set->IsBinary() && column != 0) {
+            column = 0;
+            ++row;
+        }
+        visit(*set, column, row);
+        if (!set->IsBinary() || ++column == Metrics::kBinariesPerRow) {
+            column = 0;
+            ++row;
+        }
+    }
+    return column == 0 ? row : row + 1;
+}
+
+float World(int pixel) {
+    return static_cast<float>(pixel);
+}
+
+// The value as the console prints it: a blank, then fixed-point digits.
+QString ValueText(double value, int precision) {
+    std::array<char, support::FixedTextCapacity> buffer;
+    const std::string_view digits = support::FormatFixed(buffer, value, precision);
+    return QLatin1Char(' ') + QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size()));
+}
+
+} // namespace
+
+CConsole::CConsole(CGraphDrawingContext& context, bool onLeft)
+    : m_Context(context),
+      m_nLeft(onLeft ? context.GetClient().left + Metrics::kConsoleMargin
+                     : context.GetClient().right - context.m_Console.width - Metrics::kConsoleMargin) {
+    int y = context.GetClient().top + Metrics::kConsoleMargin;
+    for (const auto& group : context.GetData().GetGroups()) {
+        if (!group->IsDisplayedInConsole())
+            continue;
+        // The first box goes without a name row, though its line count includes one.
+        const int bodyTop = m_Boxes.empty() ? y : y + Metrics::kConsoleLineHeight;
+        const int rows = ForEachConsoleCell(*group, [](const CGraphDataSet&, int, int) {});
+        const int end = bodyTop + rows * Metrics::kConsoleLineHeight;
+        m_Boxes.push_back({group.get(), y, bodyTop, end});
+        y = end + Metrics::kConsoleGroupGap;
+    }
+}
+
+QRegion CConsole::GetRegion() const {
+    QRegion region;
+    for (const Box& box : m_Boxes) {
+        const int top = box.end - (box.group->m_nConsoleLines + 1) * Metrics::kConsoleLineHeight;
+        region += QRect(m_nLeft, top, m_Context.m_Console.width, box.end + 2 - top);
+    }
+    return region;
+}
+
+void CConsole::Draw(CCanvas& canvas, const CursorPair& cursors) {
+    for (const Box& box : m_Boxes)
+        DrawBox(canvas, box, cursors);
+}
+
+void CConsole::DrawBox(CCanvas& canvas, const Box& box, const CursorPair& cursors) {
+    CPixelPainter& painter = m_Context.Painter();
+    painter.SetPen(m_Context.Colors().consoleFrame);
+    painter.SetBrush(m_Context.Colors().consoleFill);
+    const int right = m_nLeft + m_Context.m_Console.width;
+    if (box.bodyTop != box.top) {
+        canvas.Rectangle(World(m_nLeft), World(box.top), World(right), World(box.bodyTop));
+        painter.SetTextColor(m_Context.Colors().consoleGroupName);
+        TextAt(canvas, m_nLeft + Metrics::kConsoleIndent, box.top, box.group->m_strName);
+    }
+    const int bodyHeight = Metrics::kConsoleLineHeight * box.group->m_nConsoleLines + 2;
+    canvas.Rectangle(World(m_nLeft), World(box.bodyTop), World(right), World(box.bodyTop + bodyHeight));
+    DrawRows(canvas, box, cursors);
+}
+
+void CConsole::DrawRows(CCanvas& canvas, const Box& box, const CursorPair& cursors) {
+    ForEachConsoleCell(*box.group, [&](const CGraphDataSet& set, int column, int row) {
+        const int y = box.bodyTop + row * Metrics::kConsoleLineHeight;
+        if (set.IsBinary())
+            DrawBitCell(canvas, set, column, y + 1, cursors.cursor);
+        else
+            DrawValueRow(canvas, set, y, cursors);
+    });
+}
+
+void CConsole::DrawValueRow(CCanvas& canvas, const CGraphDataSet& set, int y, const CursorPair& cursors) {
+    CPixelPainter& painter = m_Context.Painter();
+    const ConsoleMetrics& console = m_Context.m_Console;
+    const int nameX = m_nLeft + Metrics::kConsoleIndent;
+    const int valueX = nameX + console.widestName;
+    const int unitX = valueX + console.numberWidth;
+    const QString value =
+        ValueText(set.GetScaledValue(cursors.cursor, cursors.fixedCursor), set.GetPrecision());
+
+    painter.SetTextColor(ToQColor(set.GetColor()));
+    TextAt(canvas, nameX, y, set.GetName());
+    TextAt(canvas, unitX - 4 - painter.TextWidth(value), y, value);
+    TextAt(canvas, unitX, y - 1, set.GetUnit());
+    canvas.AddScreenRect(kValueRect, World(valueX), World(y + 1), World(unitX),
+                         World(y + Metrics::kConsoleLineHeight));
+}
+
+void CConsole::DrawBitCell(CCanvas& canvas, const CGraphDataSet& set, int column, int y, int cursor) {
+    CPixelPainter& painter = m_Context.Painter();
+    const int columnWidth =
+        (m_Context.m_Console.width - 2 * Metrics::kConsoleIndent) / Metrics::kBinariesPerRow;
+    const int x = columnWidth * column + Metrics::kConsoleIndent + m_nLeft + 2;
+    const QColor color = ToQColor(set.GetColor());
+    const bool on = set.GetValue(cursor, kNoReference) != 0.0;
+    painter.SetTextColor(on ? m_Context.Colors().background : color);
+    painter.SetTextBackground(on ? color : QColor());
+    TextAt(canvas, x, y, set.GetName());
+    painter.SetTextBackground(QColor());
+    canvas.AddScreenRect(kValueRect, World(x - 1), World(y), World(x + painter.TextWidth(set.GetName()) + 2),
+                         World(y + CPixelPainter::kTextHeight));
+}
+
+void CConsole::TextAt(CCanvas& canvas, int x, int y, const QString& text) {
+    canvas.TextOut(World(x), World(y), text);
+}

@@ -1,0 +1,140 @@
+#include "CurveDrawing.h"
+
+#include "Canvas.h"
+#include "GraphDataSet.h"
+#include "GraphDrawingContext.h"
+#include "PixelPainter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace {
+
+constexpr int kOverlap = 2;
+constexpr int kMinimumSpan = 5;
+
+// The samples a frame looks at: from, from + step, ... below `last`, and `last` itself at the end. A partial
+// repaint starts at a later one of them and may stop at `until`, when everything invalid lies before it.
+struct SampleWalk {
+    int64_t from;
+    int64_t until;
+    int64_t last;
+    int step;
+
+    bool ReachesLast() const { return until >= last; }
+};
+
+SampleWalk WalkFor(const CCanvas& canvas, const PixelRect& client, const PixelRect& invalid) {
+    const int step = canvas.SamplesPerPixel();
+    const int64_t first = std::max(0, canvas.PixelToIndex(client.left - kOverlap));
+    const int64_t last =
+        std::max<int64_t>(canvas.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
+    const int64_t firstInvalid = canvas.PixelToIndex(invalid.left - kOverlap);
+    const int64_t lastInvalid = canvas.PixelToIndex(invalid.right + kOverlap);
+    const int64_t skipped = std::max<int64_t>(0, (firstInvalid - first) / step - 1);
+    return {first + std::min(skipped, (last - 1 - first) / step) * step, lastInvalid + step, last, step};
+}
+
+// Reads the samples of a walk some at a time.
+class SampleCursor {
+public:
+    SampleCursor(const CGraphDataSet& set, const SampleWalk& walk)
+        : m_Set(set), m_Walk(walk), m_nIndex(walk.from) {}
+
+    int64_t Index() const { return m_nIndex; }
+    // More samples before the last one.
+    bool HasMore() const { return m_nIndex < m_Walk.last; }
+    bool IsPastInvalid() const { return m_nIndex > m_Walk.until; }
+    double Take() {
+        if (m_nUsed == m_nFilled)
+            Refill();
+        m_nIndex += m_Walk.step;
+        return m_Values[m_nUsed++];
+    }
+
+private:
+    void Refill() {
+        const int64_t left =
+            (std::min(m_Walk.last, m_Walk.until + 2 * m_Walk.step) - m_nIndex) / m_Walk.step + 1;
+        m_nFilled = static_cast<size_t>(std::clamp<int64_t>(left, 1, static_cast<int64_t>(m_Values.size())));
+        m_nUsed = 0;
+        m_Set.GetValues(static_cast<int>(m_nIndex), m_Walk.step, std::span(m_Values).first(m_nFilled));
+    }
+
+    const CGraphDataSet& m_Set;
+    SampleWalk m_Walk;
+    int64_t m_nIndex;
+    std::array<double, 256> m_Values;
+    size_t m_nFilled = 0;
+    size_t m_nUsed = 0;
+};
+
+float World(int64_t index) {
+    return static_cast<float>(index);
+}
+
+// Runs of equal values become one horizontal line, every change one sloped line.
+void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
+    SampleCursor samples(set, walk);
+    int64_t index = samples.Index();
+    double previous = samples.Take();
+    canvas.MoveTo(World(index), static_cast<float>(previous));
+    while (samples.HasMore()) {
+        const int64_t before = index;
+        index = samples.Index();
+        const double value = samples.Take();
+        if (value != previous) {
+            canvas.LineTo(World(before), static_cast<float>(previous));
+            canvas.LineTo(World(index), static_cast<float>(value));
+            previous = value;
+        }
+        if (samples.IsPastInvalid()) {
+            canvas.LineTo(World(index), static_cast<float>(previous));
+            return;
+        }
+    }
+    canvas.LineTo(World(index), static_cast<float>(previous));
+    canvas.LineTo(World(walk.last),
+                  static_cast<float>(set.GetValue(static_cast<int>(walk.last), kNoReference)));
+}
+
+// A mid line over the whole range, and a filled box wherever the signal is on.
+void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
+    canvas.MoveTo(World(walk.from), 0.5F);
+    canvas.LineTo(World(walk.last), 0.5F);
+    SampleCursor samples(set, walk);
+    const int64_t half = walk.step / 2;
+    const auto isOn = [](double value) { return value >= 0.5; };
+    std::optional<int64_t> onSince;
+    if (const int64_t index = samples.Index(); isOn(samples.Take()))
+        onSince = index;
+    while (samples.HasMore() && !samples.IsPastInvalid()) {
+        const int64_t index = samples.Index();
+        const bool on = isOn(samples.Take());
+        if (!on && onSince) {
+            canvas.Rectangle(World(*onSince), 0.0F, World(index - half), 1.0F);
+            onSince.reset();
+        } else if (on && !onSince) {
+            onSince = std::max(walk.from, index - half);
+        }
+    }
+    if (onSince)
+        canvas.Rectangle(World(*onSince), 0.0F, World(walk.last), 1.0F);
+}
+
+} // namespace
+
+void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set, const PixelRect& client,
+               const PixelRect& invalid) {
+    const SampleWalk walk = WalkFor(canvas, client, invalid);
+    const QColor color = ToQColor(set.GetColor());
+    painter.SetPen(color);
+    painter.SetBrush(color);
+    if (set.IsBinary())
+        DrawLane(canvas, set, walk);
+    else
+        DrawLine(canvas, set, walk);
+}

@@ -1,0 +1,7 @@
+// The process-wide one-shot flag that the Open command raises and the next cursor movement takes.
+#pragma once
+
+void SetFileJustOpened(bool opened);
+
+// Reads and clears the flag.
+bool TakeFileJustOpened();

@@ -1,0 +1,136 @@
+#include "Graph.h"
+
+#include "Console.h"
+#include "CsvExport.h"
+#include "GraphDrawingContext.h"
+#include "GraphLayout.h"
+#include "GroupDrawing.h"
+
+#include <QPainter>
+
+void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid) {
+    const PixelRect client = window.GetClientRect();
+    CGraphDrawingContext context(painter, client, invalid, m_Data, m_bDarkScheme);
+    UpdateScrollBar(window);
+    m_Canvas.BeginDraw(context.Painter(), client);
+
+    LayoutBands(m_Data, client);
+    context.m_Console =
+        MeasureConsole(m_Data, [&](const QString& text) { return context.Painter().TextWidth(text); });
+    m_nLastIndex = m_Data.GetMaxCount() - 1;
+    if (m_bResetPending)
+        ResetRange(client);
+
+    m_Canvas.SetMapping(client, WorldRect::From(client));
+    if (m_Data.HasData())
+        DrawContents(context);
+    else
+        context.Painter().Fill(client, context.Colors().background);
+    m_Canvas.EndDraw();
+}
+
+void CGraph::ResetRange(const PixelRect& client) {
+    m_Data.SelectFirstGroup();
+    m_Canvas.SetWorld({0.0F, static_cast<float>(client.top), static_cast<float>(m_nLastIndex),
+                       static_cast<float>(client.bottom)});
+    m_nCursor = m_nLastIndex / 2;
+    m_bResetPending = false;
+}
+
+void CGraph::DrawContents(CGraphDrawingContext& context) {
+    CPixelPainter& painter = context.Painter();
+    const PixelRect& client = context.GetClient();
+    CConsole console(context, m_bConsoleOnLeft);
+    const QRegion consoleRegion = console.GetRegion();
+    QRegion frame(client.ToQRect());
+    // Without contents the plots keep the pixels they have, also where a long name reaches out of the
+    // console.
+    if (!m_bDrawContents)
+        frame = (frame - CGroupDrawing::ExpandedBands(context)) + consoleRegion;
+    painter.SetClip(frame);
+
+    // Some pixels between the console's boxes belong neither to it nor to a band.
+    painter.Fill(client, context.Colors().background);
+    console.Draw(m_Canvas, {m_nCursor, m_nFixedCursor});
+
+    const QRegion clip = frame - consoleRegion;
+    painter.SetClip(clip);
+    painter.Fill(client, context.Colors().background);
+    CGroupDrawing(context, m_Canvas, clip, m_bDrawContents).Draw();
+    DrawCursorLines(context);
+}
+
+void CGraph::DrawCursorLines(CGraphDrawingContext& context) {
+    const WorldRect& visible = m_Canvas.GetVisible();
+    m_Canvas.SetMapping(context.GetClient(), visible);
+    const auto drawLine = [&](int index, const QColor& color) {
+        context.Painter().SetPen(color);
+        m_Canvas.MoveTo(static_cast<float>(index), visible.y1);
+        m_Canvas.LineTo(static_cast<float>(index), visible.y2);
+    };
+    if (m_nFixedCursor != kNoReference)
+        drawLine(m_nFixedCursor, context.Colors().fixedCursor);
+    drawLine(m_nCursor, context.Colors().cursor);
+    context.Painter().Flush();
+}
+
+void CGraph::Clear() {
+    RememberGroupStates();
+    m_Data.Clear();
+    m_Canvas = CCanvas();
+}
+
+void CGraph::ToggleGroupAt(CGraphWindow& window, unsigned /*buttons*/, int x, int y) {
+    const SCREENRECT* const hit = m_Canvas.HitTest(x, y);
+    if (hit == nullptr)
+        return;
+    for (const auto& group : m_Data.GetGroups()) {
+        if (group->IsDisplayedAsGraph() && group->m_strName == hit->name) {
+            group->m_bExpanded = !group->m_bExpanded;
+            window.Invalidate();
+            return;
+        }
+    }
+}
+
+void CGraph::SelectNextGroup(CGraphWindow& window) {
+    m_Data.SelectNextGroup();
+    InvalidateScreenRects(window, kGroupUnderlineRect);
+}
+
+void CGraph::SelectPreviousGroup(CGraphWindow& window) {
+    m_Data.SelectPreviousGroup();
+    InvalidateScreenRects(window, kGroupUnderlineRect);
+}
+
+bool CGraph::SelectGroup(CGraphWindow& window, int number) {
+    const bool exists = m_Data.SelectGroupByNumber(number);
+    InvalidateScreenRects(window, kGroupUnderlineRect);
+    return exists;
+}
+
+void CGraph::ToggleSelectedGroup(CGraphWindow& window) {
+    m_Data.ToggleSelectedGroupExpanded();
+    window.Invalidate();
+}
+
+void CGraph::ToggleConsoleSide(CGraphWindow& window) {
+    m_bConsoleOnLeft = !m_bConsoleOnLeft;
+    window.Invalidate();
+}
+
+void CGraph::ToggleBackground(CGraphWindow& window) {
+    m_bDarkScheme = !m_bDarkScheme;
+    window.Invalidate();
+}
+
+void CGraph::InvalidateScreenRects(CGraphWindow& window, const QString& name) const {
+    std::vector<SCREENRECT> rects;
+    m_Canvas.CollectScreenRects(name, rects);
+    for (const SCREENRECT& rect : rects)
+        window.Invalidate({rect.left, rect.top, rect.right, rect.bottom});
+}
+
+void CGraph::ExportCsv(Tracelyn::CCsvFile& file) const {
+    Tracelyn::ExportCsv(m_Data, file);
+}

@@ -1,0 +1,116 @@
+// The graph: the loaded model, the canvas that maps it, the cursors, and the operations that keys and mouse
+// call.
+#pragma once
+
+#include "Canvas.h"
+#include "GraphData.h"
+#include "GraphWindow.h"
+
+#include <QString>
+
+#include <cstdint>
+
+namespace Tracelyn {
+class CCsvFile;
+}
+class CGraphDrawingContext;
+class QPainter;
+class QRegion;
+
+// Flags of a mouse message, as far as anything tells them apart.
+enum MouseFlags : unsigned {
+    kLeftButton = 0x01,
+    kRightButton = 0x02,
+    kShift = 0x04,
+    kControl = 0x08,
+    kMiddleButton = 0x10
+};
+
+// What happened to the scroll bar; other numbers are allowed and do nothing.
+enum class ScrollCode : int {
+    LineLeft = 0,
+    LineRight = 1,
+    PageLeft = 2,
+    PageRight = 3,
+    ThumbPosition = 4,
+    ThumbTrack = 5,
+    LeftEnd = 6,
+    RightEnd = 7
+};
+
+// Operations take the window that shows the graph and tell it what to repaint.
+class CGraph {
+public:
+    CGraph() = default;
+    CGraph(const CGraph&) = delete;
+    CGraph& operator=(const CGraph&) = delete;
+
+    CGraphData& GetData() { return m_Data; }
+    const CGraphData& GetData() const { return m_Data; }
+    const CCanvas& GetCanvas() const { return m_Canvas; }
+    float GetZoom() const { return m_Canvas.GetZoom(); }
+    bool CanZoomIn() const { return m_Canvas.CanZoomIn(); }
+    bool CanZoomOut() const { return m_Canvas.CanZoomOut(); }
+    bool IsConsoleOnLeft() const { return m_bConsoleOnLeft; }
+    bool IsDarkScheme() const { return m_bDarkScheme; }
+    // Largest sample count of the last paint, minus 1; -1 for an empty model.
+    int GetLastIndex() const { return m_nLastIndex; }
+
+    // Draws one frame; `invalid` bounds the pixels that must be brought up to date.
+    void Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid);
+
+    // Drops the data and resets the canvas; the groups' expanded states are remembered by name.
+    void Clear();
+    // After a load: the next paint shows the whole range with the cursor in the middle.
+    void SetResetPending() { m_bResetPending = true; }
+    void RememberGroupStates() { m_Data.SaveExpandedStates(m_GroupStates); }
+    void RestoreGroupStates() { m_Data.RestoreExpandedStates(m_GroupStates); }
+
+    // Button released: expands or collapses the group whose header was hit.
+    void ToggleGroupAt(CGraphWindow& window, unsigned buttons, int x, int y);
+    // Button held: moves the cursor to the sample under x, unless the point is on a screen rectangle or
+    // anything but the left button is held.
+    void OnClick(CGraphWindow& window, unsigned buttons, int x, int y);
+
+    void SelectNextGroup(CGraphWindow& window);
+    void SelectPreviousGroup(CGraphWindow& window);
+    // The number-th group shown in the graph, counting from 1; false when there is none.
+    bool SelectGroup(CGraphWindow& window, int number);
+    void ToggleSelectedGroup(CGraphWindow& window);
+    void ToggleConsoleSide(CGraphWindow& window);
+    void ToggleBackground(CGraphWindow& window);
+    void InvalidateScreenRects(CGraphWindow& window, const QString& name) const;
+
+    int GetCursorPosition() const { return m_nCursor; }
+    // kNoReference when there is none.
+    int GetFixedCursor() const { return m_nFixedCursor; }
+    // Kept within the data. The console moves aside when the cursor comes near it.
+    void SetCursorPosition(CGraphWindow& window, int index);
+    // A negative index clears it.
+    void SetFixedCursor(CGraphWindow& window, int index);
+    // Around the cursor; repaints only when the factor changes.
+    void Zoom(CGraphWindow& window, float factor);
+    // The position counts for the thumb codes only.
+    void OnHScroll(CGraphWindow& window, ScrollCode code, uint32_t position);
+    void UpdateScrollBar(CGraphWindow& window) const;
+
+    // Throws what the file throws when it cannot be written.
+    void ExportCsv(Tracelyn::CCsvFile& file) const;
+
+private:
+    void ResetRange(const PixelRect& client);
+    void DrawContents(CGraphDrawingContext& context);
+    void DrawCursorLines(CGraphDrawingContext& context);
+    void InvalidateStrip(CGraphWindow& window, int pixelX) const;
+
+    CGraphData m_Data;
+    CCanvas m_Canvas;
+    bool m_bResetPending = false;
+    int m_nCursor = 0;
+    int m_nFixedCursor = kNoReference;
+    bool m_bConsoleOnLeft = false;
+    int m_nLastIndex = 0;
+    bool m_bDrawContents = true;
+    bool m_bDarkScheme = true;
+    GroupStates m_GroupStates;
+};

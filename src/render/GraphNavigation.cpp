@@ -1,0 +1,106 @@
+// Cursor, zoom and scrolling of the graph.
+#include "FileJustOpened.h"
+#include "Graph.h"
+
+#include <algorithm>
+
+void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
+    index = std::max(std::min(index, m_nLastIndex), 0);
+    if (index == m_nCursor)
+        return;
+    const int oldX = m_Canvas.WorldToPixelX(static_cast<float>(m_nCursor));
+    const int newX = m_Canvas.WorldToPixelX(static_cast<float>(index));
+    m_nCursor = index;
+
+    const PixelRect client = window.GetClientRect();
+    const int third = client.Width() / 3;
+    const bool isNearConsole = m_bConsoleOnLeft ? newX < client.left + third : newX > client.right - third;
+    if (isNearConsole) {
+        ToggleConsoleSide(window);
+        return;
+    }
+    InvalidateStrip(window, oldX);
+    InvalidateStrip(window, newX);
+    window.UpdateNow();
+
+    m_bDrawContents = TakeFileJustOpened();
+    InvalidateScreenRects(window, kValueRect);
+    window.UpdateNow();
+    m_bDrawContents = true;
+}
+
+void CGraph::OnClick(CGraphWindow& window, unsigned buttons, int x, int y) {
+    if (buttons == kLeftButton && m_Canvas.HitTest(x, y) == nullptr)
+        SetCursorPosition(window, m_Canvas.PixelToIndex(x));
+}
+
+void CGraph::SetFixedCursor(CGraphWindow& window, int index) {
+    index = std::max(std::min(index, m_nLastIndex), kNoReference);
+    if (m_nFixedCursor != kNoReference)
+        InvalidateStrip(window, m_Canvas.WorldToPixelX(static_cast<float>(m_nFixedCursor)));
+    m_nFixedCursor = index;
+    if (m_nFixedCursor != kNoReference)
+        InvalidateStrip(window, m_Canvas.WorldToPixelX(static_cast<float>(m_nFixedCursor)));
+    InvalidateScreenRects(window, kValueRect);
+}
+
+void CGraph::InvalidateStrip(CGraphWindow& window, int pixelX) const {
+    const PixelRect client = window.GetClientRect();
+    window.Invalidate({pixelX, client.top, pixelX + 1, client.bottom});
+}
+
+void CGraph::Zoom(CGraphWindow& window, float factor) {
+    const float before = m_Canvas.GetZoom();
+    m_Canvas.Zoom(factor, static_cast<float>(m_nCursor));
+    if (m_Canvas.GetZoom() != before)
+        window.Invalidate();
+}
+
+void CGraph::OnHScroll(CGraphWindow& window, ScrollCode code, uint32_t position) {
+    const WorldRect before = m_Canvas.GetVisible();
+    const float fullX2 = m_Canvas.GetFull().x2;
+    const float width = before.x2 - before.x1;
+    const auto moved = [&](float by) {
+        return WorldRect{before.x1 + by, before.y1, before.x2 + by, before.y2};
+    };
+    const auto from = [&](float x1, float x2) { return WorldRect{x1, before.y1, x2, before.y2}; };
+
+    WorldRect request = before;
+    switch (code) {
+    case ScrollCode::LineLeft:
+        request = moved(-width / 10.0F);
+        break;
+    case ScrollCode::LineRight:
+        request = moved(width / 10.0F);
+        break;
+    case ScrollCode::PageLeft:
+        request = moved(-width * 0.5F);
+        break;
+    case ScrollCode::PageRight:
+        request = moved(width * 0.5F);
+        break;
+    case ScrollCode::ThumbPosition:
+    case ScrollCode::ThumbTrack:
+        request = from(static_cast<float>(position), static_cast<float>(position) + width);
+        break;
+    // The two ends do not simply jump there; the canvas decides what such a request shows.
+    case ScrollCode::LeftEnd:
+        request = from(0.0F, before.x2 - width);
+        break;
+    case ScrollCode::RightEnd:
+        request = from(fullX2 - width, before.x2 - fullX2);
+        break;
+    }
+    m_Canvas.SetVisible(request);
+    if (m_Canvas.GetVisible() != before) {
+        UpdateScrollBar(window);
+        window.Invalidate();
+    }
+}
+
+void CGraph::UpdateScrollBar(CGraphWindow& window) const {
+    const WorldRect& full = m_Canvas.GetFull();
+    const WorldRect& visible = m_Canvas.GetVisible();
+    window.SetScrollBar({static_cast<int>(full.x1) + 1, static_cast<int>(full.x2) - 1,
+                         static_cast<int>(visible.x2 - visible.x1), static_cast<int>(visible.x1)});
+}

@@ -1,0 +1,152 @@
+#include "GroupDrawing.h"
+
+#include "Canvas.h"
+#include "CurveDrawing.h"
+#include "GraphData.h"
+#include "MinMax.h"
+
+#include <limits>
+
+namespace {
+
+using Metrics = LayoutMetrics;
+
+// Separator lines run out of every window.
+constexpr float kFarRight = 10000.0F;
+
+PixelRect BandRect(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
+    const PixelRect& client = context.GetClient();
+    return {client.left, group.m_nTop, client.right, group.m_nTop + group.m_nHeight};
+}
+
+PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
+    PixelRect plot = BandRect(context, group);
+    plot.top += group.m_nTopMargin;
+    plot.bottom -= Metrics::kSeparatorLines + group.m_nBottomMargin + 1;
+    return plot;
+}
+
+bool IsDrawn(const CGraphDataSet& set) {
+    return set.IsDisplayedAsGraph() && set.GetCount() > 0;
+}
+
+} // namespace
+
+QRegion CGroupDrawing::ExpandedBands(const CGraphDrawingContext& context) {
+    QRegion region;
+    for (const auto& group : context.GetData().GetGroups()) {
+        if (group->IsDisplayedAsGraph() && group->m_bExpanded)
+            region += BandRect(context, *group).ToQRect();
+    }
+    return region;
+}
+
+void CGroupDrawing::Draw() {
+    for (const auto& group : m_Context.GetData().GetGroups()) {
+        if (!group->IsDisplayedAsGraph())
+            continue;
+        m_Context.Painter().SetClip(m_Clip & BandRect(m_Context, *group).ToQRect());
+        DrawHeader(*group);
+        if (!group->m_bExpanded || !m_bWithContents)
+            continue;
+        if (group->m_bSeparateSets)
+            DrawSeparateRows(*group);
+        else
+            DrawSharedPlot(*group);
+    }
+    m_Context.Painter().SetClip(m_Clip);
+}
+
+void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
+    CPixelPainter& painter = m_Context.Painter();
+    const ColorScheme& colors = m_Context.Colors();
+    const PixelRect band = BandRect(m_Context, group);
+    const auto left = static_cast<float>(m_Context.GetClient().left);
+    m_Canvas.SetMapping(band,
+                        {left, 0.0F, static_cast<float>(band.Width()), static_cast<float>(band.Height())});
+    painter.Fill(band, colors.background);
+
+    painter.SetPen(colors.boxPen);
+    painter.SetBrush(colors.boxBrush);
+    m_Canvas.Rectangle(1, 1, 10, 10);
+    m_Canvas.MoveTo(3, 5);
+    m_Canvas.LineTo(8, 5);
+    if (!group.m_bExpanded) {
+        m_Canvas.MoveTo(5, 3);
+        m_Canvas.LineTo(5, 8);
+    }
+    const auto nameWidth = static_cast<float>(painter.TextWidth(group.m_strName));
+    if (group.m_bSelected) {
+        painter.SetPen(colors.underline);
+        m_Canvas.MoveTo(11, 10);
+        m_Canvas.LineTo(nameWidth + 14, 10);
+    }
+    painter.SetTextColor(colors.headerText);
+    m_Canvas.TextOut(13, -1, group.m_strName);
+    m_Canvas.AddScreenRect(group.m_strName, 0, 0, 200, 13);
+    painter.SetPen(colors.separator);
+    for (int i = 1; i <= Metrics::kSeparatorLines; ++i) {
+        const auto y = static_cast<float>(group.m_nHeight - i);
+        m_Canvas.MoveTo(0, y);
+        m_Canvas.LineTo(kFarRight, y);
+    }
+    m_Canvas.AddScreenRect(kGroupUnderlineRect, 10, 10, nameWidth + 15, 11);
+}
+
+void CGroupDrawing::DrawSharedPlot(const CGraphDataGroup& group) {
+    const PixelRect plot = PlotRect(m_Context, group);
+    float min = std::numeric_limits<float>::max();
+    float max = -min;
+    for (const CGraphDataSet* set : group.m_Sets) {
+        if (!IsDrawn(*set) || set->IsIgnoredForVerticalAutoScaling())
+            continue;
+        const MinMax range = VisibleRange(*set, plot);
+        if (range.min < min)
+            min = range.min;
+        if (range.max > max)
+            max = range.max;
+    }
+    if (max == min)
+        max = min + 1.0F;
+    for (const CGraphDataSet* set : group.m_Sets) {
+        if (IsDrawn(*set))
+            DrawSet(*set, plot, group.m_bInverted ? min : max, group.m_bInverted ? max : min);
+    }
+}
+
+void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
+    const PixelRect plot = PlotRect(m_Context, group);
+    int space = plot.Height();
+    int rows = group.CountSets(DisplayType::Graph);
+    int y = plot.top;
+    for (const CGraphDataSet* set : group.m_Sets) {
+        if (!set->IsDisplayedAsGraph())
+            continue;
+        const int rowHeight = (group.m_nSetGap + space) / rows;
+        const PixelRect row{plot.left, y, plot.right, y + rowHeight - group.m_nSetGap};
+        if (set->GetCount() > 0) {
+            MinMax range{0.0F, 1.0F};
+            if (!set->IsBinary())
+                range = VisibleRange(*set, row);
+            if (range.max == range.min)
+                range.max += 1.0F;
+            DrawSet(*set, row, range.max, range.min);
+        }
+        space -= rowHeight;
+        y += rowHeight;
+        --rows;
+    }
+}
+
+void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
+    const WorldRect& visible = m_Canvas.GetVisible();
+    m_Canvas.SetMapping(plot, {visible.x1, top, visible.x2, bottom});
+    DrawCurve(m_Canvas, m_Context.Painter(), set, m_Context.GetClient(), m_Context.GetInvalid());
+}
+
+MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
+    m_Canvas.SetMapping(plot, m_Canvas.GetVisible());
+    MinMax range{};
+    set.GetMinMax(m_Canvas.PixelToIndex(plot.left), m_Canvas.PixelToIndex(plot.right), range.min, range.max);
+    return range;
+}

@@ -1,0 +1,56 @@
+// The pixels of a straight line as runs along its longer direction, each computed from the end points alone.
+#pragma once
+
+#include "PixelRect.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+// Calls emit(x, y, width, height) for the runs of the line that touch the clip. Step k of the n steps along
+// the longer direction lies at round(k * shorter / n) across it; the end point is left out. Coordinates below
+// 2^29.
+template <class Emit>
+void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit emit) {
+    const bool steep = std::abs(int64_t{y2} - y1) > std::abs(int64_t{x2} - x1);
+    const int64_t along = steep ? y1 : x1;
+    const int64_t across = steep ? x1 : y1;
+    const int64_t alongSpan = steep ? int64_t{y2} - y1 : int64_t{x2} - x1;
+    const int64_t acrossSpan = steep ? int64_t{x2} - x1 : int64_t{y2} - y1;
+    const int64_t steps = std::abs(alongSpan);
+    const int64_t rows = std::abs(acrossSpan);
+    const int64_t alongSign = alongSpan < 0 ? -1 : 1;
+    const int64_t acrossSign = acrossSpan < 0 ? -1 : 1;
+
+    // The rows of runs that the clip shows.
+    const int64_t clipFrom = steep ? clip.left : clip.top;
+    const int64_t clipTo = (steep ? clip.right : clip.bottom) - int64_t{1};
+    const int64_t rowA = (clipFrom - across) * acrossSign;
+    const int64_t rowB = (clipTo - across) * acrossSign;
+    const int64_t firstRow = std::max<int64_t>(0, std::min(rowA, rowB));
+    const int64_t lastRow = std::min(rows, std::max(rowA, rowB));
+
+    // First step of a row: the smallest k with k * rows / steps >= row - 1/2.
+    const auto firstStep = [=](int64_t row) {
+        return row <= 0 ? 0 : ((2 * row - 1) * steps + 2 * rows - 1) / (2 * rows);
+    };
+    const int64_t clipAlong = steep ? clip.top : clip.left;
+    const int64_t clipAlongEnd = steep ? clip.bottom : clip.right;
+    for (int64_t row = firstRow; row <= lastRow; ++row) {
+        const int64_t stepFrom = firstStep(row);
+        const int64_t stepTo = row == rows ? steps : std::min(steps, firstStep(row + 1));
+        const int64_t pixelA = along + alongSign * stepFrom;
+        const int64_t pixelB = along + alongSign * (stepTo - 1);
+        const int64_t from = std::max(std::min(pixelA, pixelB), clipAlong);
+        const int64_t to = std::min(std::max(pixelA, pixelB) + 1, clipAlongEnd);
+        if (stepFrom >= stepTo || from >= to)
+            continue;
+        const auto position = static_cast<int>(across + acrossSign * row);
+        const auto start = static_cast<int>(from);
+        const auto length = static_cast<int>(to - from);
+        if (steep)
+            emit(position, start, 1, length);
+        else
+            emit(start, position, length, 1);
+    }
+}

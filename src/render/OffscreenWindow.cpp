@@ -1,0 +1,14 @@
+#include "OffscreenWindow.h"
+
+#include <QPainter>
+
+COffscreenWindow::COffscreenWindow(QSize size, double scale)
+    : m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
+    m_Image.setDevicePixelRatio(scale);
+}
+
+const QImage& COffscreenWindow::Paint(CGraph& graph) {
+    QPainter painter(&m_Image);
+    graph.Draw(*this, painter, GetClientRect());
+    return m_Image;
+}

@@ -1,0 +1,62 @@
+// Draws whole pixels: 1-pixel lines without antialiasing, bordered rectangles and small text.
+#pragma once
+
+#include "PixelRect.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPoint>
+#include <QRegion>
+#include <QString>
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+// Wraps a borrowed painter. Lines are collected as runs of pixels and reach the painter in bundles: a line
+// comes out the same whatever part of it is repainted and at every scale factor of the screen.
+class CPixelPainter {
+public:
+    CPixelPainter(QPainter& painter, const QFont& font);
+    CPixelPainter(const CPixelPainter&) = delete;
+    CPixelPainter& operator=(const CPixelPainter&) = delete;
+    ~CPixelPainter() { Flush(); }
+
+    void SetPen(const QColor& color);
+    void SetBrush(const QColor& color) { m_Brush = color; }
+    void SetTextColor(const QColor& color) { m_Text = color; }
+    // Text is drawn over a filled cell of this colour; an invalid colour makes the background transparent.
+    void SetTextBackground(const QColor& color) { m_TextBackground = color; }
+    void SetClip(const QRegion& clip);
+
+    // From the first point up to, but without, the second.
+    void Line(int x1, int y1, int x2, int y2);
+    // Border in the pen's colour inside the bounds, filled with the brush; nothing when empty.
+    void Rectangle(const PixelRect& rect);
+    void Fill(const PixelRect& rect, const QColor& color);
+    void Polygon(std::span<const QPoint> points);
+    // The point is the top left corner of the text's cell.
+    void Text(int x, int y, const QString& text);
+
+    int TextWidth(const QString& text) const { return m_Metrics.horizontalAdvance(text); }
+    // Height of a text's cell.
+    static constexpr int kTextHeight = 13;
+
+    // Brings collected lines to the painter.
+    void Flush();
+
+private:
+    void AddRun(int x, int y, int width, int height);
+
+    QPainter& m_Painter;
+    QFontMetrics m_Metrics;
+    QColor m_Pen = Qt::black;
+    QColor m_Brush = Qt::white;
+    QColor m_Text = Qt::black;
+    QColor m_TextBackground;
+    PixelRect m_ClipBounds;
+    std::array<QRect, 512> m_Runs;
+    size_t m_nRuns = 0;
+};
