@@ -1,0 +1,123 @@
+#include "Commands.h"
+
+#include "CsvExport.h"
+#include "CsvFile.h"
+#include "ExpandedAnalysis.h"
+#include "GraphData.h"
+#include "InfoJson.h"
+#include "OutputFile.h"
+#include "zip.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+constexpr qint64 kCopyChunk = 1 << 20;
+
+QString WithoutLineEnd(QString text) {
+    while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
+        text.chop(1);
+    return text;
+}
+
+ExitCode Fail(const QString& text) {
+    PrintError(text);
+    return ExitCode::Failed;
+}
+
+ExitCode FailToWrite(const QString& path, const QString& reason) {
+    return Fail(QStringLiteral("Cannot write %1: %2").arg(path, reason));
+}
+
+ExitCode CopyToOutput(const QString& from, const QString& to) {
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly))
+        return Fail(QStringLiteral("Cannot read file: %1").arg(from));
+    OutputFile output(to);
+    while (output.IsOpen() && !source.atEnd()) {
+        const QByteArray chunk = source.read(kCopyChunk);
+        if (chunk.isEmpty() || output.Device().write(chunk) != chunk.size())
+            return FailToWrite(to, chunk.isEmpty() ? source.errorString() : output.ErrorText());
+    }
+    return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.ErrorText());
+}
+
+} // namespace
+
+void PrintError(const QString& text) {
+    std::fprintf(stderr, "ERROR: %s\n", WithoutLineEnd(text).toUtf8().constData());
+}
+
+ExitCode ReportResults(const Analysis& analysis) {
+    for (const Tracelyn::ReadResult& result : analysis.results)
+        PrintError(result.GetText());
+    return analysis.results.empty() ? ExitCode::Success : ExitCode::ReadWithProblems;
+}
+
+ExitCode WrongUsage(const QString& error) {
+    std::fprintf(stderr, "tracelyn-cli: %s\n%s", error.toUtf8().constData(),
+                 UsageText().toUtf8().constData());
+    return ExitCode::WrongUsage;
+}
+
+ExitCode RunInfo(const Options& options) {
+    CGraphData data;
+    QString error;
+    const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
+    if (!analysis)
+        return Fail(error);
+    const QByteArray json = InfoJson(*analysis, data);
+    const auto size = static_cast<size_t>(json.size());
+    if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+        return FailToWrite(QStringLiteral("standard output"), qt_error_string());
+    return ReportResults(*analysis);
+}
+
+ExitCode RunCsv(const Options& options) {
+    CGraphData data;
+    QString error;
+    const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
+    if (!analysis)
+        return Fail(error);
+    OutputFile output(options.output);
+    if (!output.IsOpen())
+        return FailToWrite(options.output, output.ErrorText());
+    try {
+        Tracelyn::CCsvFile file;
+        file.Open(output.Device());
+        Tracelyn::ExportCsv(data, file);
+        file.Close();
+    } catch (const std::exception&) {
+        return FailToWrite(options.output, output.ErrorText());
+    }
+    if (!output.Commit())
+        return FailToWrite(options.output, output.ErrorText());
+    return ReportResults(*analysis);
+}
+
+ExitCode RunPack(const Options& options) {
+    const QTemporaryDir folder;
+    const QString base = folder.path() + QDir::separator();
+    const QString entry = Tracelyn::AnalysisEntryName();
+    if (!folder.isValid() || !QFile::copy(options.input, base + entry))
+        return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
+    const QString archive = base + QStringLiteral("archive.paf");
+    Tracelyn::CZip zip(archive);
+    zip.SetBaseFolder(base);
+    zip.AddFile(QString(), entry, false, true);
+    return zip.Pack() ? CopyToOutput(archive, options.output)
+                      : Fail(QStringLiteral("Problem packing analysis file"));
+}
+
+ExitCode RunExpand(const Options& options) {
+    const QTemporaryDir folder;
+    const Tracelyn::CExpandedAnalysis expanded(options.input, folder.path() + QDir::separator());
+    if (!folder.isValid() || !expanded.IsExpanded() || !QFile::exists(expanded.Path()))
+        return Fail(QStringLiteral("Problem expanding analysis file"));
+    return CopyToOutput(expanded.Path(), options.output);
+}

@@ -1,0 +1,18 @@
+// The tool's commands. Each writes its problems to the error output and returns the exit code.
+#pragma once
+
+#include "Analysis.h"
+#include "ExitCode.h"
+#include "Options.h"
+
+ExitCode RunInfo(const Options& options);
+ExitCode RunCsv(const Options& options);
+ExitCode RunRender(const Options& options);
+ExitCode RunPack(const Options& options);
+ExitCode RunExpand(const Options& options);
+
+// Shared by the commands.
+void PrintError(const QString& text);
+// Prints every result of the reader; says whether there was one.
+ExitCode ReportResults(const Analysis& analysis);
+ExitCode WrongUsage(const QString& error);

@@ -1,0 +1,11 @@
+// What the tool's exit code tells its caller.
+#pragma once
+
+enum class ExitCode : int {
+    Success = 0,
+    // Nothing was read or written.
+    Failed = 1,
+    WrongUsage = 2,
+    // The file was read with problems; the output is written all the same.
+    ReadWithProblems = 3,
+};

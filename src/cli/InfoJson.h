@@ -1,0 +1,9 @@
+// What `info` prints: the loaded model and the problems found, as JSON.
+#pragma once
+
+#include <QByteArray>
+
+class CGraphData;
+struct Analysis;
+
+QByteArray InfoJson(const Analysis& analysis, const CGraphData& data);

@@ -1,0 +1,62 @@
+#include "Commands.h"
+
+#include "OffscreenWindow.h"
+#include "OutputFile.h"
+
+#include <QImage>
+
+namespace {
+
+// False when a name is no group's.
+bool ToggleGroups(CGraph& graph, const QStringList& names, QString& error) {
+    for (const QString& name : names) {
+        CGraphDataGroup* const group = graph.GetData().FindGroup(name);
+        if (group == nullptr) {
+            error = QStringLiteral("--toggle: the file has no group '%1'").arg(name);
+            return false;
+        }
+        group->m_bExpanded = !group->m_bExpanded;
+    }
+    return true;
+}
+
+void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
+    if (options.cursor)
+        graph.SetCursorPosition(window, *options.cursor);
+    if (options.fixedCursor)
+        graph.SetFixedCursor(window, *options.fixedCursor);
+    if (options.zoom)
+        graph.Zoom(window, *options.zoom);
+    if (options.scroll)
+        graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
+}
+
+} // namespace
+
+ExitCode RunRender(const Options& options) {
+    CGraph graph;
+    QString error;
+    const auto analysis = LoadAnalysis(options.input, options.accessLevel, graph.GetData(), error);
+    if (!analysis) {
+        PrintError(error);
+        return ExitCode::Failed;
+    }
+    COffscreenWindow window(options.size);
+    if (!options.dark)
+        graph.ToggleBackground(window);
+    graph.SetResetPending();
+    window.Paint(graph);
+
+    if (options.consoleOnLeft && *options.consoleOnLeft != graph.IsConsoleOnLeft())
+        graph.ToggleConsoleSide(window);
+    if (!ToggleGroups(graph, options.toggledGroups, error))
+        return WrongUsage(error);
+    MoveTo(graph, window, options);
+
+    OutputFile output(options.output);
+    if (!output.IsOpen() || !window.Paint(graph).save(&output.Device(), "PNG") || !output.Commit()) {
+        PrintError(QStringLiteral("Cannot write %1: %2").arg(options.output, output.ErrorText()));
+        return ExitCode::Failed;
+    }
+    return ReportResults(*analysis);
+}
