@@ -1,0 +1,259 @@
+#include "ChildView.h"
+
+#include "CsvFile.h"
+#include "ShellUi.h"
+#include "SignalFileReader.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <cmath>
+#include <optional>
+
+namespace {
+
+constexpr int kRepeatMilliseconds = 100;
+constexpr int kFastStep = 10;
+constexpr float kZoomStep = 1.25F;
+constexpr int kBeepHertz = 300;
+constexpr int kBeepMilliseconds = 50;
+
+unsigned FlagsOf(const QMouseEvent& event) {
+    unsigned flags = 0;
+    if (event.buttons().testFlag(Qt::LeftButton))
+        flags |= kLeftButton;
+    if (event.buttons().testFlag(Qt::RightButton))
+        flags |= kRightButton;
+    if (event.buttons().testFlag(Qt::MiddleButton))
+        flags |= kMiddleButton;
+    if (event.modifiers().testFlag(Qt::ShiftModifier))
+        flags |= kShift;
+    if (event.modifiers().testFlag(Qt::ControlModifier))
+        flags |= kControl;
+    return flags;
+}
+
+// The digit of the main block's key, whatever Shift makes of it where the system tells.
+std::optional<int> MainDigit(const QKeyEvent& event) {
+    if (event.modifiers().testFlag(Qt::KeypadModifier))
+        return std::nullopt;
+    if (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9)
+        return event.key() - Qt::Key_0;
+#ifdef Q_OS_WIN
+    if (event.nativeVirtualKey() >= '0' && event.nativeVirtualKey() <= '9')
+        return static_cast<int>(event.nativeVirtualKey() - '0');
+#endif
+    return std::nullopt;
+}
+
+std::optional<ScrollCode> CodeOf(int action) {
+    switch (action) {
+    case QAbstractSlider::SliderSingleStepSub:
+        return ScrollCode::LineLeft;
+    case QAbstractSlider::SliderSingleStepAdd:
+        return ScrollCode::LineRight;
+    case QAbstractSlider::SliderPageStepSub:
+        return ScrollCode::PageLeft;
+    case QAbstractSlider::SliderPageStepAdd:
+        return ScrollCode::PageRight;
+    case QAbstractSlider::SliderMove:
+        return ScrollCode::ThumbTrack;
+    case QAbstractSlider::SliderToMinimum:
+        return ScrollCode::LeftEnd;
+    case QAbstractSlider::SliderToMaximum:
+        return ScrollCode::RightEnd;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(parent), m_Ui(ui) {
+    setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    setFocusPolicy(Qt::StrongFocus);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    horizontalScrollBar()->setFocusPolicy(Qt::NoFocus);
+    // Every pixel is painted by the graph; nothing is erased before.
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setCursor(Qt::ArrowCursor);
+    connect(horizontalScrollBar(), &QScrollBar::actionTriggered, this, &CChildView::OnScrollBarAction);
+}
+
+void CChildView::ClearData() {
+    m_Graph.Clear();
+    Invalidate();
+}
+
+void CChildView::Load(CSignalFileReader& reader, const QString& path) {
+    reader.ReadAnalysis(m_Graph.GetData(), path);
+    m_Graph.RestoreGroupStates();
+    m_Graph.SetResetPending();
+    Invalidate();
+}
+
+void CChildView::ExportCsv(const QString& path) const {
+    Tracelyn::CCsvFile file;
+    if (!file.Open(path))
+        return;
+    m_Graph.ExportCsv(file);
+    file.Close();
+}
+
+bool CChildView::OnCommand(CommandId id) {
+    switch (id) {
+    case CommandId::CursorLeft:
+        MoveCursor(-1);
+        return true;
+    case CommandId::CursorRight:
+        MoveCursor(1);
+        return true;
+    case CommandId::FastLeft:
+        MoveCursor(-kFastStep);
+        return true;
+    case CommandId::FastRight:
+        MoveCursor(kFastStep);
+        return true;
+    case CommandId::ZoomIn:
+        m_Graph.Zoom(*this, m_Graph.GetZoom() * kZoomStep);
+        return true;
+    case CommandId::ZoomOut:
+        m_Graph.Zoom(*this, m_Graph.GetZoom() / kZoomStep);
+        return true;
+    case CommandId::ZoomReset:
+        m_Graph.Zoom(*this, 1.0F);
+        return true;
+    case CommandId::SelectNextGroup:
+        m_Graph.SelectNextGroup(*this);
+        return true;
+    case CommandId::SelectPreviousGroup:
+        m_Graph.SelectPreviousGroup(*this);
+        return true;
+    case CommandId::ToggleSelectedGroup:
+        m_Graph.ToggleSelectedGroup(*this);
+        return true;
+    case CommandId::ToggleFixedCursor: {
+        const bool isSet = m_Graph.GetFixedCursor() != kNoReference;
+        m_Graph.SetFixedCursor(*this, isSet ? kNoReference : m_Graph.GetCursorPosition());
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+bool CChildView::OnKeyDown(const QKeyEvent& event) {
+    if (event.modifiers().testFlag(Qt::AltModifier))
+        return false;
+    if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab || event.key() == Qt::Key_PageUp) {
+        m_Graph.ToggleConsoleSide(*this);
+        return true;
+    }
+    const auto digit = MainDigit(event);
+    if (digit)
+        ToggleGroupByDigit(*digit);
+    return digit.has_value();
+}
+
+void CChildView::ToggleGroupByDigit(int digit) {
+    if (m_Graph.SelectGroup(*this, digit))
+        m_Graph.ToggleSelectedGroup(*this);
+    else
+        m_Ui.Beep(kBeepHertz, kBeepMilliseconds);
+}
+
+void CChildView::paintEvent(QPaintEvent* event) {
+    m_Invalid = {};
+    QPainter painter(viewport());
+    m_Graph.Draw(*this, painter, PixelRect::From(event->rect()));
+}
+
+void CChildView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_LastMouse = event->position().toPoint();
+    m_Timer.start(kRepeatMilliseconds, this);
+    m_Graph.OnClick(*this, FlagsOf(*event), m_LastMouse.x(), m_LastMouse.y());
+}
+
+void CChildView::mouseMoveEvent(QMouseEvent* event) {
+    m_LastMouse = event->position().toPoint();
+    if (FlagsOf(*event) == kLeftButton)
+        m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
+}
+
+void CChildView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_LastMouse = event->position().toPoint();
+    m_Timer.stop();
+    m_Graph.ToggleGroupAt(*this, FlagsOf(*event), m_LastMouse.x(), m_LastMouse.y());
+}
+
+// The second press of a double click is none of its own: only its release counts, as a second click.
+void CChildView::mouseDoubleClickEvent(QMouseEvent* /*event*/) {}
+
+void CChildView::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}
+
+void CChildView::contextMenuEvent(QContextMenuEvent* event) {
+    event->ignore();
+}
+
+void CChildView::keyPressEvent(QKeyEvent* event) {
+    if (!OnKeyDown(*event))
+        event->ignore();
+}
+
+void CChildView::timerEvent(QTimerEvent* /*event*/) {
+    m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
+}
+
+PixelRect CChildView::GetClientRect() const {
+    return PixelRect::From(viewport()->rect());
+}
+
+void CChildView::Invalidate(const PixelRect& area) {
+    QRect rect = area.ToQRect();
+    // Between whole scale factors a pixel of the picture ends inside one of the screen.
+    const double scale = viewport()->devicePixelRatioF();
+    if (scale != std::floor(scale))
+        rect.adjust(-1, -1, 1, 1);
+    rect &= viewport()->rect();
+    m_Invalid += rect;
+    viewport()->update(rect);
+}
+
+void CChildView::Invalidate() {
+    m_Invalid = viewport()->rect();
+    viewport()->update();
+}
+
+void CChildView::UpdateNow() {
+    if (!m_Invalid.isEmpty())
+        viewport()->repaint(QRegion(m_Invalid));
+}
+
+void CChildView::SetScrollBar(const ScrollBarState& state) {
+    QScrollBar& bar = *horizontalScrollBar();
+    // The toolkit's maximum is the largest position, without the page.
+    const int last = state.maximum - state.page + 1;
+    bar.setRange(state.minimum, std::max(state.minimum, last));
+    bar.setPageStep(state.page);
+    bar.setValue(state.position);
+    bar.setEnabled(last > state.minimum);
+}
+
+void CChildView::OnScrollBarAction(int action) {
+    const auto code = CodeOf(action);
+    if (!code)
+        return;
+    m_Graph.OnHScroll(*this, *code, static_cast<uint32_t>(horizontalScrollBar()->sliderPosition()));
+    // Where nothing moved, the bar must not keep the step that it took by itself.
+    m_Graph.UpdateScrollBar(*this);
+}

@@ -1,0 +1,71 @@
+// The client area of the main window: shows the graph and turns keys, mouse, timer and scroll bar into its
+// operations.
+#pragma once
+
+#include "CommandIds.h"
+#include "Graph.h"
+#include "GraphWindow.h"
+
+#include <QAbstractScrollArea>
+#include <QBasicTimer>
+#include <QPoint>
+#include <QRegion>
+
+class CSignalFileReader;
+class CShellUi;
+
+class CChildView : public QAbstractScrollArea, private CGraphWindow {
+    Q_OBJECT
+
+public:
+    // Borrows the ui, which must outlive the view.
+    explicit CChildView(CShellUi& ui, QWidget* parent = nullptr);
+
+    CGraph& GetGraph() { return m_Graph; }
+    const CGraph& GetGraph() const { return m_Graph; }
+
+    bool IsDataLoaded() const { return m_Graph.GetData().HasData(); }
+    // Drops the loaded data; the groups' expanded states are remembered.
+    void ClearData();
+    // Lets the reader append its file; the remembered states are restored.
+    void Load(CSignalFileReader& reader, const QString& path);
+    // Replaces an existing file. Does nothing when the path cannot be opened; throws when writing fails.
+    void ExportCsv(const QString& path) const;
+    void ToggleBackground() { m_Graph.ToggleBackground(*this); }
+
+    // Carries out one of the view's commands; false when the command is not the view's.
+    bool OnCommand(CommandId id);
+    // The keys that are no commands: console side and group digits. False for any other key.
+    bool OnKeyDown(const QKeyEvent& event);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void scrollContentsBy(int /*dx*/, int /*dy*/) override {}
+    bool focusNextPrevChild(bool /*next*/) override { return false; }
+
+private:
+    PixelRect GetClientRect() const override;
+    void Invalidate(const PixelRect& area) override;
+    void Invalidate() override;
+    void UpdateNow() override;
+    void SetScrollBar(const ScrollBarState& state) override;
+
+    void OnScrollBarAction(int action);
+    void MoveCursor(int by) { m_Graph.SetCursorPosition(*this, m_Graph.GetCursorPosition() + by); }
+    void ToggleGroupByDigit(int digit);
+
+    CGraph m_Graph;
+    CShellUi& m_Ui;
+    QPoint m_LastMouse;
+    QBasicTimer m_Timer;
+    // What was invalidated and not painted yet.
+    QRegion m_Invalid;
+};

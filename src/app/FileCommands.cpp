@@ -1,0 +1,173 @@
+// The main window's commands on files: open, close, step, save, export, and the load that most of them share.
+#include "ExpandedAnalysis.h"
+#include "FileJustOpened.h"
+#include "MainFrm.h"
+#include "PrivateFolder.h"
+#include "WaitCursor.h"
+#include "XmlReader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+// In the toolkit's form.
+QString AllFiles() {
+    return CMainFrame::tr("All Files (*)");
+}
+
+} // namespace
+
+void CMainFrame::OpenFromCommandLine(const QString& path) {
+    if (path.isEmpty())
+        return;
+    m_strLastPath = path;
+    m_FileSet.SetFile(path);
+    LoadFile();
+}
+
+void CMainFrame::OnFileOpen() {
+    const auto path =
+        m_Ui.AskOpenFile({.title = {},
+                          .filter = tr("Analysis Files (*.paf *.xml)") + QStringLiteral(";;") + AllFiles(),
+                          .defaultExtension = {},
+                          .fileName = {},
+                          .directory = m_strLastPath});
+    if (!path)
+        return;
+    m_strLastPath = *path;
+    m_FileSet.SetFile(*path);
+    LoadFile();
+    SetFileJustOpened(true);
+}
+
+void CMainFrame::OnFileClose() {
+    m_pView->ClearData();
+    m_FileSet.Clear();
+    UpdateTitle();
+}
+
+void CMainFrame::OnStep(bool toNext) {
+    if (toNext)
+        m_FileSet.StepToNext();
+    else
+        m_FileSet.StepToPrevious();
+    LoadFile();
+}
+
+void CMainFrame::LoadFile() {
+    m_pView->ClearData();
+    {
+        const CWaitCursor wait;
+        try {
+            LoadCurrentFile();
+        } catch (...) {
+            ShowMessage(MessageIcon::Stop, tr("File not loaded.\nError during load operation."));
+        }
+    }
+    UpdateTitle();
+    UpdateCommands();
+}
+
+void CMainFrame::LoadCurrentFile() {
+    const QString path = m_FileSet.GetFullPath();
+    const QString extension = m_FileSet.GetExtension();
+    const bool isContainer = extension == QLatin1String(".paf");
+    if (!isContainer && extension != QLatin1String(".xml"))
+        return;
+    Tracelyn::CXmlReader reader;
+    reader.SetAccessLevel(m_nAccessLevel);
+    if (isContainer)
+        LoadContainer(path, reader);
+    else
+        LoadDocument(path, reader);
+}
+
+void CMainFrame::LoadContainer(const QString& path, Tracelyn::CXmlReader& reader) {
+    const auto folder = support::PrivateTemporaryFolder();
+    if (!folder) {
+        ShowError(tr("Problem expanding analysis file"));
+        return;
+    }
+    const Tracelyn::CExpandedAnalysis expanded(path, *folder);
+    if (expanded.IsExpanded())
+        LoadDocument(expanded.Path(), reader);
+    else
+        ShowError(tr("Problem expanding analysis file"));
+}
+
+void CMainFrame::LoadDocument(const QString& path, Tracelyn::CXmlReader& reader) {
+    m_pView->Load(reader, path);
+    m_strTitle = reader.GetAnalysisName();
+    for (const Tracelyn::ReadResult& result : reader.GetResults())
+        ShowError(result.GetText());
+}
+
+void CMainFrame::UpdateTitle() {
+    QString text = m_strTitle;
+    const QString& base = m_FileSet.GetBaseName();
+    if (!base.isEmpty()) {
+        m_strFileLabel = m_FileSet.GetCount() > 0
+                             ? QStringLiteral("%1 %2").arg(base, m_FileSet.GetNumberText())
+                             : tr("%1 (new)").arg(base);
+        text += QStringLiteral("- ") + m_strFileLabel;
+    }
+    // The toolkit takes "[*]" for a place holder unless it is doubled.
+    setWindowTitle(text.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+}
+
+void CMainFrame::OnFileSave() {
+    const QStringList filters{tr("paf Files (*.paf)"), tr("csv Files (*.csv)"), AllFiles()};
+    const auto path = m_Ui.AskSaveFile({.title = tr("Save..."),
+                                        .filter = filters.join(QStringLiteral(";;")),
+                                        .defaultExtension = QStringLiteral("paf"),
+                                        .fileName = DefaultName(),
+                                        .directory = QDir::rootPath()});
+    if (!path)
+        return;
+    try {
+        SaveTo(*path);
+    } catch (...) {
+        ShowMessage(MessageIcon::Stop, tr("File not saved.\nError during write operation."));
+    }
+}
+
+void CMainFrame::SaveTo(const QString& path) {
+    if (QFileInfo(path).suffix() == QLatin1String("csv")) {
+        m_pView->ExportCsv(path);
+        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
+    } else if (QFile::copy(m_FileSet.GetFullPath(), path)) {
+        ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
+    } else {
+        ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));
+    }
+}
+
+void CMainFrame::OnSaveCsv() {
+    const auto path = m_Ui.AskSaveFile({.title = {},
+                                        .filter = tr("CSV Files (*.csv)") + QStringLiteral(";;") + AllFiles(),
+                                        .defaultExtension = QStringLiteral("csv"),
+                                        .fileName = DefaultName(),
+                                        .directory = m_strLastPath});
+    if (!path)
+        return;
+    try {
+        const CWaitCursor wait;
+        m_pView->ExportCsv(*path);
+        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(*path));
+    } catch (...) {
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\nError during write operation."));
+    }
+}
+
+void CMainFrame::ShowError(const QString& text) {
+    m_Ui.ShowMessage(MessageIcon::Stop, tr("ERROR"), text);
+}
+
+void CMainFrame::ShowMessage(MessageIcon icon, const QString& text) {
+    m_Ui.ShowMessage(icon, tr("Tracelyn"), text);
+}

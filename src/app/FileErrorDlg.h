@@ -1,0 +1,23 @@
+// The question about a file that an incompatible version of the program wrote: abort, ignore, or ignore all.
+#pragma once
+
+#include <QDialog>
+
+class CFileErrorDlg : public QDialog {
+    Q_OBJECT
+
+public:
+    // What DoModal returns. Crossed on purpose: callers compare with these values, and 3 does not abort.
+    enum Result { Ignore = 5, IgnoreAll = 3, Abort = 1009 };
+
+    CFileErrorDlg(QWidget* parent, int fileVersion, int programVersion);
+
+    // Asks and waits for the answer, one of Result. Escape, the close box and a dialog that goes away
+    // unanswered abort.
+    int DoModal();
+
+    void reject() override { done(Abort); }
+
+private:
+    QString m_strMessage;
+};

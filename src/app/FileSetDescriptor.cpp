@@ -1,0 +1,134 @@
+#include "FileSetDescriptor.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+#include <QStringView>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int kMaxDigits = 2;
+
+#ifdef Q_OS_WIN
+constexpr bool kDirectoryIsLowered = true;
+constexpr QStringView kDirectoryEnds = u"/\\:";
+#else
+constexpr bool kDirectoryIsLowered = false;
+constexpr QStringView kDirectoryEnds = u"/";
+#endif
+
+struct SplitPath {
+    QString directory;
+    QString baseName;
+    uint32_t number = CFileSetDescriptor::kNoNumber;
+    QString extension;
+};
+
+bool IsDigit(QChar c) {
+    return c >= u'0' && c <= u'9';
+}
+
+SplitPath Split(const QString& path) {
+    SplitPath parts;
+    const auto end =
+        std::find_if(path.crbegin(), path.crend(), [](QChar c) { return kDirectoryEnds.contains(c); });
+    const qsizetype nameStart = std::distance(end, path.crend());
+    parts.directory = kDirectoryIsLowered ? path.left(nameStart).toLower() : path.left(nameStart);
+
+    const QString name = path.mid(nameStart).toLower();
+    const qsizetype dot = name.lastIndexOf(u'.');
+    parts.baseName = name.left(dot); // all of it when there is no dot
+    if (dot >= 0)
+        parts.extension = name.mid(dot);
+
+    qsizetype digits = 0;
+    while (digits < std::min<qsizetype>(kMaxDigits, parts.baseName.size()) &&
+           IsDigit(parts.baseName.at(parts.baseName.size() - 1 - digits)))
+        ++digits;
+    if (digits > 0) {
+        parts.number = parts.baseName.right(digits).toUInt();
+        parts.baseName.chop(digits);
+    }
+    return parts;
+}
+
+QString NumberText(uint32_t number) {
+    return QStringLiteral("%1").arg(number, kMaxDigits, 10, QLatin1Char('0'));
+}
+
+QStringList FilesIn(const QString& directory) {
+    const QDir dir(directory.isEmpty() ? QStringLiteral(".") : directory);
+    return dir.entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+} // namespace
+
+bool CFileSetDescriptor::SetFile(const QString& path) {
+    const SplitPath parts = Split(path);
+    m_nNumber = parts.number;
+    m_strDirectory = parts.directory;
+    m_strBaseName = parts.baseName;
+    m_strExtension = parts.extension;
+    Scan();
+    return true;
+}
+
+void CFileSetDescriptor::Clear() {
+    *this = CFileSetDescriptor();
+}
+
+// Any text may stand between base name and extension: run123.paf belongs to run as number 23.
+void CFileSetDescriptor::Scan() {
+    QStringList names = FilesIn(m_strDirectory);
+    for (QString& name : names)
+        name = name.toLower();
+    names.removeDuplicates();
+
+    m_Numbers.clear();
+    for (const QString& name : std::as_const(names)) {
+        if (name.size() < m_strBaseName.size() + m_strExtension.size() || !name.startsWith(m_strBaseName) ||
+            !name.endsWith(m_strExtension))
+            continue;
+        if (const uint32_t number = Split(name).number; number != kNoNumber)
+            m_Numbers.push_back(number);
+    }
+    std::ranges::sort(m_Numbers);
+}
+
+QString CFileSetDescriptor::GetFullPath() const {
+    const QString number = m_strExtension == QLatin1String(".xml") ? QString() : GetNumberText();
+    const QString name = m_strBaseName + number + m_strExtension;
+    if (QFileInfo(m_strDirectory + name).isFile())
+        return m_strDirectory + name;
+
+    const QStringList files = FilesIn(m_strDirectory);
+    const auto found =
+        std::ranges::find_if(files, [&](const QString& file) { return file.toLower() == name; });
+    return m_strDirectory + (found != files.end() ? *found : name);
+}
+
+QString CFileSetDescriptor::GetNumberText() const {
+    return m_nNumber == kNoNumber ? QString() : NumberText(m_nNumber);
+}
+
+uint32_t CFileSetDescriptor::StepToPrevious() {
+    const auto current = std::ranges::find(m_Numbers, m_nNumber);
+    if (current != m_Numbers.end() && current != m_Numbers.begin())
+        m_nNumber = *std::prev(current);
+    return m_nNumber;
+}
+
+uint32_t CFileSetDescriptor::StepToNext() {
+    const auto current = std::ranges::find(m_Numbers, m_nNumber);
+    if (current != m_Numbers.end() && std::next(current) != m_Numbers.end())
+        m_nNumber = *std::next(current);
+    return m_nNumber;
+}
+
+QString CFileSetDescriptor::GetNextFreeName() const {
+    const uint32_t next = m_Numbers.empty() ? 0 : m_Numbers.back() + 1;
+    return m_strDirectory + m_strBaseName + NumberText(next) + m_strExtension;
+}

@@ -1,0 +1,155 @@
+#include "MainFrm.h"
+
+#include "FileJustOpened.h"
+#include "Icons.h"
+#include "StatusPanes.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDir>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QToolBar>
+
+namespace {
+
+constexpr QSize kDefaultSize(1280, 800);
+constexpr QSize kToolBarIconSize(16, 16);
+
+} // namespace
+
+CMainFrame::CMainFrame(CShellUi& ui)
+    : m_Ui(ui), m_Commands(*this, [this](CommandId id) { OnCommand(id); }),
+      m_strLastPath(QDir::toNativeSeparators(QDir::tempPath())), m_strTitle(tr("Tracelyn viewer")) {
+    SetFileJustOpened(false);
+}
+
+void CMainFrame::LoadFrame() {
+    setWindowIcon(LoadIcon(QStringLiteral("app")));
+    m_pView = new CChildView(m_Ui, this);
+    setCentralWidget(m_pView);
+    CreateToolBar();
+    m_pStatusPanes = new CStatusPanes(*statusBar());
+    CreateMenus();
+    setWindowTitle(m_strTitle);
+    resize(kDefaultSize.boundedTo(screen()->availableSize()));
+    m_pView->setFocus();
+    UpdateCommands();
+}
+
+void CMainFrame::CreateToolBar() {
+    m_pToolBar = addToolBar(tr("Toolbar"));
+    m_pToolBar->setObjectName(QStringLiteral("toolbar"));
+    m_pToolBar->setIconSize(kToolBarIconSize);
+    m_pToolBar->setAllowedAreas(Qt::AllToolBarAreas);
+    m_pToolBar->setContextMenuPolicy(Qt::PreventContextMenu);
+    const auto add = [this](CommandId id) { m_pToolBar->addAction(&m_Commands.Action(id)); };
+    add(CommandId::FileOpen);
+    m_pToolBar->addSeparator();
+    add(CommandId::PreviousFile);
+    add(CommandId::NextFile);
+    m_pToolBar->addSeparator();
+    add(CommandId::ToggleFixedCursor);
+    m_pToolBar->addSeparator();
+    add(CommandId::ZoomIn);
+    add(CommandId::ZoomOut);
+    add(CommandId::ZoomReset);
+    for (QWidget* const button : m_pToolBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        button->setFocusPolicy(Qt::NoFocus);
+}
+
+void CMainFrame::AddToMenu(QMenu& menu, std::initializer_list<CommandId> ids) {
+    for (const CommandId id : ids)
+        menu.addAction(&m_Commands.Action(id));
+}
+
+void CMainFrame::CreateMenus() {
+    AddToMenu(*menuBar()->addMenu(tr("&File")), {CommandId::FileOpen, CommandId::FileSave, CommandId::SaveCsv,
+                                                 CommandId::FileClose, CommandId::Exit});
+    AddToMenu(*menuBar()->addMenu(tr("&View")),
+              {CommandId::ViewToolbar, CommandId::ViewStatusBar, CommandId::PreviousFile, CommandId::NextFile,
+               CommandId::ChangeBackground});
+    AddToMenu(*menuBar()->addMenu(tr("&Action")),
+              {CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor});
+    AddToMenu(*menuBar()->addMenu(tr("&Help")), {CommandId::About});
+}
+
+void CMainFrame::OnCommand(CommandId id) {
+    switch (id) {
+    case CommandId::FileOpen:
+        OnFileOpen();
+        break;
+    case CommandId::FileClose:
+        OnFileClose();
+        break;
+    case CommandId::FileSave:
+        OnFileSave();
+        break;
+    case CommandId::SaveCsv:
+        OnSaveCsv();
+        break;
+    case CommandId::PreviousFile:
+        OnStep(false);
+        break;
+    case CommandId::NextFile:
+        OnStep(true);
+        break;
+    case CommandId::ChangeBackground:
+        m_pView->ToggleBackground();
+        break;
+    case CommandId::ViewToolbar:
+        m_pToolBar->setVisible(m_pToolBar->isHidden());
+        break;
+    case CommandId::ViewStatusBar:
+        statusBar()->setVisible(statusBar()->isHidden());
+        break;
+    case CommandId::About:
+        Q_EMIT AboutRequested();
+        break;
+    case CommandId::Exit:
+        close();
+        break;
+    // The controller's recording is no longer started from here.
+    case CommandId::CaptureLogfile:
+        break;
+    default:
+        m_pView->OnCommand(id);
+        break;
+    }
+    UpdateCommands();
+}
+
+void CMainFrame::UpdateCommands() {
+    const CGraph& graph = m_pView->GetGraph();
+    const bool loaded = m_pView->IsDataLoaded();
+    m_Commands.SetEnabled(CommandId::SaveCsv, loaded);
+    m_Commands.SetEnabled(CommandId::FileClose, loaded);
+    m_Commands.SetEnabled(CommandId::PreviousFile, !m_FileSet.IsFirst());
+    m_Commands.SetEnabled(CommandId::NextFile, !m_FileSet.IsLast());
+    m_Commands.SetEnabled(CommandId::ZoomIn, loaded && graph.CanZoomIn());
+    m_Commands.SetEnabled(CommandId::ZoomOut, loaded && graph.CanZoomOut());
+    m_Commands.SetEnabled(CommandId::ZoomReset, loaded && graph.CanZoomOut());
+    m_Commands.SetEnabled(CommandId::ToggleFixedCursor, loaded);
+    // Checked also without a fixed cursor, and unchecked with one at sample 0: users know it that way.
+    m_Commands.SetChecked(CommandId::ToggleFixedCursor, loaded && graph.GetFixedCursor() != 0);
+    m_Commands.SetChecked(CommandId::ViewToolbar, !m_pToolBar->isHidden());
+    m_Commands.SetChecked(CommandId::ViewStatusBar, !statusBar()->isHidden());
+    m_pStatusPanes->SetFileLabel(m_strFileLabel);
+}
+
+void CMainFrame::keyPressEvent(QKeyEvent* event) {
+    if (!m_pView->OnKeyDown(*event))
+        QMainWindow::keyPressEvent(event);
+}
+
+void CMainFrame::focusInEvent(QFocusEvent* event) {
+    QMainWindow::focusInEvent(event);
+    m_pView->setFocus();
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+    event->accept();
+    QCoreApplication::exit(0);
+}

@@ -1,0 +1,84 @@
+// The main window: menus, toolbar, status bar and view, and every command on files.
+#pragma once
+
+#include "ChildView.h"
+#include "Commands.h"
+#include "FileSetDescriptor.h"
+#include "ShellUi.h"
+
+#include <QMainWindow>
+#include <QString>
+
+class CStatusPanes;
+class QMenu;
+class QToolBar;
+
+namespace Tracelyn {
+class CXmlReader;
+}
+
+class CMainFrame : public QMainWindow {
+    Q_OBJECT
+
+public:
+    // Borrows the ui, which must outlive the frame. The window is built by LoadFrame.
+    explicit CMainFrame(CShellUi& ui);
+
+    // 0 to 3; counts for every file that is loaded from now on.
+    void SetAccessLevel(int level) { m_nAccessLevel = level; }
+    // Builds view, toolbar, status bar and menus, and gives the window its size.
+    void LoadFrame();
+    // Loads the file unless the path is empty. Shows the problems found before it returns.
+    void OpenFromCommandLine(const QString& path);
+
+    CChildView& GetView() { return *m_pView; }
+    QAction& GetAction(CommandId id) const { return m_Commands.Action(id); }
+    const QString& GetFileLabel() const { return m_strFileLabel; }
+
+Q_SIGNALS:
+    void AboutRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool focusNextPrevChild(bool /*next*/) override { return false; }
+
+private:
+    void CreateMenus();
+    void CreateToolBar();
+    void AddToMenu(QMenu& menu, std::initializer_list<CommandId> ids);
+
+    void OnCommand(CommandId id);
+    void UpdateCommands();
+    void OnFileOpen();
+    void OnFileClose();
+    void OnFileSave();
+    void OnSaveCsv();
+    void OnStep(bool toNext);
+
+    // Loads the file that the set points at, whatever was loaded before.
+    void LoadFile();
+    void LoadCurrentFile();
+    void LoadDocument(const QString& path, Tracelyn::CXmlReader& reader);
+    void LoadContainer(const QString& path, Tracelyn::CXmlReader& reader);
+    void UpdateTitle();
+
+    void SaveTo(const QString& path);
+    QString DefaultName() const { return m_FileSet.GetBaseName() + m_FileSet.GetNumberText(); }
+    void ShowError(const QString& text);
+    // A box in the program's name.
+    void ShowMessage(MessageIcon icon, const QString& text);
+
+    CShellUi& m_Ui;
+    CCommands m_Commands;
+    // The widgets belong to the window.
+    CChildView* m_pView = nullptr;
+    QToolBar* m_pToolBar = nullptr;
+    CStatusPanes* m_pStatusPanes = nullptr;
+    QString m_strFileLabel;
+    QString m_strLastPath;
+    QString m_strTitle;
+    CFileSetDescriptor m_FileSet;
+    int m_nAccessLevel = 0;
+};

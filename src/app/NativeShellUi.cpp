@@ -1,0 +1,55 @@
+#include "NativeShellUi.h"
+
+#include "Beep.h"
+#include "WaitCursor.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
+    const CArrowCursor arrow;
+    QMessageBox box(icon == MessageIcon::Stop ? QMessageBox::Critical : QMessageBox::Information, caption,
+                    text, QMessageBox::Ok, m_pParent);
+    // File names and parser messages may hold anything.
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {
+    QFileDialog dialog(m_pParent);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return Ask(dialog, request);
+}
+
+std::optional<QString> CNativeShellUi::AskSaveFile(const FileRequest& request) {
+    QFileDialog dialog(m_pParent);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    return Ask(dialog, request);
+}
+
+std::optional<QString> CNativeShellUi::Ask(QFileDialog& dialog, const FileRequest& request) {
+    const CArrowCursor arrow;
+    if (!request.title.isEmpty())
+        dialog.setWindowTitle(request.title);
+    dialog.setNameFilters(request.filter.split(QStringLiteral(";;")));
+    dialog.setDefaultSuffix(request.defaultExtension);
+    // The directory may be given as a file inside it.
+    const QFileInfo directory(request.directory);
+    dialog.setDirectory(directory.isDir() ? directory.absoluteFilePath() : directory.absolutePath());
+    if (!request.fileName.isEmpty())
+        dialog.selectFile(request.fileName);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+}
+
+void CNativeShellUi::Beep(int hertz, int milliseconds) {
+    if (!support::Beep(hertz, milliseconds))
+        QApplication::beep();
+}

@@ -1,0 +1,23 @@
+// Message boxes and file dialogs of the toolkit.
+#pragma once
+
+#include "ShellUi.h"
+
+class QFileDialog;
+class QWidget;
+
+class CNativeShellUi : public CShellUi {
+public:
+    void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) override;
+    std::optional<QString> AskOpenFile(const FileRequest& request) override;
+    std::optional<QString> AskSaveFile(const FileRequest& request) override;
+    void Beep(int hertz, int milliseconds) override;
+
+    // The window that boxes and dialogs belong to; borrowed.
+    void SetParent(QWidget* parent) { m_pParent = parent; }
+
+private:
+    static std::optional<QString> Ask(QFileDialog& dialog, const FileRequest& request);
+
+    QWidget* m_pParent = nullptr;
+};

@@ -1,0 +1,58 @@
+#include "StatusPanes.h"
+
+#include "LockKeys.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QStatusBar>
+
+namespace {
+
+void* X11Display() {
+#if QT_CONFIG(xcb)
+    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        return x11->display();
+#endif
+    return nullptr;
+}
+
+QLabel* MakePane(const QString& text, const char* name) {
+    auto* const label = new QLabel(text);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+CStatusPanes::CStatusPanes(QStatusBar& bar)
+    : QObject(&bar), m_pFileLabel(MakePane(QString(), "fileLabel")), m_pCaps(MakePane(tr("CAPS"), "caps")),
+      m_pNum(MakePane(tr("NUM"), "num")) {
+    bar.addWidget(MakePane(tr("Ready"), "message"), 1);
+    bar.addPermanentWidget(m_pFileLabel);
+    for (QLabel* const key : {m_pCaps, m_pNum}) {
+        // The pane keeps its place while the key is off.
+        key->setFixedWidth(key->sizeHint().width());
+        bar.addPermanentWidget(key);
+    }
+    UpdateLockKeys();
+    qApp->installEventFilter(this);
+}
+
+void CStatusPanes::SetFileLabel(const QString& text) {
+    m_pFileLabel->setText(text);
+}
+
+bool CStatusPanes::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+        event->type() == QEvent::WindowActivate)
+        UpdateLockKeys();
+    return QObject::eventFilter(watched, event);
+}
+
+void CStatusPanes::UpdateLockKeys() {
+    const support::LockKeys keys = support::ReadLockKeys(X11Display());
+    m_pCaps->setText(keys.caps ? tr("CAPS") : QString());
+    m_pNum->setText(keys.num ? tr("NUM") : QString());
+}

@@ -1,0 +1,28 @@
+// tracelyn: the viewer's process entry.
+#include "Assertion.h"
+#include "CommandLine.h"
+#include "MainFrm.h"
+#include "NativeShellUi.h"
+#include "Startup.h"
+#include "TracelynApp.h"
+
+#include <QApplication>
+
+namespace {
+
+int MainFunction(int& argc, char** argv) {
+    const QApplication application(argc, argv);
+    CNativeShellUi ui;
+    CTracelynApp app(ui);
+    app.InitInstance(QCoreApplication::arguments().mid(1));
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // The splitting only counts the arguments; their text comes from the toolkit, which knows every system's
+    // encoding.
+    return support::RunMain(support::ProcessCommandLine(argc, argv),
+                            [&](const std::vector<std::string>&) { return MainFunction(argc, argv); });
+}

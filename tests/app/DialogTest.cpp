@@ -1,0 +1,221 @@
+#include "AboutDlg.h"
+#include "FileErrorDlg.h"
+#include "Icons.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTextDocument>
+#include <QTimer>
+
+#include <functional>
+#include <initializer_list>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace {
+
+template <class T>
+T& Child(const QWidget& dialog, const char* name) {
+    auto* child = dialog.findChild<T*>(QLatin1String(name));
+    if (child == nullptr)
+        throw std::runtime_error(name);
+    return *child;
+}
+
+// The result with which an open dialog ends when the user does something.
+int ResultOf(QDialog& dialog, const std::function<void(QDialog&)>& act) {
+    int result = -1;
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&result](int value) { result = value; });
+    dialog.open();
+    act(dialog);
+    return result;
+}
+
+std::function<void(QDialog&)> Click(const char* button) {
+    return
+        [button](QDialog& dialog) { QTest::mouseClick(&Child<QPushButton>(dialog, button), Qt::LeftButton); };
+}
+
+std::function<void(QDialog&)> Press(Qt::Key key) {
+    return [key](QDialog& dialog) { QTest::keyClick(&dialog, key); };
+}
+
+void CloseBox(QDialog& dialog) {
+    dialog.close();
+}
+
+// The columns of a picture in which text begins after at least `gap` empty ones.
+std::vector<int> TextColumns(const QImage& picture, QRgb background, int gap) {
+    std::vector<int> starts;
+    int empty = gap;
+    for (int x = 0; x < picture.width(); ++x) {
+        bool ink = false;
+        for (int y = 0; y < picture.height() && !ink; ++y)
+            ink = picture.pixel(x, y) != background;
+        if (ink && empty >= gap)
+            starts.push_back(x);
+        empty = ink ? 0 : empty + 1;
+    }
+    return starts;
+}
+
+} // namespace
+
+TEST(AboutBox, ShowsVersionPurposeAndHelp) {
+    const CAboutDlg dialog;
+    EXPECT_EQ(dialog.windowTitle(), "About Tracelyn");
+    EXPECT_EQ(Child<QLabel>(dialog, "versionText").text(), "Tracelyn version  V2.3.16");
+    EXPECT_EQ(Child<QLabel>(dialog, "purpose").text(), "Viewer for press-brake movements");
+    EXPECT_EQ(Child<QLabel>(dialog, "keyboardCaption").text(), "Keyboard controls:");
+    EXPECT_EQ(Child<QLabel>(dialog, "applicationIcon").pixmap().deviceIndependentSize(), QSizeF(32, 32));
+    EXPECT_EQ(CAboutDlg::GetKeyboardHelp(), "Left\t\t= cursor left\t\tShift-Left/End\t\t= fast left\n"
+                                            "Right\t\t= cursor right\t\tShift-Right/PgDn\t= fast right\n"
+                                            "Up\t\t= zoom in\t\tShift-PgUp\t\t= select prev. group\n"
+                                            "Down\t\t= zoom out\t\tShift-PgDn\t\t= select next group\n"
+                                            "Home\t\t= zoom all\t\tTab/PgUp\t\t= move console\n"
+                                            "F1\t\t= show this window\n"
+                                            "F2/F3\t\t= previous/next file\n"
+                                            "Space\t\t= expand/collapse selected group\n"
+                                            "1..4\t\t= expand/collapse group\n"
+                                            "Enter\t\t= toggle fixed cursor\n");
+
+    QTextDocument shown;
+    shown.setHtml(Child<QLabel>(dialog, "keyboardHelp").text());
+    const QStringList fields = shown.toPlainText().split('\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(fields, CAboutDlg::GetKeyboardHelp().split(QRegularExpression("[\t\n]+"), Qt::SkipEmptyParts));
+}
+
+TEST(AboutBox, LinesUpTheColumnsOfTheHelp) {
+    CAboutDlg dialog;
+    dialog.open();
+    auto& help = Child<QLabel>(dialog, "keyboardHelp");
+    const QImage picture = help.grab().toImage();
+    const int lineHeight = picture.height() / 10;
+    const int gap = help.fontMetrics().averageCharWidth(); // wider than a blank
+
+    const QRgb background = picture.pixel(picture.width() - 1, 0);
+    // The first five lines alone have four columns; with one of them out of line there would be more starts.
+    const QImage fourColumns = picture.copy(0, 0, picture.width(), 5 * lineHeight);
+    EXPECT_EQ(TextColumns(fourColumns, background, gap).size(), 4u);
+    // The keys and their meanings line up over all ten.
+    const std::vector<int> starts = TextColumns(fourColumns, background, gap);
+    const std::vector<int> all = TextColumns(picture, background, gap);
+    ASSERT_GE(all.size(), 2u);
+    EXPECT_NEAR(all[1], starts[1], 1);
+}
+
+TEST(AboutBox, HoldsAllItsControls) {
+    CAboutDlg dialog;
+    dialog.open();
+    for (const QWidget* child : dialog.findChildren<QWidget*>()) {
+        EXPECT_TRUE(dialog.rect().contains(child->geometry())) << child->objectName().toStdString();
+        EXPECT_GE(child->width(), child->sizeHint().width()) << child->objectName().toStdString();
+        EXPECT_GE(child->height(), child->sizeHint().height()) << child->objectName().toStdString();
+    }
+    EXPECT_EQ(dialog.minimumSize(), dialog.maximumSize());
+    EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+}
+
+TEST(AboutBox, ClosesOnEveryUsualKey) {
+    for (const auto& act : {Click("okButton"), Press(Qt::Key_Return), Press(Qt::Key_Enter),
+                            Press(Qt::Key_Escape), std::function<void(QDialog&)>(CloseBox)}) {
+        CAboutDlg dialog;
+        EXPECT_GE(ResultOf(dialog, act), 0);
+        EXPECT_FALSE(dialog.isVisible());
+    }
+}
+
+TEST(AboutBox, OpensInTheMiddleOfItsOwner) {
+    QWidget owner;
+    owner.setGeometry(150, 60, 600, 500);
+    owner.show();
+    CAboutDlg dialog(&owner);
+    dialog.open();
+    const QPoint distance = dialog.geometry().center() - owner.geometry().center();
+    EXPECT_LE(distance.manhattanLength(), 60); // the window frame counts
+}
+
+TEST(FileErrorBox, AsksWithBothVersionsInThreeDigits) {
+    const CFileErrorDlg dialog(nullptr, 7, 12);
+    EXPECT_EQ(dialog.windowTitle(), "Error while reading file!");
+    EXPECT_EQ(
+        Child<QLabel>(dialog, "message").text(),
+        "The version of Tracelyn (007) with which you created this file is incompatible with this version "
+        "(012).\n\nDo you want to ignore this message and try to view the file anyway, or do you want to "
+        "abort "
+        "reading the file?\n\nClicking 'Ignore all' will try to load this file and any other file that might "
+        "result in this message until you restart the application.");
+    const CFileErrorDlg wide(nullptr, 12345, -7);
+    const QString text = Child<QLabel>(wide, "message").text();
+    EXPECT_TRUE(text.contains("(12345)") && text.contains("(-007)")) << text.toStdString();
+
+    for (const auto& [name, caption] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"abortButton", "&Abort"}, {"ignoreButton", "&Ignore"}, {"ignoreAllButton", "Ignore &all"}})
+        EXPECT_EQ(Child<QPushButton>(dialog, name).text(), caption);
+}
+
+TEST(FileErrorBox, AnswersWithItsCrossedResults) {
+    for (const auto& [act, result] : std::initializer_list<std::pair<std::function<void(QDialog&)>, int>>{
+             {Click("abortButton"), 1009},
+             {Click("ignoreButton"), 5},
+             {Click("ignoreAllButton"), 3},
+             {Press(Qt::Key_Return), 1009}, // the first button
+             {Press(Qt::Key_Escape), 1009},
+             {CloseBox, 1009},
+         }) {
+        CFileErrorDlg shown(nullptr, 1, 2);
+        EXPECT_EQ(ResultOf(shown, act), result);
+        EXPECT_FALSE(shown.isVisible());
+
+        CFileErrorDlg modal(nullptr, 1, 2);
+        QTimer::singleShot(0, &modal, [&modal, &action = act] {
+            action(modal);
+            if (modal.isVisible())
+                modal.done(-1); // so that a lost answer fails instead of waiting for ever
+        });
+        EXPECT_EQ(modal.DoModal(), result);
+    }
+}
+
+TEST(FileErrorBox, AbortsWhenItIsTakenAwayUnanswered) {
+    CFileErrorDlg dialog(nullptr, 1, 2);
+    QTimer::singleShot(0, &dialog, &QWidget::hide);
+    EXPECT_EQ(dialog.DoModal(), 1009);
+}
+
+TEST(FileErrorBox, ShowsTheWholeMessageAboveTheButtons) {
+    CFileErrorDlg dialog(nullptr, 1, 2);
+    dialog.open();
+    const auto& message = Child<QLabel>(dialog, "message");
+    EXPECT_GE(message.height(), message.heightForWidth(message.width()));
+    for (const char* name : {"abortButton", "ignoreButton", "ignoreAllButton"}) {
+        const QRect button = Child<QPushButton>(dialog, name).geometry();
+        EXPECT_GT(button.top(), message.geometry().bottom());
+        EXPECT_TRUE(dialog.rect().contains(button));
+    }
+}
+
+TEST(Artwork, HasAPictureForEveryPixelRatio) {
+    constexpr auto format = QImage::Format_ARGB32_Premultiplied;
+    for (const char* name :
+         {"app", "open", "previous", "next", "fixed-cursor", "zoom-in", "zoom-out", "zoom-reset"}) {
+        const QIcon icon = LoadIcon(name);
+        for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
+            const QPixmap pixmap = icon.pixmap(QSize(16, 16), ratio);
+            EXPECT_EQ(pixmap.size(), QSize(16, 16) * ratio) << name << " at " << ratio;
+            // Drawn for this size, not scaled to it.
+            const QImage drawn(QStringLiteral(":/icons/%1-%2.png").arg(name).arg(16 * ratio));
+            EXPECT_TRUE(pixmap.toImage().convertToFormat(format) == drawn.convertToFormat(format))
+                << name << " at " << ratio;
+        }
+    }
+    EXPECT_TRUE(LoadIcon("app").availableSizes().contains(QSize(256, 256)));
+    EXPECT_TRUE(LoadIcon("no such picture").isNull());
+}
