@@ -100,9 +100,9 @@ EXPANDED = {"Expanded": "true"}
 
 # Name, size ratio, attributes, lines (variable or variable with attributes)
 GROUPS = [
-    ("Position", 3, EXPANDED, ["Y1Position", "Y2Position", ("YSetpoint", GRAPH_ONLY)]),
+    ("Position", 3, EXPANDED, [("YSetpoint", GRAPH_ONLY), "Y1Position", "Y2Position"]),
     ("Speed", 2, {**EXPANDED, "Orientation": "Inverted"},
-     ["Y1Speed", "Y2Speed", ("YSpeedSetpoint", GRAPH_ONLY)]),
+     [("YSpeedSetpoint", GRAPH_ONLY), "Y1Speed", "Y2Speed"]),
     ("Pressure", 2, EXPANDED, ["P1Pressure", "P2Pressure", "BeamForce"]),
     ("Position error", 2, EXPANDED, ["Y1Error", "Y2Error", ("Parallelism", NOT_SCALED)]),
     ("Valve outputs", 1, {}, ["Y1Valve", "Y2Valve", "PressureValve"]),
@@ -324,9 +324,10 @@ def head(title, step_ms, variables, groups, lines):
         if not members:
             continue
         out.append(f"    <Group{attributes(Name=name, SizeRatio=ratio, **given)}>")
-        out += [f"      <Line{attributes(DataName=member, **more)}/>" for member, more in members]
+        # What is drawn later lies on top: reference lines and setpoints come first.
         out += [f"      <RefLine{attributes(Name=label, Value=f'{value:g}', **more)}/>"
                 for label, value, more in lines.get(name, [])]
+        out += [f"      <Line{attributes(DataName=member, **more)}/>" for member, more in members]
         out.append("    </Group>")
     out += ["  </Groups>", "  <Data>"]
     return "\n".join(out)
