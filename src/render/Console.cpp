@@ -4,6 +4,7 @@
 #include "FixedText.h"
 #include "GraphData.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -110,11 +111,14 @@ void CConsole::DrawValueRow(CCanvas& canvas, const CGraphDataSet& set, int y, co
     const QString value =
         ValueText(set.GetScaledValue(cursors.cursor, cursors.fixedCursor), set.GetPrecision());
 
+    const int textX = unitX - 4 - painter.TextWidth(value);
+
     painter.SetTextColor(ToQColor(set.GetColor()));
     TextAt(canvas, nameX, y, set.GetName());
-    TextAt(canvas, unitX - 4 - painter.TextWidth(value), y, value);
+    TextAt(canvas, textX, y, value);
     TextAt(canvas, unitX, y - 1, set.GetUnit());
-    canvas.AddScreenRect(kValueRect, World(valueX), World(y + 1), World(unitX),
+    // A value too wide for its column belongs to its cell all the same, so that no digit of it stays behind.
+    canvas.AddScreenRect(kValueRect, World(std::min(valueX, textX)), World(y + 1), World(unitX),
                          World(y + Metrics::kConsoleLineHeight));
 }
 

@@ -8,10 +8,14 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid) {
     const PixelRect client = window.GetClientRect();
     CGraphDrawingContext context(painter, client, invalid, m_Data, m_bDarkScheme);
     UpdateScrollBar(window);
+    std::vector<SCREENRECT> valuesBefore;
+    m_Canvas.CollectScreenRects(kValueRect, valuesBefore);
     m_Canvas.BeginDraw(context.Painter(), client);
 
     LayoutBands(m_Data, client);
@@ -27,6 +31,18 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
     else
         context.Painter().Fill(client, context.Colors().background);
     m_Canvas.EndDraw();
+    if (invalid != client)
+        InvalidateGrownValues(window, valuesBefore);
+}
+
+// A value that became wider than its cell was is cut off in a frame that repaints the cell alone.
+void CGraph::InvalidateGrownValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const {
+    std::vector<SCREENRECT> now;
+    m_Canvas.CollectScreenRects(kValueRect, now);
+    for (size_t i = 0; i < std::min(before.size(), now.size()); ++i) {
+        if (now[i].left < before[i].left)
+            window.Invalidate({now[i].left, now[i].top, now[i].right, now[i].bottom});
+    }
 }
 
 void CGraph::ResetRange(const PixelRect& client) {

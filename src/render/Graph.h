@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <vector>
 
 namespace Tracelyn {
 class CCsvFile;
@@ -101,6 +102,7 @@ private:
     void ResetRange(const PixelRect& client);
     void DrawContents(CGraphDrawingContext& context);
     void DrawCursorLines(CGraphDrawingContext& context);
+    void InvalidateGrownValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
     void InvalidateStrip(CGraphWindow& window, int pixelX) const;
 
     CGraphData m_Data;

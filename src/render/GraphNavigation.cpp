@@ -80,9 +80,12 @@ void CGraph::OnHScroll(CGraphWindow& window, ScrollCode code, uint32_t position)
         request = moved(width * 0.5F);
         break;
     case ScrollCode::ThumbPosition:
-    case ScrollCode::ThumbTrack:
-        request = from(static_cast<float>(position), static_cast<float>(position) + width);
+    case ScrollCode::ThumbTrack: {
+        // Positions behind the data would lose the width to rounding; they all show its end.
+        const float start = std::min(static_cast<float>(position), std::max(fullX2, 0.0F));
+        request = from(start, start + width);
         break;
+    }
     // The two ends do not simply jump there; the canvas decides what such a request shows.
     case ScrollCode::LeftEnd:
         request = from(0.0F, before.x2 - width);

@@ -13,6 +13,8 @@
 #include <libxml/parser.h>
 #include <libxml/xmlsave.h>
 
+#include <utility>
+
 using support::Assert;
 
 namespace {

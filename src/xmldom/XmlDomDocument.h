@@ -1,5 +1,5 @@
-// An XML document as a tree. Parsing never reaches for the network or another file, and a document that
-// declares entities is refused.
+// An XML document as a tree. Parsing never reaches for the network or another file; a document that declares
+// entities is refused, and attribute defaults that it declares are not applied.
 #pragma once
 
 #include "XmlForward.h"

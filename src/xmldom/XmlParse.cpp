@@ -10,7 +10,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
+#include <utility>
 
 namespace {
 

@@ -1,0 +1,96 @@
+// A partial repaint must leave the pixels that a full one gives.
+#include "FileJustOpened.h"
+#include "RenderTesting.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+struct Busy : GraphWithData {
+    explicit Busy(int count) {
+        AddIndex();
+        CGraphDataGroup& curves = AddGroup(QStringLiteral("Curves"));
+        AddSignal(
+            curves, count, [=](int i) { return std::sin(i * 40.0 / count) * 100; }, 0x00FF00,
+            QStringLiteral("Sine"));
+        AddSignal(
+            curves, count, [](int i) { return (i * 7919) % 100; }, 0x0000FF, QStringLiteral("Noise"));
+        AddSignal(
+            curves, count, [](int i) { return i % 50 < 25 ? 10.0 : 80.0; }, 0xFF0000, QStringLiteral("Step"));
+        CGraphDataGroup& lanes = AddGroup(QStringLiteral("Lanes"));
+        lanes.m_bSeparateSets = true;
+        AddBit(
+            lanes, count, [](int i) { return i % 13 < 5; }, 0x00AAAA,
+            QStringLiteral("A bit's name beyond the box"));
+        AddBit(
+            lanes, count, [](int i) { return i % 301 < 150; }, 0xAAAA00,
+            QStringLiteral("Second bit, also long"));
+        AddGroup(QStringLiteral("Closed")).m_bExpanded = false;
+        graph.SetResetPending();
+    }
+};
+
+void ExpectSameAsFull(CGraph& graph, const RecordingWindow& window, QSize size, double scale,
+                      const char* what) {
+    RecordingWindow full(graph, size, scale);
+    full.PaintAll();
+    const QImage& partial = window.GetImage();
+    for (int y = 0; y < partial.height(); ++y) {
+        for (int x = 0; x < partial.width(); ++x)
+            ASSERT_EQ(partial.pixel(x, y), full.GetImage().pixel(x, y)) << what << " at " << x << ',' << y;
+    }
+}
+
+} // namespace
+
+TEST(PartialRepaint, EqualsAFullOneAfterCursorSteps) {
+    const QSize size(640, 300);
+    for (const double scale : {1.0, 2.0}) {
+        for (const int count : {40, 640, 3000, 20000}) {
+            for (const float zoom : {1.0F, 3.0F, 40.0F}) {
+                SCOPED_TRACE(testing::Message() << count << " samples, zoom " << zoom << ", scale " << scale);
+                Busy data(count);
+                RecordingWindow window(data.graph, size, scale);
+                window.PaintAll();
+                data.graph.Zoom(window, zoom);
+                window.PaintAll();
+                for (const int step : {1, 1, -3, 10, -1, 2, 25, -40, 7}) {
+                    data.graph.SetCursorPosition(window, data.graph.GetCursorPosition() + step);
+                    window.PaintInvalid();
+                }
+                ExpectSameAsFull(data.graph, window, size, scale, "after steps");
+                data.graph.SetFixedCursor(window, data.graph.GetCursorPosition() - 2);
+                window.PaintInvalid();
+                data.graph.SetCursorPosition(window, data.graph.GetCursorPosition() + 1);
+                window.PaintInvalid();
+                data.graph.SelectNextGroup(window);
+                window.PaintInvalid();
+                ExpectSameAsFull(data.graph, window, size, scale, "after fixed cursor and selection");
+            }
+        }
+    }
+}
+
+TEST(PartialRepaint, AfterAFileWasOpenedDrawsTheContentsOnceInTheValueCells) {
+    Busy data(2000);
+    RecordingWindow window(data.graph, {640, 300});
+    window.PaintAll();
+    SetFileJustOpened(true);
+    data.graph.SetCursorPosition(window, 900);
+    EXPECT_FALSE(TakeFileJustOpened());
+    ExpectSameAsFull(data.graph, window, {640, 300}, 1.0, "with contents");
+}
+
+TEST(PartialRepaint, OfAnyRectangleEqualsTheFullFrame) {
+    Busy data(5000);
+    RecordingWindow window(data.graph, {640, 300});
+    window.PaintAll();
+    const QImage full = window.GetImage();
+    for (const QRect& rect : {QRect(0, 0, 1, 300), QRect(639, 0, 1, 300), QRect(100, 40, 57, 90),
+                              QRect(3, 299, 600, 1), QRect(500, 0, 140, 200)}) {
+        window.Paint(rect);
+        EXPECT_EQ(window.GetImage(), full) << rect.x();
+    }
+}
