@@ -6,8 +6,6 @@
 
 class CTracelynCommandLineInfo {
 public:
-    virtual ~CTracelynCommandLineInfo() = default;
-
     // Hands each argument (the program's name is not one of them) to ParseParam in order, without a leading
     // switch character: "-", and where paths do not begin with it also "/".
     void ParseCommandLine(const QStringList& arguments);
@@ -16,7 +14,7 @@ public:
     // begins with
     // ".paf", which empties it: the last argument decides. Whether it was a switch or the last one makes no
     // difference.
-    virtual void ParseParam(const QString& param, bool flag, bool last);
+    void ParseParam(const QString& param, bool flag, bool last);
 
     // 0 (no code) to 3, the highest that any code granted.
     int GetAccessLevel() const { return m_nAccessLevel; }

@@ -47,14 +47,3 @@ TEST(CommandLine, KeepsTheSlashThatBeginsAPath) {
     EXPECT_EQ(info.GetFileName(), "/data/run05.paf");
 }
 #endif
-
-TEST(CommandLine, TellsSwitchesAndTheLastArgumentApart) {
-    struct Recorder : CTracelynCommandLineInfo {
-        QStringList m_Seen;
-        void ParseParam(const QString& param, bool flag, bool last) override {
-            m_Seen += QStringLiteral("%1 %2 %3").arg(param).arg(flag).arg(last);
-        }
-    } recorder;
-    recorder.ParseCommandLine({"-one", "two", "-three"});
-    EXPECT_EQ(recorder.m_Seen, QStringList({"one 1 0", "two 0 0", "three 1 1"}));
-}

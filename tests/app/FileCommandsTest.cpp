@@ -1,0 +1,266 @@
+// The commands on files, with the words they say and the order they say them in.
+#include "WindowTesting.h"
+
+#include "FileJustOpened.h"
+#include "PrivateFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+
+namespace {
+
+using Messages = std::vector<std::string>;
+
+std::string Text(const QString& text) {
+    return text.toStdString();
+}
+
+void Open(WindowUnderTest& window, const QString& path) {
+    window.ui.answers.push_back(path);
+    window.Choose(CommandId::FileOpen);
+    window.Settle();
+}
+
+QString PaneText(WindowUnderTest& window) {
+    return window.Frame().findChild<QLabel*>(QStringLiteral("fileLabel"))->text();
+}
+
+const QByteArray kBroken =
+    R"(<Analysis Name="Half"><DataDefinition><IndexSet Name="T"><Unit Name="ms"/></IndexSet>
+<VariablesDefinitions><Odd/><TypedData Name="a" Type="Float" Description="A"/></VariablesDefinitions></DataDefinition>
+<Groups><Group Name="G"><Line DataName="a"/><Line DataName="missing"/></Group></Groups></Analysis>)";
+
+} // namespace
+
+TEST(FileOpen, LoadsTheFileAndShowsItsNameEverywhere) {
+    const SampleFolder folder;
+    WindowUnderTest window;
+    TakeFileJustOpened();
+    Open(window, folder.Path(QStringLiteral("bend02.paf")));
+    EXPECT_TRUE(window.View().IsDataLoaded());
+    EXPECT_EQ(window.Frame().windowTitle(), QStringLiteral("S235 4.0 mm, 135 deg, V32- bend 02"));
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 02"));
+    EXPECT_TRUE(window.ui.TakeMessages().empty());
+    for (const CommandId id : {CommandId::FileClose, CommandId::SaveCsv, CommandId::PreviousFile,
+                               CommandId::NextFile, CommandId::ZoomIn, CommandId::ToggleFixedCursor})
+        EXPECT_TRUE(window.IsEnabled(id)) << static_cast<int>(id);
+    EXPECT_TRUE(TakeFileJustOpened());
+
+    const FileRequest& request = window.ui.requests.front();
+    EXPECT_EQ(request.directory, QDir::toNativeSeparators(QDir::tempPath()));
+    EXPECT_EQ(request.filter, QStringLiteral("Analysis Files (*.paf *.xml);;All Files (*)"));
+    window.Choose(CommandId::FileOpen);
+    EXPECT_EQ(window.ui.requests.back().directory, folder.Path(QStringLiteral("bend02.paf")));
+    EXPECT_TRUE(window.View().IsDataLoaded()) << "cancelling changes nothing";
+}
+
+TEST(FileOpen, FindsNamesInAnyCaseAndWithAnyCharacters) {
+    const SampleFolder folder;
+    for (const QString& name : {QStringLiteral("RUN05.PAF"), QStringLiteral("Bänder %1 \U0001F600 n.paf"),
+                                QStringLiteral("a[*]b.paf")}) {
+        WindowUnderTest window;
+        Open(window, folder.Copy(QStringLiteral("bend01.paf"), name));
+        EXPECT_TRUE(window.View().IsDataLoaded()) << Text(name);
+    }
+    WindowUnderTest window;
+    Open(window, folder.Path(QStringLiteral("RUN05.PAF")));
+    EXPECT_EQ(PaneText(window), QStringLiteral("run 05"));
+    Open(window, folder.Path(QStringLiteral("a[*]b.paf")));
+    EXPECT_EQ(PaneText(window), QStringLiteral("a[*]b (new)"));
+}
+
+TEST(FileOpen, ReportsEveryProblemBeforeTheTitleChangesAndShowsWhatWasRead) {
+    const SampleFolder folder;
+    WindowUnderTest window;
+    QString titleDuringBox;
+    window.ui.onMessage = [&] { titleDuringBox = window.Frame().windowTitle(); };
+    Open(window, folder.Write(QStringLiteral("half.xml"), kBroken));
+    EXPECT_EQ(window.ui.TakeMessages(),
+              (Messages{"stop|ERROR|Invalid node name: Odd", "stop|ERROR|Data not found: missing"}));
+    EXPECT_EQ(titleDuringBox, QStringLiteral("Tracelyn viewer"));
+    EXPECT_EQ(window.Frame().windowTitle(), QStringLiteral("Half- half (new)"));
+    EXPECT_NE(window.Graph().GetData().FindGroup(QStringLiteral("G")), nullptr);
+}
+
+TEST(FileOpen, OfWhatCannotBeReadSaysSoAndLeavesTheWindowEmpty) {
+    const SampleFolder folder;
+    QDir(folder.Path({})).mkdir(QStringLiteral("x.paf"));
+    const QString missing = folder.Path(QStringLiteral("gone.xml"));
+    struct Case {
+        QString path;
+        Messages messages;
+    };
+    for (const auto& [path, messages] :
+         {Case{folder.Write(QStringLiteral("bad.paf"), "PK\3\4 no"),
+               {"stop|ERROR|Problem expanding analysis file"}},
+          Case{folder.Path(QStringLiteral("x.paf")), {"stop|ERROR|Problem expanding analysis file"}},
+          Case{folder.Path(QStringLiteral("gone.paf")), {"stop|ERROR|Problem expanding analysis file"}},
+          Case{missing, {"stop|ERROR|Xml Parse error: File does not exist"}},
+          Case{folder.Write(QStringLiteral("root.xml"), "<analysis/>"),
+               {"stop|ERROR|Invalid root name: analysis"}},
+          Case{folder.Write(QStringLiteral("note.txt"), "text"), {}},
+          Case{folder.Write(QStringLiteral("bare"), "text"), {}}}) {
+        WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+        ASSERT_TRUE(window.View().IsDataLoaded());
+        Open(window, path);
+        EXPECT_EQ(window.ui.TakeMessages(), messages) << Text(path);
+        EXPECT_FALSE(window.View().IsDataLoaded());
+        EXPECT_FALSE(window.IsEnabled(CommandId::FileClose));
+    }
+}
+
+TEST(FileOpen, LeavesNothingOfAContainerBehind) {
+    const SampleFolder folder;
+    const auto temporary = support::PrivateTemporaryFolder();
+    ASSERT_TRUE(temporary.has_value());
+    WindowUnderTest window;
+    bool existedDuringBox = false;
+    window.ui.onMessage = [&] {
+        existedDuringBox = QFileInfo::exists(*temporary + QStringLiteral("tmpandat.bin"));
+    };
+    Open(window, folder.Path(QStringLiteral("bend01.paf")));
+    EXPECT_FALSE(QFileInfo::exists(*temporary + QStringLiteral("tmpandat.bin")));
+    EXPECT_FALSE(existedDuringBox);
+}
+
+TEST(FileSteps, FollowTheSetAndKeepExpandedGroups) {
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+    EXPECT_FALSE(window.IsEnabled(CommandId::PreviousFile));
+    window.Key(Qt::Key_2);
+    window.Key(Qt::Key_F3);
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 02"));
+    EXPECT_FALSE(window.Graph().GetData().FindGroup(QStringLiteral("Speed"))->m_bExpanded);
+    window.Key(Qt::Key_F3);
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 03"));
+    EXPECT_FALSE(window.IsEnabled(CommandId::NextFile));
+    window.Key(Qt::Key_F3);
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 03"));
+    window.Key(Qt::Key_F2);
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 02"));
+    EXPECT_TRUE(window.IsEnabled(CommandId::NextFile));
+
+    // A bad neighbour does not end the walk.
+    folder.Write(QStringLiteral("bend04.paf"), "broken");
+    Open(window, folder.Path(QStringLiteral("bend03.paf")));
+    window.Key(Qt::Key_F3);
+    EXPECT_EQ(window.ui.TakeMessages(), Messages{"stop|ERROR|Problem expanding analysis file"});
+    EXPECT_FALSE(window.View().IsDataLoaded());
+    window.Key(Qt::Key_F2);
+    EXPECT_TRUE(window.View().IsDataLoaded());
+}
+
+TEST(FileClose, EmptiesTheWindowAndKeepsTheTitle) {
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+    window.Choose(CommandId::FileClose);
+    EXPECT_FALSE(window.View().IsDataLoaded());
+    EXPECT_EQ(window.Frame().windowTitle(), QStringLiteral("S235 2.0 mm, 90 deg, V16"));
+    EXPECT_EQ(PaneText(window), QStringLiteral("bend 01")) << "the label keeps its text";
+    EXPECT_FALSE(window.IsEnabled(CommandId::FileClose));
+
+    window.ui.answers.push_back(folder.Path(QStringLiteral("copy.paf")));
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '" + Text(folder.Path(QStringLiteral("copy.paf"))) +
+                       "' is not saved!\nFile already exists!"});
+}
+
+TEST(FileSave, CopiesTheFileAndNeverOverwrites) {
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+    const QString target = folder.Path(QStringLiteral("Kopie ü.paf"));
+    window.ui.answers = {target, target, std::nullopt, QStringLiteral("/nowhere/x.paf")};
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(ContentOf(target), ContentOf(folder.Path(QStringLiteral("bend01.paf"))));
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '" + Text(target) + "' was saved successfully"});
+    const FileRequest& request = window.ui.requests.front();
+    EXPECT_EQ(request.title, QStringLiteral("Save..."));
+    EXPECT_EQ(request.fileName, QStringLiteral("bend01"));
+    EXPECT_EQ(request.directory, QDir::rootPath());
+    EXPECT_EQ(request.defaultExtension, QStringLiteral("paf"));
+
+    folder.Write(QStringLiteral("Kopie ü.paf"), "kept");
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '" + Text(target) + "' is not saved!\nFile already exists!"});
+    EXPECT_EQ(ContentOf(target), QByteArray("kept"));
+    window.Choose(CommandId::FileSave);
+    EXPECT_TRUE(window.ui.TakeMessages().empty());
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '/nowhere/x.paf' is not saved!\nFile already exists!"});
+}
+
+TEST(FileSave, ExportsForACsvName) {
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+    const QString saved = folder.Write(QStringLiteral("saved.csv"), "old");
+    const QString exported = folder.Path(QStringLiteral("exported.csv"));
+    const QString upper = folder.Path(QStringLiteral("upper.CSV"));
+    window.ui.answers = {saved, exported, upper};
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '" + Text(saved) + "' was created successfully"});
+    window.Choose(CommandId::SaveCsv);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"info|Tracelyn|File '" + Text(exported) + "' was created successfully"});
+    EXPECT_EQ(window.ui.requests.back().directory, folder.Path(QStringLiteral("bend01.paf")));
+    EXPECT_EQ(window.ui.requests.back().defaultExtension, QStringLiteral("csv"));
+    EXPECT_GT(ContentOf(saved).size(), 100000);
+    EXPECT_EQ(ContentOf(saved), ContentOf(exported));
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(ContentOf(upper), ContentOf(folder.Path(QStringLiteral("bend01.paf"))))
+        << "only \"csv\" exports";
+}
+
+TEST(FileSave, SaysWhenTheDiskIsFull) {
+    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
+        GTEST_SKIP() << "no full disk on this system";
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
+    QFile::link(QStringLiteral("/dev/full"), folder.Path(QStringLiteral("full.csv")));
+    window.ui.answers = {QStringLiteral("/dev/full"), folder.Path(QStringLiteral("full.csv")),
+                         folder.Path(QStringLiteral("no/such/folder.csv"))};
+    window.Choose(CommandId::SaveCsv);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"stop|Tracelyn|File not exported.\nError during write operation."});
+    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(window.ui.TakeMessages(),
+              Messages{"stop|Tracelyn|File not saved.\nError during write operation."});
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor has ended";
+    window.Choose(CommandId::SaveCsv);
+    EXPECT_EQ(window.ui.TakeMessages().size(), 1U) << "a file that cannot be opened is reported as created";
+}
+
+TEST(FileLoad, SurvivesRepaintsAndCloseWhileABoxIsOpen) {
+    const SampleFolder folder;
+    WindowUnderTest window;
+    window.ui.onMessage = [&] {
+        window.Client()->repaint();
+        window.Settle();
+        window.Frame().close();
+    };
+    Open(window, folder.Write(QStringLiteral("half.xml"), kBroken));
+    EXPECT_EQ(window.ui.TakeMessages().size(), 2U);
+    EXPECT_FALSE(window.Frame().isVisible());
+}
+
+TEST(FileLoad, TurnsAnExceptionIntoItsMessage) {
+    const SampleFolder folder;
+    WindowUnderTest window;
+    bool thrown = false;
+    window.ui.onMessage = [&] {
+        if (!std::exchange(thrown, true))
+            throw std::runtime_error("from inside the load");
+    };
+    Open(window, folder.Write(QStringLiteral("half.xml"), kBroken));
+    EXPECT_EQ(window.ui.TakeMessages(),
+              (Messages{"stop|ERROR|Invalid node name: Odd",
+                        "stop|Tracelyn|File not loaded.\nError during load operation."}));
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}

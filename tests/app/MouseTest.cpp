@@ -1,0 +1,152 @@
+#include "WindowTesting.h"
+
+#include <gtest/gtest.h>
+
+#include <QScrollBar>
+
+namespace {
+
+struct Started : WindowUnderTest {
+    Started() : WindowUnderTest({QStringLiteral(SAMPLES_DIR "/bend01.paf")}) {}
+
+    // The sample under a column of the client area.
+    int SampleAt(int x) {
+        return static_cast<int>(double(x) / Client()->width() * Graph().GetLastIndex() + 0.5);
+    }
+    void Press(QPoint at, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mousePress(Client(), Qt::LeftButton, modifiers, at);
+    }
+    void Release(QPoint at) { QTest::mouseRelease(Client(), Qt::LeftButton, Qt::NoModifier, at); }
+    void MoveTo(QPoint at, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers) {
+        QMouseEvent move(QEvent::MouseMove, at, Client()->mapToGlobal(at), Qt::NoButton, buttons, modifiers);
+        QCoreApplication::sendEvent(Client(), &move);
+    }
+    QPoint HeaderOf(const char* name) {
+        const SCREENRECT* rect = Graph().GetCanvas().FindScreenRect(QString::fromLatin1(name));
+        return {rect->left + 40, rect->top + 6};
+    }
+    bool IsExpanded(const char* name) {
+        return Graph().GetData().FindGroup(QString::fromLatin1(name))->m_bExpanded;
+    }
+};
+
+} // namespace
+
+TEST(Mouse, MovesTheCursorWhileTheLeftButtonAloneIsHeld) {
+    Started window;
+    window.Press({100, 40});
+    EXPECT_EQ(window.Cursor(), window.SampleAt(100));
+    window.MoveTo({110, 40}, Qt::LeftButton, Qt::NoModifier);
+    EXPECT_EQ(window.Cursor(), window.SampleAt(110));
+    for (const auto& [buttons, modifiers] :
+         std::initializer_list<std::pair<Qt::MouseButtons, Qt::KeyboardModifiers>>{
+             {Qt::LeftButton, Qt::ShiftModifier},
+             {Qt::LeftButton, Qt::ControlModifier},
+             {Qt::LeftButton | Qt::RightButton, Qt::NoModifier},
+             {Qt::NoButton, Qt::NoModifier}})
+        window.MoveTo({200, 40}, buttons, modifiers);
+    EXPECT_EQ(window.Cursor(), window.SampleAt(110));
+    window.MoveTo({120, 40}, Qt::LeftButton, Qt::NoModifier);
+    window.Release({120, 40});
+    EXPECT_EQ(window.Cursor(), window.SampleAt(120));
+    QTest::mousePress(window.Client(), Qt::RightButton, Qt::NoModifier, QPoint(200, 40));
+    QTest::mouseRelease(window.Client(), Qt::RightButton, Qt::NoModifier, QPoint(200, 40));
+    EXPECT_EQ(window.Cursor(), window.SampleAt(120));
+}
+
+TEST(Mouse, HeldStillSetsTheCursorAgainByTimer) {
+    Started window;
+    window.Press({100, 40});
+    window.Key(Qt::Key_Right);
+    EXPECT_NE(window.Cursor(), window.SampleAt(100));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.Cursor() == window.SampleAt(100); }, 5000));
+    window.Release({100, 40});
+    window.Key(Qt::Key_Right);
+    EXPECT_FALSE(QTest::qWaitFor([&] { return window.Cursor() == window.SampleAt(100); }, 250))
+        << "the timer stops with the button";
+}
+
+TEST(Mouse, TogglesAGroupOnReleaseOverItsName) {
+    Started window;
+    const int cursor = window.Cursor();
+    window.Press(window.HeaderOf("Speed"));
+    EXPECT_TRUE(window.IsExpanded("Speed"));
+    window.Release(window.HeaderOf("Speed"));
+    EXPECT_FALSE(window.IsExpanded("Speed"));
+    window.Settle();
+    window.Press({150, 40});
+    window.Release(window.HeaderOf("Speed"));
+    EXPECT_TRUE(window.IsExpanded("Speed")) << "only the release point counts";
+    window.Settle();
+    window.Press({window.Client()->width() / 2, 40});
+    window.Release({window.Client()->width() / 2, 40});
+    EXPECT_NEAR(window.Cursor(), cursor, 2 * window.Graph().GetCanvas().SamplesPerPixel())
+        << "a press on a header moves no cursor";
+}
+
+TEST(Mouse, DoubleClickLeavesAGroupAsItWas) {
+    Started window;
+    const QPoint at = window.HeaderOf("Position");
+    QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier, at);
+    EXPECT_FALSE(window.IsExpanded("Position"));
+    window.Settle();
+    QMouseEvent second(QEvent::MouseButtonDblClick, at, window.Client()->mapToGlobal(at), Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.Client(), &second);
+    EXPECT_FALSE(window.IsExpanded("Position"));
+    window.Release(at);
+    EXPECT_TRUE(window.IsExpanded("Position"));
+}
+
+TEST(Mouse, OnUnderlineAndValueCellDoesNothing) {
+    Started window;
+    const QImage before = window.Screen();
+    for (const QString& name : {kGroupUnderlineRect, kValueRect}) {
+        const SCREENRECT rect = *window.Graph().GetCanvas().FindScreenRect(name);
+        QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier, QPoint(rect.left + 190, rect.top));
+        QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(rect.left + 1, rect.top + 1));
+        window.Settle();
+    }
+    // The underline lies inside the name's rectangle, which is hit first and toggles twice here.
+    EXPECT_EQ(window.Screen().size(), before.size());
+    EXPECT_TRUE(window.IsExpanded("Position"));
+}
+
+TEST(MouseOnScrollBar, ScrollsAndIsDisabledWhenNothingCan) {
+    Started window;
+    QScrollBar& bar = *window.View().horizontalScrollBar();
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_FALSE(bar.isEnabled());
+    for (int i = 0; i < 8; ++i)
+        window.Key(Qt::Key_Up);
+    ASSERT_TRUE(bar.isEnabled());
+    const WorldRect full = window.Graph().GetCanvas().GetFull();
+    const auto visible = [&] { return window.Graph().GetCanvas().GetVisible(); };
+    const float width = visible().x2 - visible().x1;
+    EXPECT_EQ(bar.minimum(), 1);
+    EXPECT_EQ(bar.pageStep(), static_cast<int>(width));
+    EXPECT_EQ(bar.maximum(), static_cast<int>(full.x2) - 1 - bar.pageStep() + 1);
+    EXPECT_EQ(bar.value(), static_cast<int>(visible().x1));
+
+    const float start = visible().x1;
+    bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    EXPECT_FLOAT_EQ(visible().x1, start + width / 10);
+    bar.triggerAction(QAbstractSlider::SliderPageStepSub);
+    EXPECT_FLOAT_EQ(visible().x1, start + width / 10 - width / 2);
+    EXPECT_EQ(bar.value(), static_cast<int>(visible().x1));
+    for (int i = 0; i < 40; ++i)
+        bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+    EXPECT_FLOAT_EQ(visible().x2, full.x2);
+    EXPECT_GE(bar.value(), bar.maximum() - 1);
+
+    // Through real input: a click into the trough left of the thumb, then a drag of the thumb.
+    QTest::mouseClick(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(bar.width() / 4, bar.height() / 2));
+    window.Settle();
+    EXPECT_LT(visible().x2, full.x2);
+    bar.setSliderDown(true);
+    bar.setSliderPosition(100);
+    bar.setSliderDown(false);
+    window.Settle();
+    EXPECT_FLOAT_EQ(visible().x1, 100.0F);
+}

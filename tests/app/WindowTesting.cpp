@@ -1,0 +1,76 @@
+#include "WindowTesting.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+void RecordingUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
+    m_Messages.push_back((icon == MessageIcon::Stop ? "stop|" : "info|") + caption.toStdString() + "|" +
+                         text.toStdString());
+    if (onMessage)
+        onMessage();
+}
+
+std::optional<QString> RecordingUi::Answer(const FileRequest& request) {
+    requests.push_back(request);
+    if (answers.empty())
+        return std::nullopt;
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+WindowUnderTest::WindowUnderTest(const QStringList& arguments) {
+    app.InitInstance(arguments);
+    QApplication::setActiveWindow(&Frame());
+    if (!QTest::qWaitForWindowActive(&Frame()))
+        qFatal("the window does not become active");
+    Settle();
+}
+
+// A closed window has told the application to quit; let it, or every later event loop ends at once.
+WindowUnderTest::~WindowUnderTest() {
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec();
+}
+
+void WindowUnderTest::Key(int key, Qt::KeyboardModifiers modifiers) {
+    // Through the window, so that its shortcuts see the key first.
+    QTest::keyClick(Frame().windowHandle(), static_cast<Qt::Key>(key), modifiers);
+    Settle();
+}
+
+QImage WindowUnderTest::Screen() {
+    Settle();
+    const QPixmap all = Frame().screen()->grabWindow(Frame().winId());
+    const double scale = all.devicePixelRatio();
+    const QPoint at = Client()->mapTo(&Frame(), QPoint());
+    const QRectF client(QPointF(at) * scale, QSizeF(Client()->size()) * scale);
+    return all.toImage().copy(client.toAlignedRect());
+}
+
+SampleFolder::SampleFolder() {
+    for (int i = 1; i <= 3; ++i) {
+        const QString name = QStringLiteral("bend0%1.paf").arg(i);
+        Copy(name, name);
+    }
+}
+
+QString SampleFolder::Copy(const QString& sample, const QString& name) const {
+    QFile::copy(QStringLiteral(SAMPLES_DIR "/") + sample, Path(name));
+    return Path(name);
+}
+
+QString SampleFolder::Write(const QString& name, const QByteArray& content) const {
+    QFile file(Path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write a test file");
+    return Path(name);
+}
+
+QByteArray ContentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+}

@@ -1,0 +1,82 @@
+// A window under test: the real frame and view with a recording user interface and a file set of its own.
+#pragma once
+
+#include "MainFrm.h"
+#include "QtPrinters.h"
+#include "ShellUi.h"
+#include "TracelynApp.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Records what the window says and answers what it asks; an unexpected dialog is cancelled.
+class RecordingUi : public CShellUi {
+public:
+    void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) override;
+    std::optional<QString> AskOpenFile(const FileRequest& request) override { return Answer(request); }
+    std::optional<QString> AskSaveFile(const FileRequest& request) override { return Answer(request); }
+    void Beep(int hertz, int milliseconds) override {
+        beeps.push_back(std::to_string(hertz) + "/" + std::to_string(milliseconds));
+    }
+
+    // "stop|caption|text" and "info|caption|text"; empties the list.
+    std::vector<std::string> TakeMessages() { return std::exchange(m_Messages, {}); }
+
+    std::deque<std::optional<QString>> answers;
+    std::vector<FileRequest> requests;
+    std::vector<std::string> beeps;
+    // Called while a box is open.
+    std::function<void()> onMessage;
+
+private:
+    std::optional<QString> Answer(const FileRequest& request);
+
+    std::vector<std::string> m_Messages;
+};
+
+class WindowUnderTest {
+public:
+    // Starts the program with the arguments and shows its window.
+    explicit WindowUnderTest(const QStringList& arguments = {});
+    ~WindowUnderTest();
+
+    CMainFrame& Frame() { return app.GetFrame(); }
+    CChildView& View() { return Frame().GetView(); }
+    QWidget* Client() { return View().viewport(); }
+    CGraph& Graph() { return View().GetGraph(); }
+    int Cursor() { return Graph().GetCursorPosition(); }
+    bool IsEnabled(CommandId id) { return Frame().GetAction(id).isEnabled(); }
+    bool IsChecked(CommandId id) { return Frame().GetAction(id).isChecked(); }
+    // Chooses the command as a menu or a toolbar button does.
+    void Choose(CommandId id) { Frame().GetAction(id).trigger(); }
+    // A key pressed wherever the focus is.
+    void Key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    // Lets pending paints happen.
+    void Settle() { QCoreApplication::processEvents(); }
+    // What the window shows, not what it would paint anew.
+    QImage Screen();
+
+    RecordingUi ui;
+    CTracelynApp app{ui};
+};
+
+// A folder with copies of the samples, and room for more.
+class SampleFolder {
+public:
+    SampleFolder();
+    QString Path(const QString& name) const { return m_Folder.filePath(name); }
+    // Copies a sample under another name.
+    QString Copy(const QString& sample, const QString& name) const;
+    QString Write(const QString& name, const QByteArray& content) const;
+
+private:
+    QTemporaryDir m_Folder;
+};
+
+QByteArray ContentOf(const QString& path);
