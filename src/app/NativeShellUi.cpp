@@ -7,26 +7,40 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMainWindow>
 #include <QMessageBox>
+
+namespace {
+
+// What boxes and dialogs belong to: the main window, once it is shown.
+QWidget* OwnerWindow() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && qobject_cast<QMainWindow*>(window) != nullptr)
+            return window;
+    }
+    return nullptr;
+}
+
+} // namespace
 
 void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
     const CArrowCursor arrow;
     QMessageBox box(icon == MessageIcon::Stop ? QMessageBox::Critical : QMessageBox::Information, caption,
-                    text, QMessageBox::Ok, m_pParent);
+                    text, QMessageBox::Ok, OwnerWindow());
     // File names and parser messages may hold anything.
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
 
 std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {
-    QFileDialog dialog(m_pParent);
+    QFileDialog dialog(OwnerWindow());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
     return Ask(dialog, request);
 }
 
 std::optional<QString> CNativeShellUi::AskSaveFile(const FileRequest& request) {
-    QFileDialog dialog(m_pParent);
+    QFileDialog dialog(OwnerWindow());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);

@@ -4,7 +4,6 @@
 #include "ShellUi.h"
 
 class QFileDialog;
-class QWidget;
 
 class CNativeShellUi : public CShellUi {
 public:
@@ -13,11 +12,6 @@ public:
     std::optional<QString> AskSaveFile(const FileRequest& request) override;
     void Beep(int hertz, int milliseconds) override;
 
-    // The window that boxes and dialogs belong to; borrowed.
-    void SetParent(QWidget* parent) { m_pParent = parent; }
-
 private:
     static std::optional<QString> Ask(QFileDialog& dialog, const FileRequest& request);
-
-    QWidget* m_pParent = nullptr;
 };
