@@ -10,6 +10,14 @@
 
 namespace {
 
+QtMessageHandler g_printMessage = nullptr;
+
+// The error output is for the tool's own errors: a session without a runtime folder is none.
+void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        g_printMessage(type, context, message);
+}
+
 ExitCode Run(const Options& options) {
     switch (options.command) {
     case Command::Info:
@@ -43,6 +51,7 @@ std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    g_printMessage = qInstallMessageHandler(PrintMessage);
     const auto application = MakeApplication(argc, argv);
     QString error;
     const auto options = ParseOptions(QCoreApplication::arguments().mid(1), error);

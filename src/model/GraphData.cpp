@@ -1,12 +1,16 @@
 #include "GraphData.h"
 
 #include <algorithm>
-#include <ranges>
+#include <iterator>
 
 namespace {
 
 bool IsGraphGroup(const std::unique_ptr<CGraphDataGroup>& group) {
     return group->IsDisplayedAsGraph();
+}
+
+bool IsSelectedGraphGroup(const std::unique_ptr<CGraphDataGroup>& group) {
+    return IsGraphGroup(group) && group->m_bSelected;
 }
 
 } // namespace
@@ -37,46 +41,42 @@ void CGraphData::SelectFirstGroup() {
     }
 }
 
-template <class Range>
-void CGraphData::SelectNeighbour(Range&& groups) {
-    CGraphDataGroup* selected = nullptr;
-    for (const auto& group : groups) {
-        if (!IsGraphGroup(group))
-            continue;
-        if (selected != nullptr) {
-            selected->m_bSelected = false;
-            group->m_bSelected = true;
-            return;
-        }
-        if (group->m_bSelected)
-            selected = group.get();
+template <class Iterator>
+void CGraphData::SelectNeighbour(Iterator group, Iterator end) {
+    group = std::find_if(group, end, IsSelectedGraphGroup);
+    if (group == end) {
+        if (!m_Groups.empty())
+            m_Groups.front()->m_bSelected = true;
+        return;
     }
-    if (selected == nullptr && !m_Groups.empty())
-        m_Groups.front()->m_bSelected = true;
+    const Iterator next = std::find_if(std::next(group), end, IsGraphGroup);
+    if (next != end) {
+        (*group)->m_bSelected = false;
+        (*next)->m_bSelected = true;
+    }
 }
 
 void CGraphData::SelectNextGroup() {
-    SelectNeighbour(m_Groups);
+    SelectNeighbour(m_Groups.begin(), m_Groups.end());
 }
 
 void CGraphData::SelectPreviousGroup() {
-    SelectNeighbour(std::views::reverse(m_Groups));
+    SelectNeighbour(m_Groups.rbegin(), m_Groups.rend());
 }
 
 bool CGraphData::SelectGroupByNumber(int n) {
     int number = 0;
-    for (const auto& group : m_Groups | std::views::filter(IsGraphGroup))
-        group->m_bSelected = ++number == n;
+    for (const auto& group : m_Groups) {
+        if (IsGraphGroup(group))
+            group->m_bSelected = ++number == n;
+    }
     return n >= 1 && n <= number;
 }
 
 void CGraphData::ToggleSelectedGroupExpanded() {
-    for (const auto& group : m_Groups | std::views::filter(IsGraphGroup)) {
-        if (group->m_bSelected) {
-            group->m_bExpanded = !group->m_bExpanded;
-            return;
-        }
-    }
+    const auto selected = std::ranges::find_if(m_Groups, IsSelectedGraphGroup);
+    if (selected != m_Groups.end())
+        (*selected)->m_bExpanded = !(*selected)->m_bExpanded;
 }
 
 void CGraphData::SaveExpandedStates(GroupStates& states) const {

@@ -61,8 +61,8 @@ public:
     void Clear();
 
 private:
-    template <class Range>
-    void SelectNeighbour(Range&& groups);
+    template <class Iterator>
+    void SelectNeighbour(Iterator group, Iterator end);
 
     std::vector<std::unique_ptr<CGraphDataGroup>> m_Groups;
     std::vector<std::unique_ptr<CGraphDataSet>> m_Sets;

@@ -27,8 +27,8 @@ public:
 
     int GetCount() const { return m_nCount; }
 
-    // Makes room for n samples beforehand; the count stays.
-    void SetSize(int n) { m_Values.resize(static_cast<size_t>(std::max(n, 0))); }
+    // Makes room for n samples beforehand, never for fewer than there are; the count stays.
+    void SetSize(int n) { m_Values.resize(static_cast<size_t>(std::max(n, m_nCount))); }
 
     void Add(T value) {
         const auto at = static_cast<size_t>(m_nCount);

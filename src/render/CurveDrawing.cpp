@@ -58,7 +58,7 @@ public:
 private:
     void Refill() {
         const int64_t left =
-            (std::min(m_Walk.last, m_Walk.until + 2 * m_Walk.step) - m_nIndex) / m_Walk.step + 1;
+            (std::min(m_Walk.last, m_Walk.until + int64_t{2} * m_Walk.step) - m_nIndex) / m_Walk.step + 1;
         m_nFilled = static_cast<size_t>(std::clamp<int64_t>(left, 1, static_cast<int64_t>(m_Values.size())));
         m_nUsed = 0;
         m_Set.GetValues(static_cast<int>(m_nIndex), m_Walk.step, std::span(m_Values).first(m_nFilled));
