@@ -2,8 +2,9 @@
 
 say() { printf '== %s\n' "$*"; }
 
-build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libgl1-mesa-dev libxml2-dev zlib1g-dev fonts-dejavu-core)
-test_packages=(libgtest-dev python3)
+build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libgl1-mesa-dev libxml2-dev zlib1g-dev libgtest-dev
+    fonts-dejavu-core)
+test_packages=(python3)
 
 # Installs what is missing of the named Debian packages, or says which they are and stops.
 need_packages() {

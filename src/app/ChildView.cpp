@@ -4,6 +4,7 @@
 #include "ShellUi.h"
 #include "SignalFileReader.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -29,6 +30,8 @@ unsigned FlagsOf(const QMouseEvent& event) {
         flags |= kRightButton;
     if (event.buttons().testFlag(Qt::MiddleButton))
         flags |= kMiddleButton;
+    if ((event.buttons() & ~(Qt::LeftButton | Qt::RightButton | Qt::MiddleButton)) != Qt::NoButton)
+        flags |= kOtherButton;
     if (event.modifiers().testFlag(Qt::ShiftModifier))
         flags |= kShift;
     if (event.modifiers().testFlag(Qt::ControlModifier))
@@ -36,7 +39,8 @@ unsigned FlagsOf(const QMouseEvent& event) {
     return flags;
 }
 
-// The digit of the main block's key, whatever Shift makes of it where the system tells.
+// The digit of the main block's key, whatever Shift and the keyboard's layout make of it where the system
+// tells.
 std::optional<int> MainDigit(const QKeyEvent& event) {
     if (event.modifiers().testFlag(Qt::KeypadModifier))
         return std::nullopt;
@@ -45,6 +49,13 @@ std::optional<int> MainDigit(const QKeyEvent& event) {
 #ifdef Q_OS_WIN
     if (event.nativeVirtualKey() >= '0' && event.nativeVirtualKey() <= '9')
         return static_cast<int>(event.nativeVirtualKey() - '0');
+#else
+    constexpr quint32 kScanOne = 10;
+    constexpr quint32 kScanZero = 19;
+    static const bool hasScanCodes = QGuiApplication::platformName() == QLatin1String("xcb");
+    const quint32 scan = event.nativeScanCode();
+    if (hasScanCodes && scan >= kScanOne && scan <= kScanZero)
+        return static_cast<int>(scan - kScanOne + 1) % 10;
 #endif
     return std::nullopt;
 }
@@ -104,45 +115,45 @@ void CChildView::ExportCsv(const QString& path) const {
     file.Close();
 }
 
-bool CChildView::OnCommand(CommandId id) {
+void CChildView::OnCommand(CommandId id) {
     switch (id) {
     case CommandId::CursorLeft:
         MoveCursor(-1);
-        return true;
+        break;
     case CommandId::CursorRight:
         MoveCursor(1);
-        return true;
+        break;
     case CommandId::FastLeft:
         MoveCursor(-kFastStep);
-        return true;
+        break;
     case CommandId::FastRight:
         MoveCursor(kFastStep);
-        return true;
+        break;
     case CommandId::ZoomIn:
         m_Graph.Zoom(*this, m_Graph.GetZoom() * kZoomStep);
-        return true;
+        break;
     case CommandId::ZoomOut:
         m_Graph.Zoom(*this, m_Graph.GetZoom() / kZoomStep);
-        return true;
+        break;
     case CommandId::ZoomReset:
         m_Graph.Zoom(*this, 1.0F);
-        return true;
+        break;
     case CommandId::SelectNextGroup:
         m_Graph.SelectNextGroup(*this);
-        return true;
+        break;
     case CommandId::SelectPreviousGroup:
         m_Graph.SelectPreviousGroup(*this);
-        return true;
+        break;
     case CommandId::ToggleSelectedGroup:
         m_Graph.ToggleSelectedGroup(*this);
-        return true;
+        break;
     case CommandId::ToggleFixedCursor: {
         const bool isSet = m_Graph.GetFixedCursor() != kNoReference;
         m_Graph.SetFixedCursor(*this, isSet ? kNoReference : m_Graph.GetCursorPosition());
-        return true;
+        break;
     }
     default:
-        return false;
+        break;
     }
 }
 
@@ -212,6 +223,13 @@ void CChildView::keyPressEvent(QKeyEvent* event) {
 
 void CChildView::timerEvent(QTimerEvent* /*event*/) {
     m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
+}
+
+// A box that opens while the button is held takes its release away.
+bool CChildView::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked)
+        m_Timer.stop();
+    return QAbstractScrollArea::event(event);
 }
 
 PixelRect CChildView::GetClientRect() const {

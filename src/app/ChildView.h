@@ -33,8 +33,8 @@ public:
     void ExportCsv(const QString& path) const;
     void ToggleBackground() { m_Graph.ToggleBackground(*this); }
 
-    // Carries out one of the view's commands; false when the command is not the view's.
-    bool OnCommand(CommandId id);
+    // Carries out one of the view's commands; ignores all others.
+    void OnCommand(CommandId id);
     // The keys that are no commands: console side and group digits. False for any other key.
     bool OnKeyDown(const QKeyEvent& event);
 
@@ -49,6 +49,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void scrollContentsBy(int /*dx*/, int /*dy*/) override {}
+    bool event(QEvent* event) override;
     bool focusNextPrevChild(bool /*next*/) override { return false; }
 
 private:

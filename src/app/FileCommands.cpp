@@ -6,12 +6,8 @@
 #include "WaitCursor.h"
 #include "XmlReader.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-#include <memory>
-#include <stdexcept>
 
 namespace {
 
@@ -126,7 +122,7 @@ void CMainFrame::OnFileSave() {
                                         .filter = filters.join(QStringLiteral(";;")),
                                         .defaultExtension = QStringLiteral("paf"),
                                         .fileName = DefaultName(),
-                                        .directory = QDir::rootPath()});
+                                        .directory = QStringLiteral("/")});
     if (!path)
         return;
     try {
@@ -138,6 +134,7 @@ void CMainFrame::OnFileSave() {
 
 void CMainFrame::SaveTo(const QString& path) {
     if (QFileInfo(path).suffix() == QLatin1String("csv")) {
+        const CWaitCursor wait;
         m_pView->ExportCsv(path);
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
     } else if (QFile::copy(m_FileSet.GetFullPath(), path)) {

@@ -72,6 +72,7 @@ bool CFileSetDescriptor::SetFile(const QString& path) {
     m_strDirectory = parts.directory;
     m_strBaseName = parts.baseName;
     m_strExtension = parts.extension;
+    m_strGivenName = path.mid(parts.directory.size());
     Scan();
     return true;
 }
@@ -101,8 +102,11 @@ void CFileSetDescriptor::Scan() {
 QString CFileSetDescriptor::GetFullPath() const {
     const QString number = m_strExtension == QLatin1String(".xml") ? QString() : GetNumberText();
     const QString name = m_strBaseName + number + m_strExtension;
-    if (QFileInfo(m_strDirectory + name).isFile())
-        return m_strDirectory + name;
+    // Of names that differ in case alone the chosen one comes first, then the exact one.
+    for (const QString& exact : {m_strGivenName, name}) {
+        if (exact.toLower() == name && QFileInfo(m_strDirectory + exact).isFile())
+            return m_strDirectory + exact;
+    }
 
     const QStringList files = FilesIn(m_strDirectory);
     const auto found =

@@ -20,8 +20,8 @@ public:
     bool SetFile(const QString& path);
     void Clear();
 
-    // Where the current file is: an existing file, with the exact lower-case name preferred, else the path
-    // that the parts make. An .xml file is addressed without its number.
+    // Where the current file is: an existing file, the one that was given or the exact lower-case name
+    // preferred, else the path that the parts make. An .xml file is addressed without its number.
     QString GetFullPath() const;
     const QString& GetBaseName() const { return m_strBaseName; }
     // With its dot; empty when the file has none.
@@ -46,6 +46,7 @@ private:
 
     uint32_t m_nNumber = 0;
     std::vector<uint32_t> m_Numbers; // ascending; different names may give equal numbers
+    QString m_strGivenName;          // the file's name as it was given
     QString m_strDirectory;          // ends with its separator; empty is the current directory
     QString m_strBaseName;
     QString m_strExtension = QStringLiteral(".frd");

@@ -4,8 +4,8 @@
 #include "Icons.h"
 #include "StatusPanes.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDir>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -27,7 +27,7 @@ CMainFrame::CMainFrame(CShellUi& ui)
 }
 
 void CMainFrame::LoadFrame() {
-    setWindowIcon(LoadIcon(QStringLiteral("app")));
+    QApplication::setWindowIcon(LoadIcon(QStringLiteral("app")));
     m_pView = new CChildView(m_Ui, this);
     setCentralWidget(m_pView);
     CreateToolBar();

@@ -42,6 +42,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    // The toolbar is hidden through the View menu alone.
+    QMenu* createPopupMenu() override { return nullptr; }
     bool focusNextPrevChild(bool /*next*/) override { return false; }
 
 private:

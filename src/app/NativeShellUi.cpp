@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 namespace {
 
@@ -19,6 +20,20 @@ QWidget* OwnerWindow() {
             return window;
     }
     return nullptr;
+}
+
+// The extension that a name filter like "csv Files (*.csv)" stands for; empty when it names none or several.
+QString ExtensionOf(const QString& filter) {
+    static const QRegularExpression single(QStringLiteral("\\(\\*\\.(\\w+)\\)$"));
+    return single.match(filter).captured(1);
+}
+
+// The toolkit takes whatever follows a dot for an extension, so that "run.v2-05" would stay without one.
+QString WithExtension(const QString& path, const QString& extension) {
+    static const QStringList known{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
+    const bool isComplete =
+        extension.isEmpty() || known.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+    return isComplete ? path : path + QLatin1Char('.') + extension;
 }
 
 } // namespace
@@ -53,6 +68,10 @@ std::optional<QString> CNativeShellUi::Ask(QFileDialog& dialog, const FileReques
         dialog.setWindowTitle(request.title);
     dialog.setNameFilters(request.filter.split(QStringLiteral(";;")));
     dialog.setDefaultSuffix(request.defaultExtension);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+        const QString extension = ExtensionOf(filter);
+        dialog.setDefaultSuffix(extension.isEmpty() ? request.defaultExtension : extension);
+    });
     // The directory may be given as a file inside it.
     const QFileInfo directory(request.directory);
     dialog.setDirectory(directory.isDir() ? directory.absoluteFilePath() : directory.absolutePath());
@@ -60,7 +79,10 @@ std::optional<QString> CNativeShellUi::Ask(QFileDialog& dialog, const FileReques
         dialog.selectFile(request.fileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
-    return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    const QString path = dialog.selectedFiles().constFirst();
+    const bool completes = dialog.acceptMode() == QFileDialog::AcceptSave;
+    return QDir::toNativeSeparators(completes ? WithExtension(path, ExtensionOf(dialog.selectedNameFilter()))
+                                              : path);
 }
 
 void CNativeShellUi::Beep(int hertz, int milliseconds) {

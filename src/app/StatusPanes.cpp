@@ -30,7 +30,7 @@ CStatusPanes::CStatusPanes(QStatusBar& bar)
     : QObject(&bar), m_pFileLabel(MakePane(QString(), "fileLabel")), m_pCaps(MakePane(tr("CAPS"), "caps")),
       m_pNum(MakePane(tr("NUM"), "num")) {
     bar.addWidget(MakePane(tr("Ready"), "message"), 1);
-    bar.addPermanentWidget(m_pFileLabel);
+    bar.addPermanentWidget(m_pFileLabel, 1);
     for (QLabel* const key : {m_pCaps, m_pNum}) {
         // The pane keeps its place while the key is off.
         key->setFixedWidth(key->sizeHint().width());
@@ -45,8 +45,9 @@ void CStatusPanes::SetFileLabel(const QString& text) {
 }
 
 bool CStatusPanes::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
-        event->type() == QEvent::WindowActivate)
+    // Once for each event: windows see them before their widgets do.
+    if (watched->isWindowType() && (event->type() == QEvent::KeyPress ||
+                                    event->type() == QEvent::KeyRelease || event->type() == QEvent::FocusIn))
         UpdateLockKeys();
     return QObject::eventFilter(watched, event);
 }

@@ -2,7 +2,6 @@
 
 #include "AboutDlg.h"
 #include "CommandLineInfo.h"
-#include "Icons.h"
 #include "MainFrm.h"
 
 #include <QApplication>
@@ -15,7 +14,6 @@ void CTracelynApp::InitInstance(const QStringList& arguments) {
     // Where settings would be kept; there are none.
     QCoreApplication::setOrganizationName(QStringLiteral("Brannik"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TRACELYN_VERSION));
-    QApplication::setWindowIcon(LoadIcon(QStringLiteral("app")));
 
     m_pFrame = std::make_unique<CMainFrame>(m_Ui);
     connect(m_pFrame.get(), &CMainFrame::AboutRequested, this, &CTracelynApp::OnAbout);

@@ -19,12 +19,13 @@ Analysis Read(const QString& path, int accessLevel, CGraphData& data) {
 std::optional<Analysis> ReadContainer(const QString& path, int accessLevel, CGraphData& data,
                                       QString& error) {
     // A folder of its own, so that several runs at the same time stay apart.
+    error = QStringLiteral("Problem expanding analysis file");
     const QTemporaryDir folder;
-    const Tracelyn::CExpandedAnalysis expanded(path, folder.path() + QDir::separator());
-    if (!folder.isValid() || !expanded.IsExpanded()) {
-        error = QStringLiteral("Problem expanding analysis file");
+    if (!folder.isValid() || !QFileInfo(path).isFile())
         return std::nullopt;
-    }
+    const Tracelyn::CExpandedAnalysis expanded(path, folder.path() + QDir::separator());
+    if (!expanded.IsExpanded())
+        return std::nullopt;
     return Read(expanded.Path(), accessLevel, data);
 }
 

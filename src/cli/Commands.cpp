@@ -10,10 +10,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <exception>
 
 namespace {
 
@@ -92,7 +92,7 @@ ExitCode RunCsv(const Options& options) {
         file.Open(output.Device());
         Tracelyn::ExportCsv(data, file);
         file.Close();
-    } catch (const std::exception&) {
+    } catch (const Tracelyn::CFileException&) {
         return FailToWrite(options.output, output.ErrorText());
     }
     if (!output.Commit())
@@ -104,7 +104,7 @@ ExitCode RunPack(const Options& options) {
     const QTemporaryDir folder;
     const QString base = folder.path() + QDir::separator();
     const QString entry = Tracelyn::AnalysisEntryName();
-    if (!folder.isValid() || !QFile::copy(options.input, base + entry))
+    if (!folder.isValid() || !QFileInfo(options.input).isFile() || !QFile::copy(options.input, base + entry))
         return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
     const QString archive = base + QStringLiteral("archive.paf");
     Tracelyn::CZip zip(archive);
@@ -115,9 +115,12 @@ ExitCode RunPack(const Options& options) {
 }
 
 ExitCode RunExpand(const Options& options) {
+    const QString problem = QStringLiteral("Problem expanding analysis file");
     const QTemporaryDir folder;
+    if (!folder.isValid() || !QFileInfo(options.input).isFile())
+        return Fail(problem);
     const Tracelyn::CExpandedAnalysis expanded(options.input, folder.path() + QDir::separator());
-    if (!folder.isValid() || !expanded.IsExpanded() || !QFile::exists(expanded.Path()))
-        return Fail(QStringLiteral("Problem expanding analysis file"));
+    if (!expanded.IsExpanded() || !QFile::exists(expanded.Path()))
+        return Fail(problem);
     return CopyToOutput(expanded.Path(), options.output);
 }

@@ -42,6 +42,10 @@ ExitCode RunRender(const Options& options) {
         return ExitCode::Failed;
     }
     COffscreenWindow window(options.size);
+    if (window.GetImage().isNull()) {
+        PrintError(QStringLiteral("Not enough memory for the picture"));
+        return ExitCode::Failed;
+    }
     if (!options.dark)
         graph.ToggleBackground(window);
     graph.SetResetPending();

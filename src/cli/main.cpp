@@ -5,8 +5,9 @@
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <exception>
 #include <memory>
-#include <string_view>
+#include <new>
 
 namespace {
 
@@ -14,7 +15,7 @@ QtMessageHandler g_printMessage = nullptr;
 
 // The error output is for the tool's own errors: a session without a runtime folder is none.
 void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+    if (!message.startsWith(QLatin1String("QStandardPaths: ")))
         g_printMessage(type, context, message);
 }
 
@@ -40,20 +41,40 @@ ExitCode Run(const Options& options) {
     return ExitCode::Failed;
 }
 
+// The toolkit must not take options out of the command line that are no options of the tool's.
+QStringList Arguments(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return QCoreApplication::arguments().mid(1);
+}
+
 // Only pictures need fonts, and none needs a display.
-std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv) {
-    if (argc < 2 || std::string_view(argv[1]) != "render")
+std::unique_ptr<QCoreApplication> MakeApplication(const Options& options, int& argc, char** argv) {
+    if (options.command != Command::Render)
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+ExitCode Main(int argc, char** argv) {
+    QString error;
+    const auto options = ParseOptions(Arguments(argc, argv), error);
+    if (!options)
+        return WrongUsage(error);
+    int programOnly = 1;
+    const auto application = MakeApplication(*options, programOnly, argv);
+    return Run(*options);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     g_printMessage = qInstallMessageHandler(PrintMessage);
-    const auto application = MakeApplication(argc, argv);
-    QString error;
-    const auto options = ParseOptions(QCoreApplication::arguments().mid(1), error);
-    return static_cast<int>(options ? Run(*options) : WrongUsage(error));
+    try {
+        return static_cast<int>(Main(argc, argv));
+    } catch (const std::bad_alloc&) {
+        PrintError(QStringLiteral("Out of memory"));
+    } catch (const std::exception& exception) {
+        PrintError(QString::fromLocal8Bit(exception.what()));
+    }
+    return static_cast<int>(ExitCode::Failed);
 }

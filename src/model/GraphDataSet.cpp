@@ -69,9 +69,9 @@ MinMax CGraphDataSet::Scan(int from, int to) const {
 }
 
 void CGraphDataSet::GetValues(int first, int step, std::span<double> values) const {
-    int index = first;
+    int64_t index = first;
     for (double& value : values) {
-        value = GetValue(index, kNoReference);
+        value = GetValue(static_cast<int>(index), kNoReference);
         index += step;
     }
 }

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <stdexcept>
 #include <vector>
 
 namespace Tracelyn {
@@ -12,7 +14,17 @@ namespace Tracelyn {
 namespace {
 
 // Rows are cut into fields some at a time, so that each column is converted in one call.
-constexpr size_t kRowsAtOnce = 512;
+constexpr size_t kMaximumRowsAtOnce = 512;
+constexpr size_t kFieldsAtOnce = size_t{1} << 16U;
+
+// Far longer than any number; a longer field is cut here, so that a row that starts over again and again
+// costs little.
+constexpr size_t kMaximumField = 4096;
+
+// Samples may take this many times the size of their text. Empty rows for many variables could ask for far
+// more.
+constexpr uint64_t kMaximumSamplesPerCharacter = 64;
+constexpr uint64_t kSamplesOfAnyFile = 1 << 24;
 
 std::string_view WithoutTrailingLineFeeds(std::string_view text) {
     const size_t last = text.find_last_not_of('\n');
@@ -24,18 +36,27 @@ int CountRows(std::string_view text) {
     return static_cast<int>(std::min<ptrdiff_t>(rows, std::numeric_limits<int>::max()));
 }
 
+void CheckSampleCount(std::string_view text, int rows, std::span<TypedDataBase* const> variables) {
+    const auto stored = static_cast<uint64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
+    const uint64_t samples = stored * static_cast<uint64_t>(rows);
+    if (samples > kSamplesOfAnyFile && samples / kMaximumSamplesPerCharacter > text.size())
+        throw std::length_error("more samples than the text can justify");
+}
+
 // Fields of some rows, column by column.
 class FieldTable {
 public:
-    explicit FieldTable(size_t columns) : m_Columns(columns), m_Fields(columns * kRowsAtOnce) {}
+    explicit FieldTable(size_t columns)
+        : m_Columns(columns), m_nCapacity(std::clamp<size_t>(kFieldsAtOnce / columns, 1, kMaximumRowsAtOnce)),
+          m_Fields(columns * m_nCapacity) {}
 
-    bool IsFull() const { return m_Rows == kRowsAtOnce; }
+    bool IsFull() const { return m_Rows == m_nCapacity; }
 
     void AddRow(std::string_view row) {
         size_t from = 0;
         for (size_t column = 0; column < m_Columns; ++column) {
             const size_t comma = row.find(',', from);
-            m_Fields[column * kRowsAtOnce + m_Rows] = row.substr(from, comma - from);
+            m_Fields[column * m_nCapacity + m_Rows] = row.substr(from, std::min(comma - from, kMaximumField));
             from = comma == std::string_view::npos ? 0 : comma + 1;
         }
         ++m_Rows;
@@ -43,12 +64,13 @@ public:
 
     void MoveTo(std::span<TypedDataBase* const> variables) {
         for (size_t column = 0; column < m_Columns; ++column)
-            variables[column]->AddValues(std::span(m_Fields).subspan(column * kRowsAtOnce, m_Rows));
+            variables[column]->AddValues(std::span(m_Fields).subspan(column * m_nCapacity, m_Rows));
         m_Rows = 0;
     }
 
 private:
     size_t m_Columns;
+    size_t m_nCapacity;
     std::vector<std::string_view> m_Fields;
     size_t m_Rows = 0;
 };
@@ -63,6 +85,7 @@ void ReadDataBlock(std::string_view text, std::span<TypedDataBase* const> variab
 
     text = WithoutTrailingLineFeeds(text);
     const int rows = CountRows(text);
+    CheckSampleCount(text, rows, variables);
     for (TypedDataBase* const variable : variables)
         variable->Reserve(rows);
 

@@ -9,7 +9,6 @@
 #include "XmlDomNodeIterator.h"
 #include "XmlVariable.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace Tracelyn {
@@ -141,6 +140,8 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
         return Fail(ResultCode::InvalidAttributeValue, QStringLiteral("Type = ") + type);
 
     m_Variables.push_back(variable);
+    if (!m_VariablesByName.contains(name))
+        m_VariablesByName.insert(name, variable);
     variable->SetName(name);
     variable->SetDescription(element.GetAttribute("Description"));
     variable->SetCode(element.GetAttributeInt("Code", 0));
@@ -186,7 +187,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     const QString dataName = element.GetAttribute("DataName");
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
-    TypedDataBase* const variable = FindVariable(dataName);
+    TypedDataBase* const variable = m_VariablesByName.value(dataName);
     if (variable == nullptr)
         return Fail(ResultCode::DataNotFound, dataName);
     if (GetAccessLevel() < variable->GetCode())
@@ -225,11 +226,6 @@ bool CXmlReader::Fail(ResultCode code, const QString& detail) {
 
 bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {
     return parent.GetChildByName(name, child) || Fail(ResultCode::MissingNode, QString::fromLatin1(name));
-}
-
-TypedDataBase* CXmlReader::FindVariable(const QString& name) const {
-    const auto found = std::ranges::find(m_Variables, name, &TypedDataBase::GetName);
-    return found == m_Variables.end() ? nullptr : *found;
 }
 
 void CXmlReader::SetColorOf(CGraphDataSet& set, const TypedDataBase& variable) {

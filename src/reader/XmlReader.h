@@ -5,6 +5,7 @@
 #include "ReadResult.h"
 #include "SignalFileReader.h"
 
+#include <QHash>
 #include <QString>
 
 #include <vector>
@@ -45,11 +46,12 @@ private:
 
     bool Fail(ResultCode code, const QString& detail);
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
-    TypedDataBase* FindVariable(const QString& name) const;
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
     std::vector<CResult> m_Results;
     std::vector<TypedDataBase*> m_Variables;
+    // The first of each name.
+    QHash<QString, TypedDataBase*> m_VariablesByName;
     QString m_strAnalysisName;
     AutomaticColors m_Colors;
 };

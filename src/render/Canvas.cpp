@@ -17,8 +17,9 @@ int ToPixel(float scaled, int origin) {
     return static_cast<int>(std::clamp(scaled, -kFarPixel, kFarPixel)) + origin;
 }
 
-float ScaleOf(int pixels, float world) {
-    return world == 0.0F ? 0.0F : static_cast<float>(pixels) / world;
+// The width of the world comes as a double: that of all floats is no float.
+float ScaleOf(int pixels, double world) {
+    return world == 0.0 ? 0.0F : static_cast<float>(pixels / world);
 }
 
 int TruncateToInt(double value) {
@@ -63,8 +64,8 @@ void CCanvas::SetVisible(const WorldRect& visible) {
 void CCanvas::SetMapping(const PixelRect& pixels, const WorldRect& world) {
     m_MappedPixels = pixels;
     m_MappedWorld = world;
-    m_fScaleX = ScaleOf(pixels.Width(), world.x2 - world.x1);
-    m_fScaleY = ScaleOf(pixels.Height(), world.y2 - world.y1);
+    m_fScaleX = ScaleOf(pixels.Width(), double{world.x2} - world.x1);
+    m_fScaleY = ScaleOf(pixels.Height(), double{world.y2} - world.y1);
 }
 
 void CCanvas::Zoom(float factor, float centre) {

@@ -16,7 +16,6 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
     UpdateScrollBar(window);
     std::vector<SCREENRECT> valuesBefore;
     m_Canvas.CollectScreenRects(kValueRect, valuesBefore);
-    m_Canvas.BeginDraw(context.Painter(), client);
 
     LayoutBands(m_Data, client);
     context.m_Console =
@@ -25,6 +24,7 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
     if (m_bResetPending)
         ResetRange(client);
 
+    m_Canvas.BeginDraw(context.Painter(), client);
     m_Canvas.SetMapping(client, WorldRect::From(client));
     if (m_Data.HasData())
         DrawContents(context);
@@ -32,16 +32,18 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
         context.Painter().Fill(client, context.Colors().background);
     m_Canvas.EndDraw();
     if (invalid != client)
-        InvalidateGrownValues(window, valuesBefore);
+        InvalidateResizedValues(window, valuesBefore);
 }
 
-// A value that became wider than its cell was is cut off in a frame that repaints the cell alone.
-void CGraph::InvalidateGrownValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const {
+// A value wider than its column changes its cell's width: a frame that repaints the old cell alone would cut
+// the new value off, one that repaints the new cell would leave digits of the old value.
+void CGraph::InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const {
     std::vector<SCREENRECT> now;
     m_Canvas.CollectScreenRects(kValueRect, now);
     for (size_t i = 0; i < std::min(before.size(), now.size()); ++i) {
-        if (now[i].left < before[i].left)
-            window.Invalidate({now[i].left, now[i].top, now[i].right, now[i].bottom});
+        if (now[i].left != before[i].left)
+            window.Invalidate(
+                {std::min(now[i].left, before[i].left), now[i].top, now[i].right, now[i].bottom});
     }
 }
 

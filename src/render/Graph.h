@@ -24,7 +24,8 @@ enum MouseFlags : unsigned {
     kRightButton = 0x02,
     kShift = 0x04,
     kControl = 0x08,
-    kMiddleButton = 0x10
+    kMiddleButton = 0x10,
+    kOtherButton = 0x20
 };
 
 // What happened to the scroll bar; other numbers are allowed and do nothing.
@@ -102,7 +103,7 @@ private:
     void ResetRange(const PixelRect& client);
     void DrawContents(CGraphDrawingContext& context);
     void DrawCursorLines(CGraphDrawingContext& context);
-    void InvalidateGrownValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
+    void InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
     void InvalidateStrip(CGraphWindow& window, int pixelX) const;
 
     CGraphData m_Data;

@@ -33,7 +33,8 @@ bool IsPrivateFolder(const char* path) {
 
 std::optional<QString> PrivateTemporaryFolder() {
     // Not QDir::tempPath: for a folder that does not exist it gives the current one.
-    const QDir parent(QDir(qEnvironmentVariable("TMPDIR", QStringLiteral("/tmp"))).absolutePath());
+    const QString given = qEnvironmentVariable("TMPDIR");
+    const QDir parent(QDir(given.isEmpty() ? QStringLiteral("/tmp") : given).absolutePath());
     const QString path = parent.filePath(QStringLiteral("tracelyn-%1").arg(::geteuid()));
     const QByteArray encoded = QFile::encodeName(path);
     if (::mkdir(encoded.constData(), S_IRWXU) != 0 && errno != EEXIST)

@@ -20,6 +20,7 @@ struct ParseState {
     QIODevice* device = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
+    int defaults = 0;
     bool failed = false;
     bool readFailed = false;
     long line = 0;
@@ -65,11 +66,26 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     for (int i = 0; i < namespaceCount; ++i) // pairs of prefix and address
         state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
 
-    if (state.namespaceBytes > FreeBytes + BytesPerByteRead * state.bytesRead)
+    constexpr int MaxAttributes = 1024;
+    if (attributeCount > MaxAttributes)
+        Refuse(context, "Too many attributes");
+    else if (state.namespaceBytes > FreeBytes + BytesPerByteRead * state.bytesRead)
         Refuse(context, "Namespace defaults make the document too large");
     else
         xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount,
                               defaultedCount, attributes);
+}
+
+// Every element's attributes are compared with each other and with all declared defaults: both stay few.
+void RefuseManyDefaults(void* context, const xmlChar* element, const xmlChar* name, int type, int defaultKind,
+                        const xmlChar* defaultValue, xmlEnumerationPtr values) {
+    constexpr int MaxDefaults = 256;
+    if (defaultValue != nullptr && ++StateOf(context).defaults > MaxDefaults) {
+        xmlFreeEnumeration(values);
+        Refuse(context, "Too many attribute defaults");
+        return;
+    }
+    xmlSAX2AttributeDecl(context, element, name, type, defaultKind, defaultValue, values);
 }
 
 void KeepFirstFatalError(void* context, xmlErrorPtr error) {
@@ -77,6 +93,28 @@ void KeepFirstFatalError(void* context, xmlErrorPtr error) {
         return;
     StateOf(context).Fail(error->line, error->message == nullptr ? "" : error->message);
 }
+
+// Errors of the library's decoders know no context; the library would print them.
+class ContextFreeErrors {
+public:
+    explicit ContextFreeErrors(xmlParserCtxt& context)
+        : m_pOldHandler(xmlStructuredError), m_pOldContext(xmlStructuredErrorContext) {
+        xmlSetStructuredErrorFunc(&context, Keep);
+    }
+    ContextFreeErrors(const ContextFreeErrors&) = delete;
+    ContextFreeErrors& operator=(const ContextFreeErrors&) = delete;
+    ~ContextFreeErrors() { xmlSetStructuredErrorFunc(m_pOldContext, m_pOldHandler); }
+
+private:
+    static void Keep(void* context, xmlErrorPtr error) {
+        if (error->level >= XML_ERR_ERROR)
+            StateOf(context).Fail(xmlSAX2GetLineNumber(context),
+                                  error->message == nullptr ? "" : error->message);
+    }
+
+    xmlStructuredErrorFunc m_pOldHandler;
+    void* m_pOldContext;
+};
 
 int ReadDevice(void* opaque, char* buffer, int length) {
     ParseState& state = *static_cast<ParseState*>(opaque);
@@ -92,6 +130,7 @@ void InstallCallbacks(xmlParserCtxt& context, ParseState& state) {
     context._private = &state;
     context.sax->entityDecl = RefuseEntity;
     context.sax->unparsedEntityDecl = RefuseUnparsedEntity;
+    context.sax->attributeDecl = RefuseManyDefaults;
     context.sax->startElementNs = StartElement;
     context.sax->serror = KeepFirstFatalError;
 }
@@ -115,6 +154,7 @@ XmlParseResult ParseXml(QIODevice& device, const char* encoding) {
     ParseState state;
     state.device = &device;
     InstallCallbacks(*context, state);
+    const ContextFreeErrors contextFreeErrors(*context);
     constexpr int Options = XML_PARSE_HUGE | XML_PARSE_NONET;
     std::shared_ptr<xmlDoc> document(
         xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, encoding, Options), xmlFreeDoc);

@@ -3,12 +3,15 @@
 
 #include "FileJustOpened.h"
 #include "PrivateFolder.h"
+#include "zip.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+
+#include <stdexcept>
 
 namespace {
 
@@ -112,18 +115,31 @@ TEST(FileOpen, OfWhatCannotBeReadSaysSoAndLeavesTheWindowEmpty) {
     }
 }
 
-TEST(FileOpen, LeavesNothingOfAContainerBehind) {
+TEST(FileOpen, LeavesNothingOfAContainerBehindWhateverHappens) {
     const SampleFolder folder;
     const auto temporary = support::PrivateTemporaryFolder();
     ASSERT_TRUE(temporary.has_value());
-    WindowUnderTest window;
-    bool existedDuringBox = false;
-    window.ui.onMessage = [&] {
-        existedDuringBox = QFileInfo::exists(*temporary + QStringLiteral("tmpandat.bin"));
-    };
-    Open(window, folder.Path(QStringLiteral("bend01.paf")));
-    EXPECT_FALSE(QFileInfo::exists(*temporary + QStringLiteral("tmpandat.bin")));
-    EXPECT_FALSE(existedDuringBox);
+    const QString expanded = *temporary + QStringLiteral("tmpandat.bin");
+    folder.Write(QStringLiteral("tmpandat.bin"), kBroken);
+    Tracelyn::CZip zip(folder.Path(QStringLiteral("half.paf")));
+    zip.SetBaseFolder(folder.Path({}) + QLatin1Char('/'));
+    zip.AddFile({}, QStringLiteral("tmpandat.bin"), false, true);
+    ASSERT_TRUE(zip.Pack());
+    for (const bool throws : {false, true}) {
+        WindowUnderTest window;
+        int boxes = 0;
+        window.ui.onMessage = [&] {
+            // The first box belongs to the load; an exception's own box comes after it.
+            if (++boxes == 1) {
+                EXPECT_TRUE(QFileInfo::exists(expanded));
+            }
+            if (throws && boxes == 1)
+                throw std::runtime_error("from inside the load");
+        };
+        Open(window, folder.Path(QStringLiteral("half.paf")));
+        EXPECT_EQ(boxes, 2);
+        EXPECT_FALSE(QFileInfo::exists(expanded));
+    }
 }
 
 TEST(FileSteps, FollowTheSetAndKeepExpandedGroups) {
@@ -181,7 +197,7 @@ TEST(FileSave, CopiesTheFileAndNeverOverwrites) {
     const FileRequest& request = window.ui.requests.front();
     EXPECT_EQ(request.title, QStringLiteral("Save..."));
     EXPECT_EQ(request.fileName, QStringLiteral("bend01"));
-    EXPECT_EQ(request.directory, QDir::rootPath());
+    EXPECT_EQ(request.directory, QStringLiteral("/"));
     EXPECT_EQ(request.defaultExtension, QStringLiteral("paf"));
 
     folder.Write(QStringLiteral("Kopie ü.paf"), "kept");

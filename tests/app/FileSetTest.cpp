@@ -244,10 +244,11 @@ TEST_F(FileSet, FindsFilesWithoutRegardToCase) {
     EXPECT_EQ(Open("äRGER08.paf").GetFullPath(), Path("Ärger08.PAF"));
 }
 
-TEST_F(FileSet, PrefersTheLowerCaseFileAndCountsTheNameOnce) {
+TEST_F(FileSet, PrefersTheChosenThenTheLowerCaseFileAndCountsTheNameOnce) {
     Create({"RUN05.PAF", "run05.paf", "run06.paf"});
     CFileSetDescriptor set = Open("RUN05.PAF");
-    EXPECT_EQ(set.GetFullPath(), Path("run05.paf"));
+    EXPECT_EQ(set.GetFullPath(), Path("RUN05.PAF"));
+    EXPECT_EQ(Open("Run05.paf").GetFullPath(), Path("run05.paf"));
     EXPECT_EQ(set.GetCount(), 2);
     EXPECT_EQ(set.StepToNext(), 6u);
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDialog>
 #include <QScrollBar>
 
 namespace {
@@ -98,19 +99,29 @@ TEST(Mouse, DoubleClickLeavesAGroupAsItWas) {
     EXPECT_TRUE(window.IsExpanded("Position"));
 }
 
-TEST(Mouse, OnUnderlineAndValueCellDoesNothing) {
+TEST(Mouse, OnAValueCellDoesNothing) {
     Started window;
     const QImage before = window.Screen();
-    for (const QString& name : {kGroupUnderlineRect, kValueRect}) {
-        const SCREENRECT rect = *window.Graph().GetCanvas().FindScreenRect(name);
-        QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier, QPoint(rect.left + 190, rect.top));
-        QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier,
-                          QPoint(rect.left + 1, rect.top + 1));
-        window.Settle();
-    }
-    // The underline lies inside the name's rectangle, which is hit first and toggles twice here.
-    EXPECT_EQ(window.Screen().size(), before.size());
-    EXPECT_TRUE(window.IsExpanded("Position"));
+    const int cursor = window.Cursor();
+    const SCREENRECT cell = *window.Graph().GetCanvas().FindScreenRect(kValueRect);
+    QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier, QPoint(cell.left + 5, cell.top + 5));
+    EXPECT_EQ(window.Cursor(), cursor);
+    EXPECT_EQ(window.Screen(), before);
+}
+
+TEST(Mouse, TimerStopsWhenABoxTakesTheReleaseAway) {
+    Started window;
+    window.Press({100, 40});
+    QDialog box(&window.Frame());
+    box.setModal(true);
+    box.show();
+    window.Settle();
+    box.close();
+    window.Frame().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window.Frame()));
+    window.Key(Qt::Key_Right);
+    ASSERT_EQ(window.Cursor(), window.SampleAt(100) + 1);
+    EXPECT_FALSE(QTest::qWaitFor([&] { return window.Cursor() == window.SampleAt(100); }, 250));
 }
 
 TEST(MouseOnScrollBar, ScrollsAndIsDisabledWhenNothingCan) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "MainFrm.h"
-#include "QtPrinters.h"
 #include "ShellUi.h"
 #include "TracelynApp.h"
 

@@ -1,6 +1,9 @@
 #include "Canvas.h"
+#include "PixelPainter.h"
 
 #include <gtest/gtest.h>
+
+#include <QImage>
 
 #include <cmath>
 #include <limits>
@@ -97,4 +100,31 @@ TEST(ScreenRects, AreHitInOrderWithInclusiveBounds) {
     EXPECT_EQ(values.size(), 2U);
     canvas.ClearScreenRects();
     EXPECT_EQ(canvas.FindScreenRect(kValueRect), nullptr);
+}
+
+TEST(Primitives, TakeWorldCoordinatesAndSkipWhatIsNoNumber) {
+    QImage image(40, 40, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    CPixelPainter pixels(painter, painter.font());
+    pixels.SetClip(QRect(0, 0, 40, 40));
+    pixels.SetPen(Qt::red);
+    pixels.SetBrush(Qt::blue);
+    CCanvas canvas;
+    canvas.BeginDraw(pixels, {0, 0, 40, 40});
+    canvas.SetMapping({0, 0, 40, 40}, {0, 0, 20, 20});
+    canvas.SetPixel(2, 3);
+    canvas.SetPixel(NAN, 3);
+    canvas.Triangle(5, 5, 15, 5, 5, 15);
+    canvas.Triangle(0, 0, 20, NAN, 20, 20);
+    canvas.Rectangle(19, 19, 16, 16);
+    canvas.Rectangle(0, 0, NAN, 5);
+    pixels.Flush();
+    EXPECT_EQ(image.pixelColor(4, 6), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(5, 6), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(12, 12), QColor(Qt::blue));
+    EXPECT_EQ(image.pixelColor(28, 28), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(32, 32), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(35, 35), QColor(Qt::blue));
+    EXPECT_EQ(image.pixelColor(38, 37), QColor(Qt::black)) << "right and bottom edges are exclusive";
 }

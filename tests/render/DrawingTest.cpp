@@ -125,31 +125,43 @@ TEST(Curve, CostsAtMostTwoLinesAPixelHoweverManySamples) {
     EXPECT_TRUE(HasColor(window, kGreen));
 }
 
-TEST(Curve, OfValuesFarOutsideOrNoNumbersStaysHarmless) {
+TEST(Curve, OfValuesFarOutsideOrNoNumbersDrawsWhatIsSeen) {
     const float huge = std::numeric_limits<float>::max();
-    const std::vector<std::pair<const char*, std::function<double(int)>>> cases{
-        {"spikes", [=](int i) { return i == 150   ? huge
-                                       : i == 250 ? -huge
-                                                  : 0.0; }},
-        {"infinities", [](int i) { return i % 2 == 0 ? INFINITY : -INFINITY; }},
-        {"no numbers", [](int) { return NAN; }},
-        {"some numbers", [](int i) { return i < 100 ? NAN : 5.0 + i; }},
-        {"beyond float steps", [](int) { return 1e30; }},
+    struct Case {
+        const char* what;
+        std::function<double(int)> value;
+        // Columns where the curve must and must not be seen.
+        int seenAt, unseenAt;
     };
-    for (const auto& [what, value] : cases) {
+    for (const auto& [what, value, seenAt, unseenAt] :
+         {Case{"spikes", [=](int i) { return i == 150   ? huge
+                                             : i == 250 ? -huge
+                                                        : 0.0; }, 100, -1},
+          Case{"infinities", [](int i) { return i % 2 == 0 ? INFINITY : -INFINITY; }, -1, -1},
+          Case{"no numbers", [](int) { return NAN; }, -1, 100},
+          Case{"some numbers", [](int i) { return i > 200 ? NAN : 5.0 + i; }, 100, 300},
+          Case{"beyond float steps", [](int) { return 1e30; }, 100, -1}}) {
         for (const bool separate : {false, true}) {
             OneBand data;
             data.group.m_bSeparateSets = separate;
-            data.AddSignal(data.group, 401, value);
             auto& out = data.AddSignal(
                 data.group, 401, [=](int) { return -huge; }, 0x0000FF);
             out.SetIgnoredForVerticalAutoScaling(true);
+            data.AddSignal(data.group, 401, value);
             RecordingWindow window(data.graph, kSize);
             data.Paint(window);
-            EXPECT_NE(window.At(10, 199), QColor(Qt::magenta)) << what;
+            if (seenAt >= 0) {
+                EXPECT_FALSE(RowsOf(window, seenAt, kGreen, 0, 200).empty()) << what << separate;
+            }
+            if (unseenAt >= 0) {
+                EXPECT_TRUE(RowsOf(window, unseenAt, kGreen, 0, 200).empty()) << what << separate;
+            }
         }
     }
-    // A steep line that leaves the plot is drawn where it is seen.
+}
+
+TEST(Curve, ThatLeavesThePlotSteeplyIsDrawnWhereItIsSeen) {
+    const float huge = std::numeric_limits<float>::max();
     OneBand data;
     data.AddSignal(
         data.group, 401, [](int) { return 0.0; }, 0xFF0000);
@@ -234,4 +246,12 @@ TEST(CursorLines, AreDrawnLastButNotOverTheConsole) {
     window.PaintAll();
     EXPECT_EQ(window.At(590, 150), QColor(64, 64, 128));
     EXPECT_NE(window.At(590, 12), QColor(64, 64, 128));
+}
+
+TEST(SharedPlot, WithoutAScaledSetShowsItsLinesInTheMiddle) {
+    OneBand data;
+    data.AddSignal(data.group, 401, [](int i) { return i; }).SetIgnoredForVerticalAutoScaling(true);
+    RecordingWindow window(data.graph, kSize);
+    data.Paint(window);
+    EXPECT_EQ(RowsOf(window, 100, kGreen, 0, 200), std::vector{(kPlotTop + kPlotBottom) / 2});
 }

@@ -19,6 +19,9 @@ struct Busy : GraphWithData {
             curves, count, [](int i) { return (i * 7919) % 100; }, 0x0000FF, QStringLiteral("Noise"));
         AddSignal(
             curves, count, [](int i) { return i % 50 < 25 ? 10.0 : 80.0; }, 0xFF0000, QStringLiteral("Step"));
+        // Wider than its column at every other sample.
+        const auto wide = [](int i) { return i % 2 == 0 ? 5.0 : 123456789.0; };
+        AddSignal(curves, count, wide, 0xFFFF00, QStringLiteral("Wide")).SetDisplayType(DisplayType::Console);
         CGraphDataGroup& lanes = AddGroup(QStringLiteral("Lanes"));
         lanes.m_bSeparateSets = true;
         AddBit(
@@ -80,6 +83,11 @@ TEST(PartialRepaint, AfterAFileWasOpenedDrawsTheContentsOnceInTheValueCells) {
     SetFileJustOpened(true);
     data.graph.SetCursorPosition(window, 900);
     EXPECT_FALSE(TakeFileJustOpened());
+    const int withContents = data.graph.GetCanvas().GetLineCount();
+    data.graph.SetCursorPosition(window, 901);
+    const int headersAndCursor = 3 * (1 + 3) + 1 + 1 + 1;
+    EXPECT_EQ(data.graph.GetCanvas().GetLineCount(), headersAndCursor);
+    EXPECT_GT(withContents, headersAndCursor);
     ExpectSameAsFull(data.graph, window, {640, 300}, 1.0, "with contents");
 }
 

@@ -1,0 +1,103 @@
+#include "NativeShellUi.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+namespace {
+
+// Calls `act` once with the modal window that opens next.
+class WhenModal {
+public:
+    explicit WhenModal(const std::function<void(QWidget&)>& act) {
+        QObject::connect(&m_Poll, &QTimer::timeout, [this, act] {
+            if (QWidget* const window = QApplication::activeModalWidget()) {
+                m_Poll.stop();
+                act(*window);
+            }
+        });
+        m_Poll.start(10);
+    }
+
+private:
+    QTimer m_Poll;
+};
+
+} // namespace
+
+TEST(SaveDialog, CompletesTheNameByTheChosenType) {
+    struct Case {
+        const char* offered;
+        int typeSteps;
+        const char* result;
+    };
+    const QTemporaryDir folder;
+    for (const auto& [offered, typeSteps, result] : {Case{"bend01", 0, "bend01.paf"},
+                                                     {"bend01", 1, "bend01.csv"},
+                                                     {"bend01", 2, "bend01.paf"},
+                                                     {"run.v2-05", 0, "run.v2-05.paf"},
+                                                     {"copy.xml", 0, "copy.xml"},
+                                                     {"table.csv", 0, "table.csv"}}) {
+        const WhenModal answer([steps = typeSteps](QWidget& dialog) {
+            for (int i = 0; i < steps; ++i)
+                QTest::keyClick(dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo")), Qt::Key_Down);
+            QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
+        });
+        CNativeShellUi ui;
+        const auto path =
+            ui.AskSaveFile({.title = QStringLiteral("Save..."),
+                            .filter = QStringLiteral("paf Files (*.paf);;csv Files (*.csv);;All Files (*)"),
+                            .defaultExtension = QStringLiteral("paf"),
+                            .fileName = QString::fromLatin1(offered),
+                            .directory = folder.path()});
+        ASSERT_TRUE(path.has_value()) << offered;
+        EXPECT_EQ(path->toStdString(),
+                  QDir::toNativeSeparators(folder.filePath(QString::fromLatin1(result))).toStdString());
+    }
+}
+
+TEST(SaveDialog, AsksNothingAboutAnExistingFileAndCancelsToNothing) {
+    const QTemporaryDir folder;
+    QFile existing(folder.filePath(QStringLiteral("there.paf")));
+    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
+    const FileRequest request{.title = {},
+                              .filter = QStringLiteral("paf Files (*.paf)"),
+                              .defaultExtension = QStringLiteral("paf"),
+                              .fileName = QStringLiteral("there"),
+                              .directory = existing.fileName()};
+    CNativeShellUi ui;
+    {
+        const WhenModal accept([](QWidget& dialog) {
+            QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
+        });
+        EXPECT_TRUE(ui.AskSaveFile(request).has_value());
+    }
+    const WhenModal cancel([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_FALSE(ui.AskSaveFile(request).has_value());
+}
+
+TEST(MessageBox, ShowsItsTextAsItStands) {
+    const QString text = QStringLiteral("Xml Parse error: <b>&amp;</b> (1): no (Error)");
+    QString caption;
+    const WhenModal answer([&](QWidget& window) {
+        const auto& box = dynamic_cast<QMessageBox&>(window);
+        caption = box.windowTitle();
+        EXPECT_EQ(box.text(), text);
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        EXPECT_EQ(box.icon(), QMessageBox::Critical);
+        QTest::keyClick(&window, Qt::Key_Return);
+    });
+    CNativeShellUi ui;
+    ui.ShowMessage(MessageIcon::Stop, QStringLiteral("ERROR"), text);
+    EXPECT_EQ(caption, QStringLiteral("ERROR"));
+}
