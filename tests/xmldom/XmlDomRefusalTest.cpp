@@ -84,3 +84,31 @@ TEST(XmlDomRefusal, SurvivesDeepNesting) {
     QString error;
     EXPECT_TRUE(document.Load(file.Path(), error)) << error.toStdString();
 }
+
+TEST(XmlDomRefusal, CountsAttributesAndTheirDefaults) {
+    const auto attributes = [](int count) {
+        QByteArray document = "<r";
+        for (int i = 0; i < count; ++i)
+            document += " a" + QByteArray::number(i) + "=''";
+        return document + "/>";
+    };
+    const auto defaults = [](int count) {
+        QByteArray document = "<!DOCTYPE r [<!ATTLIST r";
+        for (int i = 0; i < count; ++i)
+            document += " a" + QByteArray::number(i) + " CDATA ''";
+        return document + ">]><r/>";
+    };
+    CXmlDomDocument document;
+    QString error;
+    EXPECT_TRUE(document.LoadXmlBytes(attributes(1024).toStdString(), error)) << error.toStdString();
+    EXPECT_TRUE(document.LoadXmlBytes(defaults(256).toStdString(), error)) << error.toStdString();
+    EXPECT_EQ(ErrorOf(attributes(1025)), " (1): Too many attributes (Error)\n");
+    EXPECT_EQ(ErrorOf(defaults(257)), " (1): Too many attribute defaults (Error)\n");
+}
+
+TEST(XmlDomRefusal, GivesTheDecodersReasonForBadBytesAndPrintsNothing) {
+    testing::internal::CaptureStderr();
+    const QString error = ErrorOf("<?xml version='1.0' encoding='Shift_JIS'?>\n<r>\xff\xfe\xff</r>");
+    EXPECT_TRUE(error.contains("input conversion failed")) << error.toStdString();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
