@@ -38,5 +38,5 @@ build() {
         cmake --preset "$preset" >/dev/null
     fi
     say "building ($preset)"
-    cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet
+    cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet | { grep -v "^ninja: no work to do" || true; }
 }

@@ -89,7 +89,9 @@ void RefuseManyDefaults(void* context, const xmlChar* element, const xmlChar* na
 }
 
 void KeepFirstFatalError(void* context, xmlErrorPtr error) {
-    if (context == nullptr || error->level != XML_ERR_FATAL)
+    // Running out of memory ends the document too, though it does not always count as fatal.
+    const bool isFatal = error->level == XML_ERR_FATAL || error->code == XML_ERR_NO_MEMORY;
+    if (context == nullptr || !isFatal)
         return;
     StateOf(context).Fail(error->line, error->message == nullptr ? "" : error->message);
 }
