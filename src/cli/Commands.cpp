@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -101,17 +102,19 @@ ExitCode RunCsv(const Options& options) {
 }
 
 ExitCode RunPack(const Options& options) {
+    const QFileInfo input(options.input);
+    if (!input.isFile() || !input.isReadable())
+        return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
     const QTemporaryDir folder;
     const QString base = folder.path() + QDir::separator();
     const QString entry = Tracelyn::AnalysisEntryName();
-    if (!folder.isValid() || !QFileInfo(options.input).isFile() || !QFile::copy(options.input, base + entry))
-        return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
     const QString archive = base + QStringLiteral("archive.paf");
     Tracelyn::CZip zip(archive);
     zip.SetBaseFolder(base);
     zip.AddFile(QString(), entry, false, true);
-    return zip.Pack() ? CopyToOutput(archive, options.output)
-                      : Fail(QStringLiteral("Problem packing analysis file"));
+    if (!folder.isValid() || !QFile::copy(options.input, base + entry) || !zip.Pack())
+        return Fail(QStringLiteral("Problem packing analysis file"));
+    return CopyToOutput(archive, options.output);
 }
 
 ExitCode RunExpand(const Options& options) {

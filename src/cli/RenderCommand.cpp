@@ -3,6 +3,7 @@
 #include "OffscreenWindow.h"
 #include "OutputFile.h"
 
+#include <QBuffer>
 #include <QImage>
 
 namespace {
@@ -31,6 +32,14 @@ void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
         graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
 }
 
+// Made in memory, for the encoder prints a line of its own when it cannot write.
+QByteArray Png(const QImage& image) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return buffer.data();
+}
+
 } // namespace
 
 ExitCode RunRender(const Options& options) {
@@ -57,8 +66,9 @@ ExitCode RunRender(const Options& options) {
         return WrongUsage(error);
     MoveTo(graph, window, options);
 
+    const QByteArray png = Png(window.Paint(graph));
     OutputFile output(options.output);
-    if (!output.IsOpen() || !window.Paint(graph).save(&output.Device(), "PNG") || !output.Commit()) {
+    if (!output.IsOpen() || output.Device().write(png) != png.size() || !output.Commit()) {
         PrintError(QStringLiteral("Cannot write %1: %2").arg(options.output, output.ErrorText()));
         return ExitCode::Failed;
     }

@@ -89,11 +89,13 @@ void RefuseManyDefaults(void* context, const xmlChar* element, const xmlChar* na
 }
 
 void KeepFirstFatalError(void* context, xmlErrorPtr error) {
-    // Running out of memory ends the document too, though it does not always count as fatal.
-    const bool isFatal = error->level == XML_ERR_FATAL || error->code == XML_ERR_NO_MEMORY;
-    if (context == nullptr || !isFatal)
+    if (context == nullptr)
         return;
-    StateOf(context).Fail(error->line, error->message == nullptr ? "" : error->message);
+    // The library's own words for this are the name of one of its functions.
+    if (error->code == XML_ERR_NO_MEMORY)
+        StateOf(context).Fail(error->line, "Out of memory");
+    else if (error->level == XML_ERR_FATAL)
+        StateOf(context).Fail(error->line, error->message == nullptr ? "" : error->message);
 }
 
 // Errors of the library's decoders know no context; the library would print them.
