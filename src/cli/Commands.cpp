@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>

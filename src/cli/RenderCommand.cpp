@@ -68,7 +68,7 @@ ExitCode RunRender(const Options& options) {
 
     const QByteArray png = Png(window.Paint(graph));
     OutputFile output(options.output);
-    if (!output.IsOpen() || output.Device().write(png) != png.size() || !output.Commit()) {
+    if (png.isEmpty() || !output.IsOpen() || output.Device().write(png) != png.size() || !output.Commit()) {
         PrintError(QStringLiteral("Cannot write %1: %2").arg(options.output, output.ErrorText()));
         return ExitCode::Failed;
     }

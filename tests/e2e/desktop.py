@@ -1,0 +1,120 @@
+"""An X display of its own: synthetic keys and mouse, window titles, and screenshots read from its frame buffer."""
+import ctypes
+import mmap
+import os
+import signal
+import struct
+import subprocess
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+SCREEN = (1400, 900)
+
+
+def wait_for(condition, seconds=30.0):
+    """Polls until `condition()` is true and returns what it gave, after the deadline what it gave last."""
+    end = time.monotonic() + seconds
+    while not (value := condition()) and time.monotonic() < end:
+        time.sleep(0.03)
+    return value
+
+
+@dataclass(frozen=True)
+class Picture:
+    width: int
+    height: int
+    rgb: bytes
+
+    @classmethod
+    def load(cls, path):
+        ppm = subprocess.run(["convert", str(path), "-depth", "8", "ppm:-"], check=True, capture_output=True).stdout
+        width, height = map(int, ppm.split(maxsplit=3)[1:3])
+        return cls(width, height, ppm[-3 * width * height:])
+
+    def save(self, path):
+        size = f"{self.width}x{self.height}"
+        subprocess.run(["convert", "-size", size, "-depth", "8", "rgb:-", str(path)], input=self.rgb, check=True)
+
+    def pixel(self, x, y):
+        return self.rgb[3 * (y * self.width + x):][:3]
+
+    def row(self, y):
+        return self.rgb[3 * y * self.width:3 * (y + 1) * self.width]
+
+    def column(self, x):
+        return [self.pixel(x, y) for y in range(self.height)]
+
+
+class ClientMessage(ctypes.Structure):
+    """Xlib's XClientMessageEvent, filled up to the size of an XEvent."""
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("filler", ctypes.c_long * 12)]
+
+
+class Desktop:
+    """Runs Xvfb while it is entered. There is no window manager, so every window is given the focus by hand."""
+
+    def __init__(self, folder: Path):
+        self._folder = folder
+
+    def __enter__(self):
+        read_end, write_end = os.pipe()
+        self._server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "{}x{}x24".format(*SCREEN), "-noreset",
+             "-fbdir", str(self._folder), "-nocursor", "-nolisten", "tcp"], pass_fds=[write_end],
+            stderr=subprocess.DEVNULL,
+            # It ends with this process, however that ends: 1 is PR_SET_PDEATHSIG.
+            preexec_fn=lambda: ctypes.CDLL(None).prctl(1, signal.SIGTERM))
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            self.name = f":{int(pipe.readline())}"
+        self._environment = os.environ | {"DISPLAY": self.name}
+        with open(self._folder / "Xvfb_screen0", "rb") as file:
+            self._buffer = mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ)
+        # An X window dump: its header tells its own size, the bytes of a row and the number of colours, which follow.
+        header = struct.unpack_from(">25I", self._buffer)
+        self._stride, self._pixels = header[12], header[0] + 12 * header[19]
+        return self
+
+    def __exit__(self, *_):
+        self._server.terminate()
+        self._server.wait()
+
+    def screenshot(self, x=0, y=0, width=SCREEN[0], height=SCREEN[1]):
+        first = self._pixels + y * self._stride + 4 * x
+        starts = range(first, first + height * self._stride, self._stride)
+        bgrx = b"".join(self._buffer[start:start + 4 * width] for start in starts)
+        rgb = bytearray(3 * width * height)
+        rgb[0::3], rgb[1::3], rgb[2::3] = bgrx[2::4], bgrx[1::4], bgrx[0::4]
+        return Picture(width, height, bytes(rgb))
+
+    def input(self, *arguments):
+        """What xdotool prints for the arguments: nothing when a window has just gone."""
+        return subprocess.run(["xdotool", *map(str, arguments)], env=self._environment, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False).stdout
+
+    def windows(self):
+        """The visible windows: {title: window}."""
+        visible = self.input("search", "--onlyvisible", "--name", ".").split()
+        return {self.input("getwindowname", window).rstrip("\n"): window for window in visible}
+
+    def size(self, window):
+        values = dict(line.split("=") for line in self.input("getwindowgeometry", "--shell", window).split())
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
+    def focus(self, window):
+        self.input("windowfocus", window)
+        return wait_for(lambda: self.input("getwindowfocus", "-f").strip() == window)
+
+    def ask_to_close(self, window):
+        """What a window manager sends when the close box is clicked; xdotool can only destroy a window."""
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype, x11.XInternAtom.restype = ctypes.c_void_p, ctypes.c_ulong
+        display = ctypes.c_void_p(x11.XOpenDisplay(self.name.encode()))
+        message = ClientMessage(type=33, window=int(window), format=32,
+                                message_type=x11.XInternAtom(display, b"WM_PROTOCOLS", False))
+        message.data[0] = x11.XInternAtom(display, b"WM_DELETE_WINDOW", False)
+        x11.XSendEvent(display, ctypes.c_ulong(int(window)), False, ctypes.c_long(0), ctypes.byref(message))
+        x11.XCloseDisplay(display)

@@ -1,0 +1,379 @@
+#!/usr/bin/env python3
+"""Drives the viewer in a real window with keys and mouse, and compares what it shows with tracelyn-cli's pictures.
+
+    run_window.py TRACELYN TRACELYN_CLI [SCENARIO]...
+"""
+import itertools
+import shutil
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+from desktop import SCREEN, Desktop
+from viewer import Checks, Failed, Tool, Viewer
+
+SAMPLES = Path(__file__).resolve().parents[2] / "samples"
+HEADER_BOX = bytes((0, 128, 0))
+# The view's timer moves the cursor this many seconds after the button went down, whatever else is held.
+MOUSE_REPEAT = 0.1
+
+
+class Bench:
+    """What the scenarios share: programs, display, copies of the samples in a folder with an awkward name."""
+
+    def __init__(self, binary, tool, folder: Path, desktop):
+        self.binary, self.folder, self.desktop = binary, folder, desktop
+        self.tool = Tool(tool, folder)
+        self.checks = Checks(desktop, Path(tempfile.gettempdir()) / time.strftime("tracelyn-e2e-%Y%m%d-%H%M%S"))
+        self.viewer = self.margins = None
+        self._numbers = itertools.count()
+        self.samples = self.new_folder("Prüf stücke")
+        for file in SAMPLES.glob("bend0*.paf"):
+            shutil.copy(file, self.samples)
+
+    def new_folder(self, name):
+        folder = self.folder / f"{name} {next(self._numbers)}"
+        folder.mkdir()
+        return folder
+
+    def sample(self, number):
+        return self.samples / f"bend{number:02}.paf"
+
+    def name(self, number):
+        return self.tool.info(self.sample(number))["name"]
+
+    def last_index(self, number):
+        return self.tool.info(self.sample(number))["samples"] - 1
+
+    def start(self, *arguments, scale=None):
+        """One viewer at a time: the one before it is killed."""
+        self.stop()
+        self.viewer = Viewer(self, *arguments, scale=scale)
+        return self.viewer
+
+    def stop(self):
+        if self.viewer:
+            self.viewer.kill()
+            self.viewer = None
+
+    def open_sample(self, number, code=None, scale=None):
+        viewer = self.start(*filter(None, [code, self.sample(number)]), scale=scale)
+        viewer.find_main(f"{self.name(number)}- bend {number:02}")
+        if not scale:
+            viewer.shows(f"bend {number:02} as the tool draws it", file=self.sample(number), code=code)
+        return viewer
+
+    def measure_margins(self, scale=None):
+        """How far the view is from the window's edges, seen in an empty window."""
+        viewer = self.start(scale=scale)
+        viewer.find_main("Tracelyn viewer")
+        left, top, right, bottom = self.checks.expect("an empty view", lambda: one_colour_area(viewer.window()))
+        self.margins = left, top, viewer.size[0] - right, viewer.size[1] - bottom
+        return viewer
+
+
+def one_colour_area(picture):
+    """The edges of the area around the middle that has one colour, if it fills most of the picture but not all."""
+    def around(line):
+        middle = len(line) // 2
+        before = next((i for i in range(middle, -1, -1) if line[i] != line[middle]), -1)
+        return before + 1, next((i for i in range(middle, len(line)) if line[i] != line[middle]), len(line))
+
+    top, bottom = around(picture.column(picture.width // 2))
+    left, right = around([picture.pixel(x, picture.height // 2) for x in range(picture.width)])
+    fills_most = 1.5 * (right - left) * (bottom - top) > picture.width * picture.height
+    return (left, top, right, bottom) if top > 0 and fills_most else None
+
+
+def header_rows(picture):
+    """The tops of the bands, which begin with a box of 9 rows from their second row on."""
+    column = [pixel == HEADER_BOX for pixel in picture.column(1)]
+    return [y - 1 for y in range(1, len(column) - 9) if all(column[y:y + 9]) and not column[y - 1]]
+
+
+def toolbar_buttons(viewer):
+    """The middle of each button, in coordinates of the view: runs of columns that differ from the bare bar."""
+    left, top = viewer.view_area()[:2]
+    strip = viewer.desktop.screenshot(0, top - 24, viewer.size[0], 18)
+    bare = strip.column(strip.width - 5)
+    used = [strip.column(x) != bare for x in range(strip.width)]
+    buttons, x = [], 0
+    for filled, run in itertools.groupby(used):
+        width = len(list(run))
+        if filled and width > 8:
+            buttons.append((x + width // 2 - left, -15))
+        x += width
+    return buttons
+
+
+def settled(viewer):
+    """The window's picture after it has been painted and has not changed for a while."""
+    picture = None
+    while (now := viewer.window()) != picture or not any(now.rgb):
+        picture = now
+        time.sleep(1)
+    return picture
+
+
+# Each scenario starts its own viewer. The first one measures where the view is.
+
+def empty_window(bench):
+    viewer = bench.measure_margins()
+    viewer.menu("f", "x")
+    viewer.expect_exit("File > Exit")
+
+
+def keys(bench):
+    viewer = bench.open_sample(1)
+    middle = bench.last_index(1) // 2
+    for key, option, value in (
+            ("Right", "cursor", middle + 1), ("Left", "cursor", middle), ("shift+Right", "cursor", middle + 10),
+            ("Page_Down", "cursor", middle + 20), ("shift+Left", "cursor", middle + 10), ("End", "cursor", middle),
+            ("Tab", "console", "left"), ("Page_Up", "console", "right"),
+            ("Up", "zoom", 1.25), ("Up", "zoom", 1.5625), ("Down", "zoom", 1.25), ("Home", "zoom", None)):
+        viewer.keys(key)
+        viewer.shows(f"{key}: {option} {value}", **{option: value})
+    viewer.keys(*["Up"] * 20)
+    viewer.shows("Up stops at 40", zoom=40)
+    viewer.keys("Right", "Right", "shift+Right", "Left", "Left", "shift+Left")
+    viewer.shows("cursor steps in a zoomed view leave no traces")
+    viewer.keys("Home", "Return")
+    viewer.shows("Enter places the fixed cursor", zoom=None, fixed=middle)
+    viewer.keys("Right", "Right")
+    viewer.shows("values are relative to it", cursor=middle + 2)
+    viewer.keys("KP_Enter")
+    viewer.shows("the keypad's Enter removes it", fixed=None)
+    viewer.menu("a", "Up", "Return")
+    viewer.shows("Action > Toggle fixed cursor", fixed=middle + 2)
+    viewer.keys("ctrl+c", "ctrl+x", "ctrl+v", "ctrl+z", "F6", "shift+F6", "Right")
+    viewer.shows("the keys of editing and panes do nothing", cursor=middle + 3)
+
+
+def groups(bench):
+    viewer = bench.open_sample(1)
+    names = bench.tool.groups(bench.sample(1))
+    for toggled in (names[:1], []):
+        viewer.keys("space")
+        viewer.shows(f"Space toggles the selected group: {toggled}", toggle=toggled)
+    # "1" twice changes only the selection, back to what the tool's pictures show.
+    for digit, name in enumerate(names, 1):
+        for toggled in ([name], []):
+            viewer.keys(str(digit), "1", "1")
+            viewer.shows(f"{digit}: {toggled}", toggle=toggled)
+    viewer.keys("9", "space", "1", "1")
+    viewer.shows("9 without a ninth group selects none")
+    expected, headers = viewer.expected(), header_rows(viewer.view())
+    bench.checks.check("as many headers as groups", len(headers) == len(names))
+
+    def differ_in(rows):
+        view = viewer.view()
+        return [y for y in range(view.height) if view.row(y) != expected.row(y)] == rows
+
+    viewer.keys("0")
+    bench.checks.expect("0 removes the underline", lambda: differ_in([headers[0] + 10]), expected)
+    viewer.keys("1", "1", "shift+Page_Down")
+    bench.checks.expect("Shift+Page Down moves it", lambda: differ_in([y + 10 for y in headers[:2]]), expected)
+    viewer.keys("space", "shift+Page_Up")
+    viewer.shows("Space toggles there, Shift+Page Up goes back", toggle=names[1:2])
+
+
+def mouse(bench):
+    viewer = bench.open_sample(1)
+    left, top, width, _ = viewer.view_area()
+    names = bench.tool.groups(bench.sample(1))
+
+    def sample_at(x):
+        return int(x / width * bench.last_index(1) + 0.5)
+
+    viewer.mouse(500, 100, "click", 1)
+    viewer.shows("a click moves the cursor", cursor=sample_at(500))
+    viewer.mouse(550, 100, "mousedown", 1)
+    viewer.shows("the press is enough", cursor=sample_at(550))
+    for x in (620, 580):
+        viewer.mouse(x, 130)
+        viewer.shows("the cursor follows a drag", cursor=sample_at(x))
+    viewer.mouse(580, 130, "mouseup", 1, "mousemove", 800, 300)
+    for _ in range(10):
+        before = time.monotonic()
+        viewer.mouse(520, 100, "keydown", "shift", "mousedown", 1, "mousemove", left + 640, top + 100, "mouseup", 1,
+                     "keyup", "shift")
+        if time.monotonic() - before < MOUSE_REPEAT:
+            viewer.keys("Right")
+            viewer.shows("a drag with Shift does not move it", cursor=sample_at(580) + 1)
+            break
+        viewer.mouse(580, 100, "click", 1)
+    else:
+        print("skip  a drag with Shift: the machine is too slow for one")
+    viewer.mouse(520, 100, "click", 2, "click", 3)
+    viewer.keys("Left")
+    viewer.shows("the other buttons do not either", cursor=viewer.state["cursor"] - 1)
+    viewer.mouse(640, 100, "keydown", "shift", "mousedown", 1)
+    viewer.shows("a button that is held does", cursor=sample_at(640))
+    viewer.mouse(640, 100, "mouseup", 1, "keyup", "shift")
+    viewer.mouse(width - 20, 600, "click", 1)
+    viewer.shows("a click near the console moves it away", cursor=sample_at(width - 20), console="left")
+    viewer.mouse(300, 600, "click", 1)
+    viewer.shows("and back", cursor=sample_at(300), console="right")
+    for index, toggled in ((1, names[1:2]), (1, []), (4, names[4:5]), (4, [])):
+        viewer.mouse(60, header_rows(viewer.view())[index] + 6, "click", 1)
+        viewer.shows(f"a click on a header: {toggled}", toggle=toggled)
+        # The next click must not be taken for the second one of a pair.
+        time.sleep(0.5)
+    viewer.mouse(60, 6, "click", "--repeat", 2, "--delay", 60, 1)
+    viewer.keys("Right")
+    viewer.shows("a double click leaves the group as it was", cursor=sample_at(300) + 1)
+
+
+def scroll_bar(bench):
+    viewer = bench.open_sample(1)
+    _, top, width, height = viewer.view_area()
+    bar = height + 8
+    viewer.keys(*["Up"] * 5)
+    viewer.shows("zoomed", zoom=1.25 ** 5)
+    viewer.mouse(width // 2, bar, "mousedown", 1, "mousemove", 10, top + bar, "mouseup", 1)
+    viewer.shows("dragging the thumb to the left end", scroll=1)
+    before = viewer.view()
+    viewer.mouse(width - 40, bar, "click", 1)
+    bench.checks.expect("a click behind the thumb pages right", lambda: viewer.view() != before)
+    viewer.mouse(40, bar, "click", 1)
+    viewer.shows("a click before it pages back")
+    viewer.mouse(width - 5, bar, "click", "--repeat", 25, "--delay", 30, 1)
+    viewer.shows("the arrow moves on to the end", scroll=bench.last_index(1))
+
+
+def toolbar(bench):
+    viewer = bench.open_sample(1)
+    buttons = toolbar_buttons(viewer)
+    bench.checks.expect("seven buttons", lambda: len(buttons) == 7)
+    open_file, previous, following, fixed, zoom_in, zoom_out, zoom_reset = buttons
+    for what, button, option, value in (
+            ("zoom in", zoom_in, "zoom", 1.25), ("zoom in again", zoom_in, "zoom", 1.5625),
+            ("zoom out", zoom_out, "zoom", 1.25), ("show entire graph", zoom_reset, "zoom", None),
+            ("fixed cursor", fixed, "fixed", bench.last_index(1) // 2), ("none again", fixed, "fixed", None),
+            ("next file", following, "file", bench.sample(2)), ("previous file", previous, "file", bench.sample(1))):
+        viewer.mouse(*button, "click", 1)
+        viewer.shows(f"button: {what}", **{option: value})
+    target = bench.new_folder("open") / "other name.paf"
+    shutil.copy(bench.sample(3), target)
+    viewer.mouse(*open_file, "click", 1)
+    viewer.answer("Open", "Return", text=target)
+    viewer.find(f"{bench.name(3)}- other name (new)")
+    viewer.shows("the opened file", file=target)
+    viewer.keys("Right")
+    viewer.shows("the first step after Open", cursor=bench.last_index(3) // 2 + 1)
+
+
+def file_set(bench):
+    viewer = bench.open_sample(1)
+    for opening, closing in (("F1", "Escape"), ("F1", "Return")):
+        viewer.keys(opening)
+        viewer.answer("About Tracelyn", closing)
+    viewer.keys("Return")
+    viewer.shows("fixed cursor, which stays from file to file", fixed=bench.last_index(1) // 2)
+    for key, number in (("F3", 2), ("F3", 3), ("F3", 4), ("F3", 5), ("F3", 6), ("F2", 5)):
+        viewer.keys(key)
+        viewer.find(f"{bench.name(number)}- bend {number:02}")
+        viewer.shows(f"{key} opens bend {number:02}", file=bench.sample(number))
+    viewer.menu("v", "c")
+    viewer.shows("View > Change background color", scheme="light")
+    viewer.keys("Left")
+    viewer.shows("a cursor step on it", cursor=bench.last_index(5) // 2 - 1)
+    viewer.menu("f", "c")
+    viewer.find(bench.name(5), "File > Close leaves the title alone")
+
+
+def saving(bench):
+    viewer = bench.open_sample(2)
+    folder = bench.new_folder("copies")
+    copy = folder / "a copy.paf"
+    for content in (bench.sample(2).read_bytes(), b"mine"):
+        viewer.menu("f", "s")
+        viewer.answer("Save...", "Return", text=copy)
+        viewer.answer("Tracelyn", "Return")
+        bench.checks.check(f"a copy of {len(content)} bytes", copy.read_bytes() == content)
+        # What is there before the next round must be there after it.
+        copy.write_bytes(b"mine")
+    for key, dialog in (("s", "Save..."), ("a", "Save As")):
+        table = folder / f"by {key}.csv"
+        viewer.menu("f", key)
+        viewer.answer(dialog, "Return", text=table)
+        viewer.answer("Tracelyn", "Return")
+        bench.checks.check("the table is the tool's", table.read_bytes() == bench.tool.csv(bench.sample(2)))
+    viewer.keys("Right")
+    viewer.shows("the window works on", cursor=bench.last_index(2) // 2 + 1)
+    viewer.menu("f", "x")
+    viewer.expect_exit("File > Exit after dialogs")
+
+
+def opening(bench):
+    for code in ("60418", "83206", "47195"):
+        bench.open_sample(1, code)
+    folder = bench.new_folder("odd files")
+    (folder / "run01.paf").write_bytes(bench.sample(1).read_bytes()[:5000])
+    for name in ("RUN02.PAF", "RUN05.PAF"):
+        shutil.copy(bench.sample(2), folder / name)
+    viewer = bench.start(folder / "run01.paf")
+    viewer.find("ERROR", "a damaged file is reported")
+    bench.checks.check("before the main window is shown", list(viewer.desktop.windows()) == ["ERROR"])
+    viewer.answer("ERROR", "Return")
+    viewer.find_main("Tracelyn viewer- run 01")
+    viewer.keys("F3")
+    viewer.find(f"{bench.name(2)}- run 02")
+    viewer.shows("its neighbour, written in capitals", file=bench.sample(2))
+    viewer = bench.start(folder / "RUN05.PAF")
+    viewer.find_main(f"{bench.name(2)}- run 05")
+    viewer.shows("RUN05.PAF", file=bench.sample(2))
+
+
+def resizing(bench):
+    viewer = bench.open_sample(1)
+    for viewer.size in ((900, 600), SCREEN, (640, 480)):
+        viewer.desktop.input("windowsize", viewer.main, *viewer.size)
+        viewer.shows(f"resized to {viewer.size}")
+    viewer.keys("Right")
+    viewer.shows("cursor step after resizing", cursor=bench.last_index(1) // 2 + 1)
+    viewer.desktop.ask_to_close(viewer.main)
+    viewer.expect_exit("closing the window")
+
+
+def scaled(bench):
+    for scale in (2, 1.5):
+        bench.measure_margins(scale)
+        viewer = bench.open_sample(1, scale=scale)
+        whole = settled(viewer)
+        viewer.keys(*["shift+Right"] * 20, "Right", "Right")
+        bench.checks.expect(f"cursor steps at {scale}", lambda: viewer.window() != whole)
+        viewer.keys("Left", *["shift+Left"] * 20, "Left")
+        bench.checks.expect("and back leave no traces", lambda: viewer.window() == whole, whole)
+        viewer.mouse(int(60 * scale), int(6 * scale), "click", 1)
+        bench.checks.expect("a header is hit where it is seen", lambda: viewer.window() != whole)
+        viewer.keys("1")
+        bench.checks.expect("and opened again", lambda: viewer.window() == whole, whole)
+
+
+SCENARIOS = [empty_window, keys, groups, mouse, scroll_bar, toolbar, file_set, saving, opening, resizing, scaled]
+
+
+def main():
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
+    binary, tool = (Path(argument).resolve() for argument in sys.argv[1:3])
+    with tempfile.TemporaryDirectory(prefix="tracelyn-e2e-") as folder, Desktop(Path(folder)) as desktop:
+        bench = Bench(binary, tool, Path(folder), desktop)
+        for scenario in SCENARIOS:
+            if sys.argv[3:] and scenario.__name__ not in sys.argv[3:] and scenario is not empty_window:
+                continue
+            print(f"== {scenario.__name__.replace('_', ' ')}", flush=True)
+            try:
+                scenario(bench)
+            except Failed:
+                print(bench.viewer.errors(), end="", flush=True)
+            finally:
+                bench.stop()
+    print(f"{bench.checks.passed} passed, {bench.checks.failed} failed")
+    return 1 if bench.checks.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
