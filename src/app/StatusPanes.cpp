@@ -29,7 +29,10 @@ QLabel* MakePane(const QString& text, const char* name) {
 CStatusPanes::CStatusPanes(QStatusBar& bar)
     : QObject(&bar), m_pFileLabel(MakePane(QString(), "fileLabel")), m_pCaps(MakePane(tr("CAPS"), "caps")),
       m_pNum(MakePane(tr("NUM"), "num")) {
-    bar.addWidget(MakePane(tr("Ready"), "message"), 1);
+    QLabel* const ready = MakePane(tr("Ready"), "message");
+    // Where the bar itself writes prompts.
+    ready->setContentsMargins(4, 0, 0, 0);
+    bar.addWidget(ready, 1);
     bar.addPermanentWidget(m_pFileLabel, 1);
     for (QLabel* const key : {m_pCaps, m_pNum}) {
         // The pane keeps its place while the key is off.

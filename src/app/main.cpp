@@ -5,10 +5,13 @@
 #include "TracelynApp.h"
 
 #include <QApplication>
+#include <QSettings>
 
 namespace {
 
 int MainFunction(int& argc, char** argv) {
+    // Nothing is kept between two runs; the toolkit's file dialog would keep its own state.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     const QApplication application(argc, argv);
     CNativeShellUi ui;
     CTracelynApp app(ui);

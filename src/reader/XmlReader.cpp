@@ -140,8 +140,7 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
         return Fail(ResultCode::InvalidAttributeValue, QStringLiteral("Type = ") + type);
 
     m_Variables.push_back(variable);
-    if (!m_VariablesByName.contains(name))
-        m_VariablesByName.insert(name, variable);
+    m_VariablesByName.try_emplace(name, variable);
     variable->SetName(name);
     variable->SetDescription(element.GetAttribute("Description"));
     variable->SetCode(element.GetAttributeInt("Code", 0));
@@ -187,19 +186,20 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     const QString dataName = element.GetAttribute("DataName");
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
-    TypedDataBase* const variable = m_VariablesByName.value(dataName);
-    if (variable == nullptr)
+    const auto found = m_VariablesByName.find(dataName);
+    if (found == m_VariablesByName.end())
         return Fail(ResultCode::DataNotFound, dataName);
-    if (GetAccessLevel() < variable->GetCode())
+    TypedDataBase& variable = *found->second;
+    if (GetAccessLevel() < variable.GetCode())
         return true;
 
-    CGraphDataSet& set = variable->CreateSet();
-    SetColorOf(set, *variable);
+    CGraphDataSet& set = variable.CreateSet();
+    SetColorOf(set, variable);
     set.SetIgnoredForVerticalAutoScaling(element.GetAttributeBool("IgnoreForVerticalAutoScaling", false));
     set.SetDisplayType(ReadDisplayType(element, true, true));
     // A line's UnitName chooses nothing: the first unit is the one shown.
     if (set.IsDisplayedInConsole())
-        ApplyUnit(set, variable->GetUnits().empty() ? Unit{} : variable->GetUnits().front());
+        ApplyUnit(set, variable.GetUnits().empty() ? Unit{} : variable.GetUnits().front());
     group.AddSet(&set);
     return true;
 }

@@ -5,9 +5,9 @@
 #include "ReadResult.h"
 #include "SignalFileReader.h"
 
-#include <QHash>
 #include <QString>
 
+#include <map>
 #include <vector>
 
 class CGraphDataGroup;
@@ -50,8 +50,8 @@ private:
 
     std::vector<CResult> m_Results;
     std::vector<TypedDataBase*> m_Variables;
-    // The first of each name.
-    QHash<QString, TypedDataBase*> m_VariablesByName;
+    // The first of each name. A QHash would end the program when memory runs out.
+    std::map<QString, TypedDataBase*> m_VariablesByName;
     QString m_strAnalysisName;
     AutomaticColors m_Colors;
 };

@@ -139,6 +139,10 @@ TEST(FileOpen, LeavesNothingOfAContainerBehindWhateverHappens) {
         Open(window, folder.Path(QStringLiteral("half.paf")));
         EXPECT_EQ(boxes, 2);
         EXPECT_FALSE(QFileInfo::exists(expanded));
+        EXPECT_EQ(window.ui.TakeMessages().back(),
+                  throws ? "stop|Tracelyn|File not loaded.\nError during load operation."
+                         : "stop|ERROR|Data not found: missing");
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     }
 }
 
@@ -158,15 +162,6 @@ TEST(FileSteps, FollowTheSetAndKeepExpandedGroups) {
     window.Key(Qt::Key_F2);
     EXPECT_EQ(PaneText(window), QStringLiteral("bend 02"));
     EXPECT_TRUE(window.IsEnabled(CommandId::NextFile));
-
-    // A bad neighbour does not end the walk.
-    folder.Write(QStringLiteral("bend04.paf"), "broken");
-    Open(window, folder.Path(QStringLiteral("bend03.paf")));
-    window.Key(Qt::Key_F3);
-    EXPECT_EQ(window.ui.TakeMessages(), Messages{"stop|ERROR|Problem expanding analysis file"});
-    EXPECT_FALSE(window.View().IsDataLoaded());
-    window.Key(Qt::Key_F2);
-    EXPECT_TRUE(window.View().IsDataLoaded());
 }
 
 TEST(FileClose, EmptiesTheWindowAndKeepsTheTitle) {
@@ -264,19 +259,4 @@ TEST(FileLoad, SurvivesRepaintsAndCloseWhileABoxIsOpen) {
     Open(window, folder.Write(QStringLiteral("half.xml"), kBroken));
     EXPECT_EQ(window.ui.TakeMessages().size(), 2U);
     EXPECT_FALSE(window.Frame().isVisible());
-}
-
-TEST(FileLoad, TurnsAnExceptionIntoItsMessage) {
-    const SampleFolder folder;
-    WindowUnderTest window;
-    bool thrown = false;
-    window.ui.onMessage = [&] {
-        if (!std::exchange(thrown, true))
-            throw std::runtime_error("from inside the load");
-    };
-    Open(window, folder.Write(QStringLiteral("half.xml"), kBroken));
-    EXPECT_EQ(window.ui.TakeMessages(),
-              (Messages{"stop|ERROR|Invalid node name: Odd",
-                        "stop|Tracelyn|File not loaded.\nError during load operation."}));
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }

@@ -107,16 +107,6 @@ TEST(Keyboard, SelectsAndTogglesGroups) {
     }
 }
 
-TEST(Keyboard, MovesTheConsole) {
-    Started window;
-    bool left = window.Graph().IsConsoleOnLeft();
-    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_PageUp, Qt::Key_Backtab}) {
-        window.Key(key);
-        left = !left;
-        EXPECT_EQ(window.Graph().IsConsoleOnLeft(), left) << key;
-    }
-}
-
 TEST(Keyboard, WorksWhicheverPartOfTheWindowHasTheFocus) {
     Started window;
     window.Frame().setFocus();
@@ -136,24 +126,6 @@ TEST(Keyboard, WorksWhicheverPartOfTheWindowHasTheFocus) {
     EXPECT_FALSE(window.Group("Speed").m_bExpanded);
     window.Key(Qt::Key_Space);
     EXPECT_TRUE(window.Group("Speed").m_bExpanded) << "Space is the group's, not the button's";
-}
-
-TEST(Keyboard, KeysWithoutACommandDoNothing) {
-    Started window;
-    const QImage before = window.Screen();
-    for (const auto& [key, modifiers] : std::initializer_list<std::pair<Qt::Key, Qt::KeyboardModifier>>{
-             {Qt::Key_C, Qt::ControlModifier},
-             {Qt::Key_Insert, Qt::ControlModifier},
-             {Qt::Key_X, Qt::ControlModifier},
-             {Qt::Key_Delete, Qt::ShiftModifier},
-             {Qt::Key_V, Qt::ControlModifier},
-             {Qt::Key_Z, Qt::ControlModifier},
-             {Qt::Key_F6, Qt::NoModifier},
-             {Qt::Key_F6, Qt::ShiftModifier},
-             {Qt::Key_A, Qt::NoModifier}})
-        window.Key(key, modifiers);
-    EXPECT_EQ(window.Screen(), before);
-    EXPECT_TRUE(window.ui.TakeMessages().empty());
 }
 
 TEST(Keyboard, WithoutDataIsHarmless) {

@@ -66,26 +66,6 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
     }
 }
 
-TEST(SaveDialog, AsksNothingAboutAnExistingFileAndCancelsToNothing) {
-    const QTemporaryDir folder;
-    QFile existing(folder.filePath(QStringLiteral("there.paf")));
-    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
-    const FileRequest request{.title = {},
-                              .filter = QStringLiteral("paf Files (*.paf)"),
-                              .defaultExtension = QStringLiteral("paf"),
-                              .fileName = QStringLiteral("there"),
-                              .directory = existing.fileName()};
-    CNativeShellUi ui;
-    {
-        const WhenModal accept([](QWidget& dialog) {
-            QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
-        });
-        EXPECT_TRUE(ui.AskSaveFile(request).has_value());
-    }
-    const WhenModal cancel([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-    EXPECT_FALSE(ui.AskSaveFile(request).has_value());
-}
-
 TEST(MessageBox, ShowsItsTextAsItStands) {
     const QString text = QStringLiteral("Xml Parse error: <b>&amp;</b> (1): no (Error)");
     QString caption;

@@ -120,14 +120,3 @@ TEST(Window, ClosesThroughTheMenu) {
     EXPECT_FALSE(window.Frame().isVisible());
     EXPECT_TRUE(window.ui.TakeMessages().empty()) << "no question: nothing can be lost";
 }
-
-TEST(Window, KeepsThePictureRightWhenResized) {
-    WindowUnderTest window({QStringLiteral(SAMPLES_DIR "/bend01.paf")});
-    for (const QSize size : {QSize(700, 500), QSize(1100, 640), QSize(200, 120)}) {
-        window.Frame().resize(size);
-        const QImage shown = window.Screen();
-        window.Client()->update();
-        EXPECT_EQ(shown, window.Screen());
-        EXPECT_EQ(window.Cursor(), window.Graph().GetLastIndex() / 2);
-    }
-}

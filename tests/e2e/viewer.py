@@ -44,7 +44,8 @@ class Tool:
         self._binary, self._output = binary, folder / "tool-output"
 
     def run(self, *arguments):
-        return subprocess.run([self._binary, *map(str, arguments)], check=True, stdout=subprocess.PIPE, text=True).stdout
+        command = [self._binary, *map(str, arguments)]
+        return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
 
     @functools.cache
     def info(self, file):

@@ -117,17 +117,3 @@ TEST(Console, TakesMixedRowsOneAfterTheOther) {
     EXPECT_EQ(tops, (std::vector{5, 17, 29, 29, 41}));
     EXPECT_GT(cells[3].left, cells[2].right);
 }
-
-TEST(Console, SurvivesAbsurdDecimals) {
-    for (const int precision : {-3, 1000, INT32_MAX, INT32_MIN}) {
-        GraphWithData data;
-        data.AddSignal(data.AddGroup(QStringLiteral("g")), 3, [](int) { return -3.4e38; })
-            .SetPrecision(precision);
-        data.graph.SetResetPending();
-        RecordingWindow window(data.graph, kSize);
-        window.PaintAll();
-        const SCREENRECT cell = *data.graph.GetCanvas().FindScreenRect(kValueRect);
-        const QRect digits(std::max(cell.left, 0), cell.top, cell.right - std::max(cell.left, 0), 11);
-        EXPECT_GT(CountPixels(window, digits, QColor(0, 255, 0)), 50);
-    }
-}

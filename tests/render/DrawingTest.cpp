@@ -247,11 +247,3 @@ TEST(CursorLines, AreDrawnLastButNotOverTheConsole) {
     EXPECT_EQ(window.At(590, 150), QColor(64, 64, 128));
     EXPECT_NE(window.At(590, 12), QColor(64, 64, 128));
 }
-
-TEST(SharedPlot, WithoutAScaledSetShowsItsLinesInTheMiddle) {
-    OneBand data;
-    data.AddSignal(data.group, 401, [](int i) { return i; }).SetIgnoredForVerticalAutoScaling(true);
-    RecordingWindow window(data.graph, kSize);
-    data.Paint(window);
-    EXPECT_EQ(RowsOf(window, 100, kGreen, 0, 200), std::vector{(kPlotTop + kPlotBottom) / 2});
-}

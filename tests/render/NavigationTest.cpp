@@ -107,23 +107,6 @@ TEST(FixedCursor, IsClampedStoredAndRepainted) {
     EXPECT_TRUE(data.window.painted.empty()) << "no immediate update";
 }
 
-TEST(ZoomCommand, RepaintsOnlyWhenTheFactorChanges) {
-    Loaded data;
-    int steps = 0;
-    while (data.graph.CanZoomIn() && steps < 100) {
-        data.graph.Zoom(data.window, data.graph.GetZoom() * 1.25F);
-        ++steps;
-    }
-    EXPECT_EQ(steps, 17);
-    EXPECT_EQ(data.window.wholeInvalidations, steps);
-    EXPECT_EQ(data.graph.GetZoom(), 40.0F);
-    data.graph.Zoom(data.window, 50.0F);
-    EXPECT_EQ(data.window.wholeInvalidations, steps);
-    data.graph.Zoom(data.window, 1.0F);
-    EXPECT_EQ(data.graph.GetCanvas().GetVisible(), (WorldRect{0, 0, 1000, 200}));
-    EXPECT_FALSE(data.graph.CanZoomOut());
-}
-
 TEST(Scrolling, FollowsEachCode) {
     struct Case {
         ScrollCode code;
@@ -150,38 +133,6 @@ TEST(Scrolling, FollowsEachCode) {
         }
         data.window.PaintAll();
     }
-}
-
-TEST(Click, MovesTheCursorOnlyWithTheLeftButtonAloneOnFreeGround) {
-    Loaded data;
-    data.graph.OnClick(data.window, kLeftButton, 100, 60);
-    EXPECT_EQ(data.graph.GetCursorPosition(), 200);
-    for (const unsigned flags :
-         {kLeftButton | kShift, kLeftButton | kControl, kLeftButton | kRightButton, 0U})
-        data.graph.OnClick(data.window, flags, 300, 60);
-    data.graph.OnClick(data.window, kLeftButton, 150, 5);
-    EXPECT_EQ(data.graph.GetCursorPosition(), 200) << "other flags, and a header, move nothing";
-}
-
-TEST(Groups, AreToggledByTheirHeaderAndSelectedByNumber) {
-    Loaded data;
-    CGraphDataGroup& two = *data.graph.GetData().FindGroup(QStringLiteral("Two"));
-    data.graph.ToggleGroupAt(data.window, 0, 50, two.m_nTop + 5);
-    EXPECT_FALSE(two.m_bExpanded);
-    data.window.PaintAll();
-    data.graph.ToggleGroupAt(data.window, 0, 50, two.m_nTop + 5);
-    EXPECT_TRUE(two.m_bExpanded);
-    data.window.PaintAll();
-    data.Forget();
-    const SCREENRECT value = *data.graph.GetCanvas().FindScreenRect(kValueRect);
-    data.graph.ToggleGroupAt(data.window, 0, value.left, value.top);
-    EXPECT_EQ(data.window.wholeInvalidations, 0) << "a value cell toggles nothing";
-
-    EXPECT_TRUE(data.graph.SelectGroup(data.window, 2));
-    EXPECT_TRUE(two.m_bSelected);
-    EXPECT_EQ(data.window.areas.size(), 2U) << "one underline strip a group";
-    EXPECT_FALSE(data.graph.SelectGroup(data.window, 3));
-    EXPECT_FALSE(two.m_bSelected);
 }
 
 TEST(Clear, RemembersTheGroupsAndResetsTheCanvas) {

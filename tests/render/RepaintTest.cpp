@@ -90,15 +90,3 @@ TEST(PartialRepaint, AfterAFileWasOpenedDrawsTheContentsOnceInTheValueCells) {
     EXPECT_GT(withContents, headersAndCursor);
     ExpectSameAsFull(data.graph, window, {640, 300}, 1.0, "with contents");
 }
-
-TEST(PartialRepaint, OfAnyRectangleEqualsTheFullFrame) {
-    Busy data(5000);
-    RecordingWindow window(data.graph, {640, 300});
-    window.PaintAll();
-    const QImage full = window.GetImage();
-    for (const QRect& rect : {QRect(0, 0, 1, 300), QRect(639, 0, 1, 300), QRect(100, 40, 57, 90),
-                              QRect(3, 299, 600, 1), QRect(500, 0, 140, 200)}) {
-        window.Paint(rect);
-        EXPECT_EQ(window.GetImage(), full) << rect.x();
-    }
-}
