@@ -9,11 +9,21 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 struct Outcome {
     int code; // -1 when the program was killed or did not end
     QByteArray out;
     QByteArray err;
+
+    bool operator==(const Outcome&) const = default;
 };
+
+inline void PrintTo(const Outcome& outcome, std::ostream* stream) {
+    *stream << "exit code " << outcome.code << ", output:\n"
+            << outcome.out.constData() << "errors:\n"
+            << outcome.err.constData();
+}
 
 // What a run may find: without a limit, a longest file in bytes, which counts like a full disk, or the same
 // but with the program killed at that point.

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -81,20 +82,33 @@ TEST(DataBlock, HandsTheFieldsOfEveryRowToTheVariablesInTheirOrder) {
 }
 
 TEST(DataBlock, ReadsAsManyRowsAsThereAreAndAppendsThem) {
-    for (const int rows : {511, 512, 513, 1600}) {
-        Columns columns("ss");
+    for (const auto& [columnCount, rows] :
+         std::initializer_list<std::pair<int, int>>{{2, 511}, {2, 512}, {2, 1600}, {300, 500}, {70000, 3}}) {
+        Columns columns(std::string(static_cast<size_t>(columnCount), 's'));
         QByteArray text;
         QStringList first;
-        QStringList second;
+        QStringList others;
         for (int i = 0; i < rows; ++i) {
-            const bool isShort = i % 5 == 0;
             first += QString::number(i);
-            second += QString::number(isShort ? i : -i);
-            text += (isShort ? first.back() : first.back() + "," + second.back()).toLatin1() + "\n";
+            others += QString::number(-i);
+            text += first.back().toLatin1() +
+                    QByteArray("," + others.back().toLatin1()).repeated(columnCount - 1) + "\n";
         }
         ReadDataBlock(text.toStdString(), columns.variables);
         ReadDataBlock(text.toStdString(), columns.variables);
-        const QString expected = (first + first).join(" ") + "|" + (second + second).join(" ");
-        EXPECT_EQ(columns.Samples(), expected.toStdString()) << rows;
+        const QString other = "|" + (others + others).join(" ");
+        EXPECT_TRUE(columns.Samples() ==
+                    ((first + first).join(" ") + other.repeated(columnCount - 1)).toStdString())
+            << columnCount << " x " << rows;
     }
+}
+
+TEST(DataBlock, IsBoundedByItsText) {
+    Columns columns("s");
+    ReadDataBlock(std::string(5000, '0') + "7\n" + std::string(4000, ' ') + "7", columns.variables);
+    EXPECT_EQ(columns.Samples(), "0 7") << "a field is cut where no number is that long";
+
+    Columns many(std::string(20'000, 's'));
+    EXPECT_THROW(ReadDataBlock(std::string(1000, '\n') + "1", many.variables), std::length_error);
+    EXPECT_EQ(many.variables.front()->CreateSet().GetCount(), 0);
 }
