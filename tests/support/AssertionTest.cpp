@@ -1,19 +1,69 @@
-#include "CapturedReports.h"
+// Assertions, and what reports through them: lack of memory and a start that fails.
+#include "Assertion.h"
+#include "Allocation.h"
+#include "Startup.h"
+
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
-TEST(Assertion, GoesToTheReplacedReporterUntilTheOldOneIsBack) {
-    CapturedReports outer;
-    {
-        CapturedReports inner;
-        support::ReportAssertion("inner text");
-        EXPECT_EQ(inner.Texts(), QStringList{"inner text"});
-    }
-    support::ReportAssertion("outer text");
-    EXPECT_EQ(outer.Texts(), QStringList{"outer text"});
+#include <cmath>
+#include <new>
+
+// The address sanitizer otherwise stops the program where malloc gives null.
+extern "C" const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
 }
+
+namespace {
+
+class Reports : public testing::Test {
+protected:
+    ~Reports() override { support::SetAssertionReporter(m_Previous); }
+
+    QStringList m_Texts;
+    support::AssertionReporter m_Previous =
+        support::SetAssertionReporter([this](const QString& text) { m_Texts << text; });
+};
+
+} // namespace
 
 TEST(Assertion, NamesItsTextAndPlaceAndStopsTheProgram) {
     support::Assert(true, "never seen");
     EXPECT_DEATH(support::Assert(false, "p!=0"), "p!=0, .*AssertionTest.cpp:[0-9]+");
+}
+
+TEST_F(Reports, TheSizeThatMemoryLacksInHexadecimal) {
+    volatile std::size_t tooMuch = 0x7000'0000'0000'0000; // volatile: the compiler would warn of the size
+    EXPECT_THROW(support::Allocate(tooMuch), std::bad_alloc);
+    EXPECT_EQ(m_Texts, QStringList{"out of memory allocating 7000000000000000 bytes"});
+}
+
+TEST_F(Reports, OnceWhenReportingItselfRunsOutOfMemory) {
+    int calls = 0;
+    support::SetAssertionReporter([&](const QString&) {
+        ++calls;
+        support::ReportOutOfMemory(1);
+    });
+    EXPECT_THROW(support::ReportOutOfMemory(0xFF), std::bad_alloc);
+    EXPECT_THROW(support::ReportOutOfMemory(0xFF), std::bad_alloc);
+    EXPECT_EQ(calls, 2);
+}
+
+TEST_F(Reports, AFloatingPointUnitThatIsNotExactInsteadOfRunningMain) {
+    std::vector<std::string> seen;
+    const auto mainFunction = [&](const std::vector<std::string>& arguments) {
+        seen = arguments;
+        return 42;
+    };
+    for (const double result : {0.0, std::nextafter(1.0, 2.0), std::nextafter(1.0, 0.0), double{NAN}}) {
+        m_Texts.clear();
+        EXPECT_EQ(support::RunMain("60418", mainFunction, result), -1) << result;
+        EXPECT_EQ(m_Texts, QStringList{"FPU error"});
+        EXPECT_TRUE(seen.empty());
+    }
+    m_Texts.clear();
+    EXPECT_EQ(support::RunMain("60418 \"my file.paf\"", mainFunction), 42);
+    EXPECT_EQ(seen, (std::vector<std::string>{"60418", "my file.paf"}));
+    EXPECT_TRUE(m_Texts.isEmpty());
 }

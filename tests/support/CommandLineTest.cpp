@@ -4,23 +4,17 @@
 
 #include <utility>
 
-using support::JoinArguments;
 using support::SplitCommandLine;
 using Arguments = std::vector<std::string>;
 
 TEST(CommandLine, SplitsAtBlanksOutsideQuotes) {
     for (const auto& [line, expected] : std::initializer_list<std::pair<std::string_view, Arguments>>{
-             {"", {}},
              {"  \t ", {}},
-             {"60418 a.paf", {"60418", "a.paf"}},
              {"  60418\t  a.paf ", {"60418", "a.paf"}},
              {"\"C:\\My files\\a.paf\" 60418", {"C:\\My files\\a.paf", "60418"}},
              {"a\" b\"c d", {"a bc", "d"}},
-             {"\"\" x", {"", "x"}},
-             {"\"open to the end", {"open to the end"}},
-             {"K\xC3\xB6rper.paf", {"K\xC3\xB6rper.paf"}}}) {
+             {"\"\" \"open to the end", {"", "open to the end"}}})
         EXPECT_EQ(SplitCommandLine(line), expected) << line;
-    }
 }
 
 TEST(CommandLine, TakesTenArgumentsAndStopsAtTheEleventh) {
@@ -29,14 +23,8 @@ TEST(CommandLine, TakesTenArgumentsAndStopsAtTheEleventh) {
                  "argc < \\(sizeof\\(argv\\)/sizeof\\(argv\\[0\\]\\)\\)");
 }
 
-TEST(CommandLine, JoinedArgumentsSplitIntoThemselves) {
-    const char* const argv[] = {"/usr/bin/tracelyn", "83206", "/tmp/two words.paf", "", "tab\there", "last"};
-    const std::string line = JoinArguments(6, argv);
-    EXPECT_EQ(SplitCommandLine(line), (Arguments{"83206", "/tmp/two words.paf", "", "tab\there", "last"}));
-    EXPECT_EQ(JoinArguments(1, argv), "");
-}
-
-TEST(CommandLine, AQuoteInAnArgumentDoesNotReachItsNeighbours) {
-    const char* const argv[] = {"tracelyn", "5\" tool.paf", "60418"};
-    EXPECT_EQ(SplitCommandLine(JoinArguments(3, argv)), (Arguments{"5 tool.paf", "60418"}));
+TEST(CommandLine, JoinedArgumentsSplitIntoThemselvesButForTheirQuotes) {
+    const char* const argv[] = {"/usr/bin/tracelyn", "two words", "", "tab\there", "5\" tool.paf", "last"};
+    EXPECT_EQ(SplitCommandLine(support::JoinArguments(6, argv)),
+              (Arguments{"two words", "", "tab\there", "5 tool.paf", "last"}));
 }

@@ -9,13 +9,22 @@
 
 #include <gtest/gtest.h>
 
-// The root element of the text, which must parse.
-inline CXmlDomElement RootOf(const QString& text) {
+// The error of reading the bytes; empty, and the root element set, when there is none.
+inline QString ErrorOf(const QByteArray& bytes, CXmlDomElement* root = nullptr) {
     CXmlDomDocument document;
-    CXmlDomElement root;
+    CXmlDomElement element;
     QString error;
-    EXPECT_TRUE(document.LoadXml(text, error)) << error.toStdString();
-    EXPECT_TRUE(document.GetRootElement(root));
+    const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    const bool loaded = document.LoadXmlBytes(view, error);
+    EXPECT_EQ(loaded, error.isEmpty());
+    EXPECT_EQ(document.GetRootElement(root != nullptr ? *root : element), loaded);
+    return error;
+}
+
+// The root element of the text, which must parse.
+inline CXmlDomElement RootOf(const QByteArray& text) {
+    CXmlDomElement root;
+    EXPECT_EQ(ErrorOf(text, &root), "") << text.left(200).constData();
     return root;
 }
 
