@@ -27,6 +27,19 @@ void Open(WindowUnderTest& window, const QString& path) {
     window.Settle();
 }
 
+// What the window says to a command whose dialog is answered with the path, "@" for the path.
+std::string Say(WindowUnderTest& window, CommandId id, const std::optional<QString>& path) {
+    window.ui.answers = {path};
+    window.Choose(id);
+    QString said;
+    for (const std::string& message : window.ui.TakeMessages())
+        said += QString::fromStdString(message);
+    return said.replace(path.value_or(QStringLiteral("(none)")), QStringLiteral("@")).toStdString();
+}
+
+const std::string kNotSaved = "info|Tracelyn|File '@' is not saved!\nFile already exists!";
+const std::string kCreated = "info|Tracelyn|File '@' was created successfully";
+
 QString PaneText(WindowUnderTest& window) {
     return window.Frame().findChild<QLabel*>(QStringLiteral("fileLabel"))->text();
 }
@@ -172,39 +185,24 @@ TEST(FileClose, EmptiesTheWindowAndKeepsTheTitle) {
     EXPECT_EQ(window.Frame().windowTitle(), QStringLiteral("S235 2.0 mm, 90 deg, V16"));
     EXPECT_EQ(PaneText(window), QStringLiteral("bend 01")) << "the label keeps its text";
     EXPECT_FALSE(window.IsEnabled(CommandId::FileClose));
-
-    window.ui.answers.push_back(folder.Path(QStringLiteral("copy.paf")));
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '" + Text(folder.Path(QStringLiteral("copy.paf"))) +
-                       "' is not saved!\nFile already exists!"});
+    EXPECT_EQ(Say(window, CommandId::FileSave, folder.Path(QStringLiteral("copy.paf"))), kNotSaved);
 }
 
 TEST(FileSave, CopiesTheFileAndNeverOverwrites) {
     const SampleFolder folder;
     WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
     const QString target = folder.Path(QStringLiteral("Kopie ü.paf"));
-    window.ui.answers = {target, target, std::nullopt, QStringLiteral("/nowhere/x.paf")};
-    window.Choose(CommandId::FileSave);
+    EXPECT_EQ(Say(window, CommandId::FileSave, target), "info|Tracelyn|File '@' was saved successfully");
     EXPECT_EQ(ContentOf(target), ContentOf(folder.Path(QStringLiteral("bend01.paf"))));
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '" + Text(target) + "' was saved successfully"});
     const FileRequest& request = window.ui.requests.front();
-    EXPECT_EQ(request.title, QStringLiteral("Save..."));
-    EXPECT_EQ(request.fileName, QStringLiteral("bend01"));
-    EXPECT_EQ(request.directory, QStringLiteral("/"));
-    EXPECT_EQ(request.defaultExtension, QStringLiteral("paf"));
+    EXPECT_EQ(request.title + request.directory, QStringLiteral("Save.../"));
+    EXPECT_EQ(request.fileName + request.defaultExtension, QStringLiteral("bend01paf"));
 
     folder.Write(QStringLiteral("Kopie ü.paf"), "kept");
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '" + Text(target) + "' is not saved!\nFile already exists!"});
+    EXPECT_EQ(Say(window, CommandId::FileSave, target), kNotSaved);
     EXPECT_EQ(ContentOf(target), QByteArray("kept"));
-    window.Choose(CommandId::FileSave);
-    EXPECT_TRUE(window.ui.TakeMessages().empty());
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '/nowhere/x.paf' is not saved!\nFile already exists!"});
+    EXPECT_EQ(Say(window, CommandId::FileSave, QStringLiteral("/nowhere/x.paf")), kNotSaved);
+    EXPECT_EQ(Say(window, CommandId::FileSave, std::nullopt), "") << "cancelled";
 }
 
 TEST(FileSave, ExportsForACsvName) {
@@ -213,20 +211,16 @@ TEST(FileSave, ExportsForACsvName) {
     const QString saved = folder.Write(QStringLiteral("saved.csv"), "old");
     const QString exported = folder.Path(QStringLiteral("exported.csv"));
     const QString upper = folder.Path(QStringLiteral("upper.CSV"));
-    window.ui.answers = {saved, exported, upper};
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '" + Text(saved) + "' was created successfully"});
-    window.Choose(CommandId::SaveCsv);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"info|Tracelyn|File '" + Text(exported) + "' was created successfully"});
+    EXPECT_EQ(Say(window, CommandId::FileSave, saved), kCreated);
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, exported), kCreated);
     EXPECT_EQ(window.ui.requests.back().directory, folder.Path(QStringLiteral("bend01.paf")));
     EXPECT_EQ(window.ui.requests.back().defaultExtension, QStringLiteral("csv"));
     EXPECT_GT(ContentOf(saved).size(), 100000);
     EXPECT_EQ(ContentOf(saved), ContentOf(exported));
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(ContentOf(upper), ContentOf(folder.Path(QStringLiteral("bend01.paf"))))
-        << "only \"csv\" exports";
+    Say(window, CommandId::FileSave, upper);
+    EXPECT_EQ(ContentOf(upper), ContentOf(folder.Path(QStringLiteral("bend01.paf")))) << "only csv exports";
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, folder.Path(QStringLiteral("no/such/x.csv"))), kCreated)
+        << "also where nothing could be opened";
 }
 
 TEST(FileSave, SaysWhenTheDiskIsFull) {
@@ -234,18 +228,13 @@ TEST(FileSave, SaysWhenTheDiskIsFull) {
         GTEST_SKIP() << "no full disk on this system";
     const SampleFolder folder;
     WindowUnderTest window({folder.Path(QStringLiteral("bend01.paf"))});
-    QFile::link(QStringLiteral("/dev/full"), folder.Path(QStringLiteral("full.csv")));
-    window.ui.answers = {QStringLiteral("/dev/full"), folder.Path(QStringLiteral("full.csv")),
-                         folder.Path(QStringLiteral("no/such/folder.csv"))};
-    window.Choose(CommandId::SaveCsv);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"stop|Tracelyn|File not exported.\nError during write operation."});
-    window.Choose(CommandId::FileSave);
-    EXPECT_EQ(window.ui.TakeMessages(),
-              Messages{"stop|Tracelyn|File not saved.\nError during write operation."});
+    const QString full = folder.Path(QStringLiteral("full.csv"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/full"), full));
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, full),
+              "stop|Tracelyn|File not exported.\nError during write operation.");
+    EXPECT_EQ(Say(window, CommandId::FileSave, full),
+              "stop|Tracelyn|File not saved.\nError during write operation.");
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor has ended";
-    window.Choose(CommandId::SaveCsv);
-    EXPECT_EQ(window.ui.TakeMessages().size(), 1U) << "a file that cannot be opened is reported as created";
 }
 
 TEST(FileLoad, SurvivesRepaintsAndCloseWhileABoxIsOpen) {

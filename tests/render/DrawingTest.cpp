@@ -37,20 +37,6 @@ constexpr int kPlotBottom = 196;
 
 } // namespace
 
-TEST(Frame, WithoutDataIsBackground) {
-    for (const bool dark : {true, false}) {
-        CGraph graph;
-        RecordingWindow window(graph, {60, 40});
-        if (!dark)
-            graph.ToggleBackground(window);
-        window.PaintAll();
-        const QColor background = dark ? QColor(0, 0, 0) : QColor(240, 240, 250);
-        for (const QPoint at : {QPoint(0, 0), QPoint(59, 39), QPoint(30, 20)})
-            EXPECT_EQ(window.At(at.x(), at.y()), background);
-        EXPECT_EQ(graph.GetLastIndex(), -1);
-    }
-}
-
 TEST(Header, ShowsBoxNameUnderlineAndSeparators) {
     for (const bool dark : {true, false}) {
         const ColorScheme& colors = dark ? ColorScheme::Dark() : ColorScheme::Light();

@@ -59,13 +59,6 @@ TEST(LineRuns, AreThePixelsOfTheSteppedLineInsideAnyClip) {
     }
 }
 
-TEST(LineRuns, LeaveTheEndPointOut) {
-    const PixelRect clip{-100, -100, 100, 100};
-    EXPECT_TRUE(RunPixels(3, 3, 3, 3, clip).empty());
-    EXPECT_EQ(RunPixels(3, 3, 5, 3, clip), (Pixels{{3, 3}, {4, 3}}));
-    EXPECT_EQ(RunPixels(3, 5, 3, 3, clip), (Pixels{{3, 5}, {3, 4}}));
-}
-
 TEST(LineRuns, OfHugeLinesCostNoMoreThanTheClipShows) {
     int runs = 0;
     const auto count = [&](int, int, int width, int height) {

@@ -134,19 +134,3 @@ TEST(Scrolling, FollowsEachCode) {
         data.window.PaintAll();
     }
 }
-
-TEST(Clear, RemembersTheGroupsAndResetsTheCanvas) {
-    Loaded data;
-    data.graph.GetData().FindGroup(QStringLiteral("Two"))->m_bExpanded = false;
-    data.graph.Zoom(data.window, 8.0F);
-    data.graph.SetFixedCursor(data.window, 30);
-    data.graph.Clear();
-    EXPECT_FALSE(data.graph.GetData().HasData());
-    EXPECT_EQ(data.graph.GetZoom(), 1.0F);
-    EXPECT_EQ(data.graph.GetFixedCursor(), 30);
-    data.AddGroup(QStringLiteral("Two"));
-    data.AddGroup(QStringLiteral("Three"));
-    data.graph.RestoreGroupStates();
-    EXPECT_FALSE(data.graph.GetData().FindGroup(QStringLiteral("Two"))->m_bExpanded);
-    EXPECT_TRUE(data.graph.GetData().FindGroup(QStringLiteral("Three"))->m_bExpanded);
-}
