@@ -25,7 +25,7 @@ std::optional<QString> RecordingUi::Answer(const FileRequest& request) {
 WindowUnderTest::WindowUnderTest(const QStringList& arguments) {
     app.InitInstance(arguments);
     QApplication::setActiveWindow(&Frame());
-    if (!QTest::qWaitForWindowActive(&Frame()))
+    if (!QTest::qWaitForWindowActive(&Frame()) || !QTest::qWaitForWindowExposed(&Frame()))
         qFatal("the window does not become active");
     Settle();
 }
@@ -34,6 +34,12 @@ WindowUnderTest::WindowUnderTest(const QStringList& arguments) {
 WindowUnderTest::~WindowUnderTest() {
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QApplication::exec();
+}
+
+void WindowUnderTest::Settle() {
+    QCoreApplication::processEvents();
+    QEvent paint(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(&Frame(), &paint);
 }
 
 void WindowUnderTest::Key(int key, Qt::KeyboardModifiers modifiers) {

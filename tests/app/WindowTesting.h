@@ -56,8 +56,8 @@ public:
     void Choose(CommandId id) { Frame().GetAction(id).trigger(); }
     // A key pressed wherever the focus is.
     void Key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    // Lets pending paints happen.
-    void Settle() { QCoreApplication::processEvents(); }
+    // Lets pending paints happen, which the toolkit may put off for some milliseconds.
+    void Settle();
     // What the window shows, not what it would paint anew.
     QImage Screen();
 
