@@ -53,12 +53,17 @@ public:
     bool IsFull() const { return m_Rows == m_nCapacity; }
 
     void AddRow(std::string_view row) {
-        size_t from = 0;
-        for (size_t column = 0; column < m_Columns; ++column) {
+        size_t column = 0;
+        for (size_t from = 0; column < m_Columns;) {
             const size_t comma = row.find(',', from);
-            m_Fields[column * m_nCapacity + m_Rows] = row.substr(from, std::min(comma - from, kMaximumField));
-            from = comma == std::string_view::npos ? 0 : comma + 1;
+            At(column++) = row.substr(from, std::min(comma - from, kMaximumField));
+            if (comma == std::string_view::npos)
+                break;
+            from = comma + 1;
         }
+        // The row starts over for the remaining columns.
+        for (const size_t fields = column; column < m_Columns; ++column)
+            At(column) = At(column - fields);
         ++m_Rows;
     }
 
@@ -69,6 +74,9 @@ public:
     }
 
 private:
+    // The column's field in the row that is being added.
+    std::string_view& At(size_t column) { return m_Fields[column * m_nCapacity + m_Rows]; }
+
     size_t m_Columns;
     size_t m_nCapacity;
     std::vector<std::string_view> m_Fields;

@@ -1,114 +1,87 @@
+// How the sample rows are cut into fields, and fields become samples.
 #include "DataBlock.h"
 
 #include "GraphData.h"
+#include "XmlReader.h"
 #include "XmlVariable.h"
-
-#include <QStringList>
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
+#include <cmath>
 #include <string>
 #include <vector>
 
 using namespace Tracelyn;
 
-namespace {
-
-// One whole-number variable a letter: s for one whose column is shown, - for one that is not.
-class Columns {
-public:
-    explicit Columns(std::string_view letters) {
-        for (const char letter : letters) {
-            variables.push_back(CreateVariable("Long", data));
-            m_Sets.push_back(letter == 's' ? &variables.back()->CreateSet() : nullptr);
-        }
-    }
-
-    // The samples of every column, "1 2|3 4".
-    std::string Samples() const {
-        QStringList columns;
-        for (const CGraphDataSet* set : m_Sets) {
-            QStringList samples;
-            for (int i = 0; set != nullptr && i < set->GetCount(); ++i)
-                samples += QString::number(set->GetValue(i, -1));
-            columns += samples.join(" ");
-        }
-        return columns.join("|").toStdString();
-    }
-
+// One whole-number variable a letter: s for one whose column is shown, - for one that is not. The samples of
+// every column, "1 2|3 4".
+static std::string Samples(std::string_view letters, std::string_view text) {
+    const CXmlReader owner; // drops the variables of the call before
     CGraphData data;
     std::vector<TypedDataBase*> variables;
-
-private:
-    std::vector<CGraphDataSet*> m_Sets;
-};
-
-} // namespace
+    std::vector<const CGraphDataSet*> sets;
+    for (const char letter : letters) {
+        variables.push_back(CreateVariable("Long", data));
+        sets.push_back(letter == 's' ? &variables.back()->CreateSet() : nullptr);
+    }
+    ReadDataBlock(text, variables);
+    QStringList columns;
+    for (const CGraphDataSet* set : sets) {
+        QStringList samples;
+        for (int i = 0; set != nullptr && i < set->GetCount(); ++i)
+            samples += QString::number(set->GetValue(i, -1));
+        columns += samples.join(" ");
+    }
+    return columns.join("|").toStdString();
+}
 
 TEST(DataBlock, HandsTheFieldsOfEveryRowToTheVariablesInTheirOrder) {
-    struct Case {
-        const char* columns;
-        const char* text;
-        const char* samples;
-    };
-    for (const Case& expected : {
-             Case{"sss", "1,2,3\n4,5,6", "1 4|2 5|3 6"},
-             {"sss", "1,2,3,4", "1|2|3"},
-             // too few fields: from the first one again
-             {"sss", "1,2", "1|2|1"},
-             {"sssss", "1,2\n3", "1 3|2 3|1 3|2 3|1 3"},
-             {"sss", "1,", "1|0|1"},
-             {"sss", ",", "0|0|0"},
-             // columns that nobody shows are counted but not kept
-             {"s-s", "1,2,3\n4,5,6", "1 4||3 6"},
-             {"-s-", "1\n2", "|1 2|"},
-             {"--", "1,2", "|"},
-             // which lines are rows
-             {"s", "", "0"},
-             {"s", "\n\n", "0"},
-             {"s", "\n1\n", "0 1"},
-             {"s", "1\n\n\n", "1"},
-             {"s", "1\n\n2", "1 0 2"},
-             {"ss", "1,2\n\n3,4", "1 0 3|2 0 4"},
-             {"ss", "1,2\r\n3,4\r\n", "1 3|2 4"},
-             {"ss", "\r\n1\r\n\r\n", "0 1 0|0 1 0"},
-         }) {
-        Columns columns(expected.columns);
-        ReadDataBlock(expected.text, columns.variables);
-        EXPECT_EQ(columns.Samples(), expected.samples)
-            << expected.columns << ' ' << testing::PrintToString(expected.text);
-    }
+    using Case = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [columns, text, samples] :
+         {Case{"sss", "1,2,3,4\n4,5,6", "1 4|2 5|3 6"},
+          // too few fields: from the first one again
+          Case{"sss", "1,2", "1|2|1"}, Case{"sssss", "1,2\n3", "1 3|2 3|1 3|2 3|1 3"},
+          Case{"sss", "1,", "1|0|1"},
+          // columns that nobody shows are counted but not kept
+          Case{"s-s", "1,2,3\n4,5,6", "1 4||3 6"}, Case{"-s-", "1\n2", "|1 2|"}, Case{"--", "1,2", "|"},
+          // which lines are rows
+          Case{"s", "\n\n", "0"}, Case{"s", "\n1\n\n\n", "0 1"}, Case{"ss", "1,2\n\n3,4", "1 0 3|2 0 4"},
+          Case{"ss", "1,2\r\n3,4\r\n", "1 3|2 4"}})
+        EXPECT_EQ(Samples(columns, text), samples) << columns << ' ' << testing::PrintToString(text);
 }
 
-TEST(DataBlock, ReadsAsManyRowsAsThereAreAndAppendsThem) {
-    for (const auto& [columnCount, rows] :
-         std::initializer_list<std::pair<int, int>>{{2, 511}, {2, 512}, {2, 1600}, {300, 500}, {70000, 3}}) {
-        Columns columns(std::string(static_cast<size_t>(columnCount), 's'));
+TEST(DataBlock, ReadsAsManyRowsAndColumnsAsThereAre) {
+    for (const auto& [columns, rows] : {std::pair{2, 511}, {2, 512}, {2, 1600}, {300, 500}, {70'000, 3}}) {
         QByteArray text;
-        QStringList first;
-        QStringList others;
+        QByteArray column;
         for (int i = 0; i < rows; ++i) {
-            first += QString::number(i);
-            others += QString::number(-i);
-            text += first.back().toLatin1() +
-                    QByteArray("," + others.back().toLatin1()).repeated(columnCount - 1) + "\n";
+            text += QByteArray(QByteArray::number(i) + ',').repeated(columns) + "\n";
+            column += (i == 0 ? "|" : " ") + QByteArray::number(i);
         }
-        ReadDataBlock(text.toStdString(), columns.variables);
-        ReadDataBlock(text.toStdString(), columns.variables);
-        const QString other = "|" + (others + others).join(" ");
-        EXPECT_TRUE(columns.Samples() ==
-                    ((first + first).join(" ") + other.repeated(columnCount - 1)).toStdString())
-            << columnCount << " x " << rows;
+        EXPECT_TRUE(Samples(std::string(static_cast<size_t>(columns), 's'), text.toStdString()) ==
+                    column.repeated(columns).mid(1).toStdString())
+            << columns << " x " << rows;
     }
 }
 
-TEST(DataBlock, IsBoundedByItsText) {
-    Columns columns("s");
-    ReadDataBlock(std::string(5000, '0') + "7\n" + std::string(4000, ' ') + "7", columns.variables);
-    EXPECT_EQ(columns.Samples(), "0 7") << "a field is cut where no number is that long";
+TEST(DataBlock, CutsAFieldWhereNoNumberIsThatLong) {
+    EXPECT_EQ(Samples("s", std::string(5000, '0') + "7\n" + std::string(4000, ' ') + "7"), "0 7");
+}
 
-    Columns many(std::string(20'000, 's'));
-    EXPECT_THROW(ReadDataBlock(std::string(1000, '\n') + "1", many.variables), std::length_error);
-    EXPECT_EQ(many.variables.front()->CreateSet().GetCount(), 0);
+TEST(Variable, ConvertsFieldsToOneOfEightTypes) {
+    using Case = std::tuple<const char*, const char*, double>;
+    for (const auto& [type, field, value] :
+         {Case{"Float", " -1.5e3x", -1500}, Case{"Float", "0.1\r", double{0.1F}},
+          Case{"Float", "1e39", HUGE_VAL}, Case{"Float", "abc", 0}, Case{"Short", "40000", -25536},
+          Case{"Long", "12.5", 12}, Case{"Long", "-4000000000", -2147483648.0}, Case{"Long", "", 0},
+          Case{"UShort", "-1", 65535}, Case{"ULong", "-1", 4294967295.0},
+          Case{"ULong", "4000000000", 2147483647}, Case{"Byte", "-1", 255}, Case{"UByte", "300", 44},
+          Case{"Binary", "2\r", 2}, Case{"Binary", "256", 0}}) {
+        CGraphData data;
+        TypedDataBase& variable = *CreateVariable(type, data);
+        const CGraphDataSet& set = variable.CreateSet();
+        variable.AddValue(field);
+        EXPECT_EQ(set.GetValue(0, -1), value) << type << ' ' << field;
+        EXPECT_EQ(set.IsBinary(), type == std::string_view("Binary"));
+    }
 }
