@@ -85,20 +85,6 @@ TEST(Mouse, TogglesAGroupOnReleaseOverItsName) {
         << "a press on a header moves no cursor";
 }
 
-TEST(Mouse, DoubleClickLeavesAGroupAsItWas) {
-    Started window;
-    const QPoint at = window.HeaderOf("Position");
-    QTest::mouseClick(window.Client(), Qt::LeftButton, Qt::NoModifier, at);
-    EXPECT_FALSE(window.IsExpanded("Position"));
-    window.Settle();
-    QMouseEvent second(QEvent::MouseButtonDblClick, at, window.Client()->mapToGlobal(at), Qt::LeftButton,
-                       Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(window.Client(), &second);
-    EXPECT_FALSE(window.IsExpanded("Position"));
-    window.Release(at);
-    EXPECT_TRUE(window.IsExpanded("Position"));
-}
-
 TEST(Mouse, OnAValueCellDoesNothing) {
     Started window;
     const QImage before = window.Screen();

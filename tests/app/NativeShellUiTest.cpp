@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -64,20 +63,4 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
         EXPECT_EQ(path->toStdString(),
                   QDir::toNativeSeparators(folder.filePath(QString::fromLatin1(result))).toStdString());
     }
-}
-
-TEST(MessageBox, ShowsItsTextAsItStands) {
-    const QString text = QStringLiteral("Xml Parse error: <b>&amp;</b> (1): no (Error)");
-    QString caption;
-    const WhenModal answer([&](QWidget& window) {
-        const auto& box = dynamic_cast<QMessageBox&>(window);
-        caption = box.windowTitle();
-        EXPECT_EQ(box.text(), text);
-        EXPECT_EQ(box.textFormat(), Qt::PlainText);
-        EXPECT_EQ(box.icon(), QMessageBox::Critical);
-        QTest::keyClick(&window, Qt::Key_Return);
-    });
-    CNativeShellUi ui;
-    ui.ShowMessage(MessageIcon::Stop, QStringLiteral("ERROR"), text);
-    EXPECT_EQ(caption, QStringLiteral("ERROR"));
 }

@@ -109,14 +109,3 @@ TEST(Window, OpensTheAboutBoxOnF1) {
     window.Key(Qt::Key_F1);
     EXPECT_EQ(caption, QStringLiteral("About Tracelyn"));
 }
-
-TEST(Window, ClosesThroughTheMenu) {
-    WindowUnderTest window({QStringLiteral(SAMPLES_DIR "/bend01.paf")});
-    QApplication::setQuitOnLastWindowClosed(false);
-    QTimer::singleShot(0, &window.Frame(), [&] { window.Choose(CommandId::Exit); });
-    QTimer::singleShot(10000, &window.Frame(), [] { QCoreApplication::exit(7); });
-    EXPECT_EQ(QApplication::exec(), 0);
-    QApplication::setQuitOnLastWindowClosed(true);
-    EXPECT_FALSE(window.Frame().isVisible());
-    EXPECT_TRUE(window.ui.TakeMessages().empty()) << "no question: nothing can be lost";
-}

@@ -218,18 +218,3 @@ TEST(SeparateRows, ScaleEachSetByItself) {
     EXPECT_EQ(RowsOf(window, 100, kRed, 0, 200), std::vector{kPlotBottom})
         << "a constant lies along its row's bottom";
 }
-
-TEST(CursorLines, AreDrawnLastButNotOverTheConsole) {
-    GraphWithData data;
-    data.AddIndex();
-    data.AddSignal(data.AddGroup(QStringLiteral("g")), 601, [](int i) { return i; });
-    data.graph.SetResetPending();
-    RecordingWindow window(data.graph, {600, 200});
-    window.PaintAll();
-    EXPECT_EQ(window.At(300, 100), QColor(128, 128, 255));
-    EXPECT_EQ(window.At(300, 199), QColor(128, 128, 255));
-    data.graph.SetFixedCursor(window, 590);
-    window.PaintAll();
-    EXPECT_EQ(window.At(590, 150), QColor(64, 64, 128));
-    EXPECT_NE(window.At(590, 12), QColor(64, 64, 128));
-}

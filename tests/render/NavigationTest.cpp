@@ -35,13 +35,6 @@ TEST(Reset, ShowsTheWholeRangeWithTheCursorInTheMiddle) {
     EXPECT_EQ(data.window.scrollBar, (ScrollBarState{1, 999, 1000, 0}));
 }
 
-TEST(Reset, LetsTheFirstStepGoByTheWindowsPixels) {
-    Loaded data;
-    data.graph.Zoom(data.window, 1.25F);
-    EXPECT_EQ(data.graph.GetCanvas().GetPixelRect(), (PixelRect{0, 0, 500, 200}));
-    EXPECT_EQ(data.graph.GetCanvas().WorldToPixelX(500), 250);
-}
-
 TEST(Cursor, StaysWithinTheData) {
     Loaded data;
     struct Case {
