@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -236,7 +237,12 @@ PixelRect CChildView::GetClientRect() const {
 }
 
 void CChildView::Invalidate(const PixelRect& area) {
-    const QRect rect = area.ToQRect() & viewport()->rect();
+    QRect rect = area.ToQRect();
+    // Between whole scale factors a pixel of the picture ends inside one of the screen.
+    const double scale = viewport()->devicePixelRatioF();
+    if (scale != std::floor(scale))
+        rect.adjust(-1, -1, 1, 1);
+    rect &= viewport()->rect();
     m_Invalid += rect;
     viewport()->update(rect);
 }

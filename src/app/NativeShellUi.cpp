@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -21,6 +22,18 @@ QWidget* OwnerWindow() {
     }
     return nullptr;
 }
+
+// Icons and types by what a name says. The toolkit's own provider reads every listed file to guess its type,
+// which takes long on slow folders and never ends in some of the system's.
+class NameIconProvider : public QFileIconProvider {
+public:
+    using QFileIconProvider::icon;
+
+    QIcon icon(const QFileInfo& info) const override {
+        return QFileIconProvider::icon(info.isDir() ? Folder : File);
+    }
+    QString type(const QFileInfo& info) const override { return info.isDir() ? QString() : info.suffix(); }
+};
 
 // The extension that a name filter like "csv Files (*.csv)" stands for; empty when it names none or several.
 QString ExtensionOf(const QString& filter) {
@@ -48,22 +61,22 @@ void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const
 }
 
 std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {
-    QFileDialog dialog(OwnerWindow());
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    return Ask(dialog, request);
+    return Ask(QFileDialog::AcceptOpen, request);
 }
 
 std::optional<QString> CNativeShellUi::AskSaveFile(const FileRequest& request) {
-    QFileDialog dialog(OwnerWindow());
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    return Ask(dialog, request);
+    return Ask(QFileDialog::AcceptSave, request);
 }
 
-std::optional<QString> CNativeShellUi::Ask(QFileDialog& dialog, const FileRequest& request) {
+std::optional<QString> CNativeShellUi::Ask(QFileDialog::AcceptMode mode, const FileRequest& request) {
     const CArrowCursor arrow;
+    // The dialog borrows the provider, also while it goes away.
+    NameIconProvider icons;
+    QFileDialog dialog(OwnerWindow());
+    dialog.setIconProvider(&icons);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
     if (!request.title.isEmpty())
         dialog.setWindowTitle(request.title);
     dialog.setNameFilters(request.filter.split(QStringLiteral(";;")));
@@ -80,7 +93,7 @@ std::optional<QString> CNativeShellUi::Ask(QFileDialog& dialog, const FileReques
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QString path = dialog.selectedFiles().constFirst();
-    const bool completes = dialog.acceptMode() == QFileDialog::AcceptSave;
+    const bool completes = mode == QFileDialog::AcceptSave;
     return QDir::toNativeSeparators(completes ? WithExtension(path, ExtensionOf(dialog.selectedNameFilter()))
                                               : path);
 }

@@ -3,7 +3,7 @@
 
 #include "ShellUi.h"
 
-class QFileDialog;
+#include <QFileDialog>
 
 class CNativeShellUi : public CShellUi {
 public:
@@ -13,5 +13,5 @@ public:
     void Beep(int hertz, int milliseconds) override;
 
 private:
-    static std::optional<QString> Ask(QFileDialog& dialog, const FileRequest& request);
+    static std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& request);
 };
