@@ -32,7 +32,9 @@ public:
     QIcon icon(const QFileInfo& info) const override {
         return QFileIconProvider::icon(info.isDir() ? Folder : File);
     }
-    QString type(const QFileInfo& info) const override { return info.isDir() ? QObject::tr("Folder") : info.suffix(); }
+    QString type(const QFileInfo& info) const override {
+        return info.isDir() ? QObject::tr("Folder") : info.suffix();
+    }
 };
 
 // The extension that a name filter like "csv Files (*.csv)" stands for; empty when it names none or several.
