@@ -2,11 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Loads share one file name per user and temporary folder: each test program has a folder of its own.
+    const QTemporaryDir folder;
+    qputenv("TMPDIR", folder.path().toLocal8Bit());
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -25,8 +25,13 @@ std::optional<QString> RecordingUi::Answer(const FileRequest& request) {
 WindowUnderTest::WindowUnderTest(const QStringList& arguments) {
     app.InitInstance(arguments);
     QApplication::setActiveWindow(&Frame());
-    if (!QTest::qWaitForWindowActive(&Frame()) || !QTest::qWaitForWindowExposed(&Frame()))
-        qFatal("the window does not become active");
+    // The first frame may come later than the window: only it knows the last sample.
+    const auto isPainted = [this] {
+        Client()->repaint();
+        return Graph().GetLastIndex() == Graph().GetData().GetMaxCount() - 1;
+    };
+    if (!QTest::qWaitForWindowActive(&Frame()) || !QTest::qWaitFor(isPainted))
+        qFatal("the window does not show");
     Settle();
 }
 
