@@ -33,7 +33,6 @@ public:
 
     CChildView& GetView() { return *m_pView; }
     QAction& GetAction(CommandId id) const { return m_Commands.Action(id); }
-    const QString& GetFileLabel() const { return m_strFileLabel; }
 
 Q_SIGNALS:
     void AboutRequested();

@@ -53,7 +53,6 @@ public:
     const WorldRect& GetFull() const { return m_Full; }
     const WorldRect& GetVisible() const { return m_Visible; }
     const PixelRect& GetPixelRect() const { return m_Pixels; }
-    const PixelRect& GetMappedPixels() const { return m_MappedPixels; }
     float GetZoom() const { return m_fZoom; }
     bool CanZoomIn() const { return m_bCanZoomIn; }
     bool CanZoomOut() const { return m_bCanZoomOut; }

@@ -54,7 +54,6 @@ public:
     bool CanZoomIn() const { return m_Canvas.CanZoomIn(); }
     bool CanZoomOut() const { return m_Canvas.CanZoomOut(); }
     bool IsConsoleOnLeft() const { return m_bConsoleOnLeft; }
-    bool IsDarkScheme() const { return m_bDarkScheme; }
     // Largest sample count of the last paint, minus 1; -1 for an empty model.
     int GetLastIndex() const { return m_nLastIndex; }
 

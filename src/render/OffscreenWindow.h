@@ -16,17 +16,15 @@ public:
     const QImage& Paint(CGraph& graph);
 
     const QImage& GetImage() const { return m_Image; }
-    const ScrollBarState& GetScrollBar() const { return m_ScrollBar; }
 
     PixelRect GetClientRect() const override { return {0, 0, m_Size.width(), m_Size.height()}; }
-    // The next Paint draws everything anyway.
+    // The next Paint draws everything anyway, and a picture has no scroll bar.
     void Invalidate(const PixelRect& /*area*/) override {}
     void Invalidate() override {}
     void UpdateNow() override {}
-    void SetScrollBar(const ScrollBarState& state) override { m_ScrollBar = state; }
+    void SetScrollBar(const ScrollBarState& /*state*/) override {}
 
 private:
     QSize m_Size;
     QImage m_Image;
-    ScrollBarState m_ScrollBar;
 };
