@@ -39,6 +39,18 @@ public:
         ++m_nCount;
     }
 
+    // Adds n samples at the end and returns them, to be written before anything is asked for.
+    std::span<T> Append(int n) {
+        SetSize(m_nCount + n);
+        const auto from = static_cast<size_t>(m_nCount);
+        m_nCount += n;
+        return std::span(m_Values).subspan(from, static_cast<size_t>(n));
+    }
+
+    void RemoveLast(int n) { m_nCount -= n; }
+
+    void BuildIndex() const { IndexBlocks(); }
+
     // The samples at first, first + step, ... as GetValue gives them, as many as `values` holds.
     void GetValues(int first, int step, std::span<double> values) const {
         if (m_nCount == 0) {

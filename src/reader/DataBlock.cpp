@@ -1,111 +1,201 @@
 #include "DataBlock.h"
 
+#include "Parallel.h"
+#include "SampleRows.h"
+#include "SampleText.h"
 #include "XmlVariable.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace Tracelyn {
 
 namespace {
 
-// Rows are cut into fields some at a time, so that each column is converted in one call.
-constexpr size_t kMaximumRowsAtOnce = 512;
-constexpr size_t kFieldsAtOnce = size_t{1} << 16U;
-
-// Far longer than any number; a longer field is cut here, so that a row that starts over again and again
-// costs little.
-constexpr size_t kMaximumField = 4096;
-
 // Samples may take this many times the size of their text. Empty rows for many variables could ask for far
 // more.
-constexpr uint64_t kMaximumSamplesPerCharacter = 64;
-constexpr uint64_t kSamplesOfAnyFile = 1 << 24;
+constexpr int64_t kMaximumSamplesPerCharacter = 64;
+constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 
-std::string_view WithoutTrailingLineFeeds(std::string_view text) {
-    const size_t last = text.find_last_not_of('\n');
-    return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+// The text is read in pieces that stay in a processor core's own memory while they are converted.
+constexpr int64_t kPiece = 1 << 18;
+
+// Counted in bytes, block by block: the compiler then looks at many characters at once.
+int64_t CountLineFeeds(std::string_view text) {
+    constexpr size_t Block = std::numeric_limits<unsigned char>::max();
+    int64_t count = 0;
+    for (; !text.empty(); text.remove_prefix(std::min(Block, text.size()))) {
+        unsigned char inBlock = 0;
+        for (const char c : text.substr(0, Block))
+            inBlock = static_cast<unsigned char>(inBlock + (c == '\n' ? 1 : 0));
+        count += inBlock;
+    }
+    return count;
 }
 
-int CountRows(std::string_view text) {
-    const auto rows = std::ranges::count(text, '\n') + 1;
-    return static_cast<int>(std::min<ptrdiff_t>(rows, std::numeric_limits<int>::max()));
-}
+// A piece holds the rows that begin behind its line feeds; the first one also holds the first row.
+struct Piece {
+    int64_t from = 0;
+    int64_t to = 0;
+    int64_t row = 0; // number of its first row
+    int64_t rows = 0;
+};
 
-void CheckSampleCount(std::string_view text, int rows, std::span<TypedDataBase* const> variables) {
-    const auto stored = static_cast<uint64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
-    const uint64_t samples = stored * static_cast<uint64_t>(rows);
-    if (samples > kSamplesOfAnyFile && samples / kMaximumSamplesPerCharacter > text.size())
-        throw std::length_error("more samples than the text can justify");
-}
-
-// Fields of some rows, column by column.
-class FieldTable {
+// Text of a piece, in memory that is used again for the next one.
+class CPieceText {
 public:
-    explicit FieldTable(size_t columns)
-        : m_Columns(columns), m_nCapacity(std::clamp<size_t>(kFieldsAtOnce / columns, 1, kMaximumRowsAtOnce)),
-          m_Fields(columns * m_nCapacity) {}
+    std::string_view Text() const { return {m_Bytes.data(), m_nSize}; }
+    void Clear() { m_nSize = 0; }
+    // Makes the text longer and returns the new part, to be filled.
+    std::span<char> Grow(int64_t count) {
+        const size_t from = m_nSize;
+        m_nSize += static_cast<size_t>(count);
+        if (m_Bytes.size() < m_nSize)
+            m_Bytes.resize(std::max(m_nSize, m_Bytes.size() * 2));
+        return std::span(m_Bytes).subspan(from, static_cast<size_t>(count));
+    }
+    void Shorten(size_t count) { m_nSize -= count; }
 
-    bool IsFull() const { return m_Rows == m_nCapacity; }
+private:
+    std::vector<char> m_Bytes;
+    size_t m_nSize = 0;
+};
 
-    void AddRow(std::string_view row) {
-        size_t column = 0;
-        for (size_t from = 0; column < m_Columns;) {
-            const size_t comma = row.find(',', from);
-            At(column++) = row.substr(from, std::min(comma - from, kMaximumField));
-            if (comma == std::string_view::npos)
-                break;
-            from = comma + 1;
-        }
-        // The row starts over for the remaining columns.
-        for (const size_t fields = column; column < m_Columns; ++column)
-            At(column) = At(column - fields);
-        ++m_Rows;
+class CBlockReader {
+public:
+    explicit CBlockReader(const CSampleText& text) : m_Text(text) {
+        const int64_t size = std::max<int64_t>(1, text.GetSize());
+        for (int64_t from = 0; from < size; from += kPiece)
+            m_Pieces.push_back({.from = from, .to = std::min(from + kPiece, text.GetSize())});
+        m_Buffers.resize(static_cast<size_t>(support::WorkerCount(PieceCount())));
     }
 
-    void MoveTo(std::span<TypedDataBase* const> variables) {
-        for (size_t column = 0; column < m_Columns; ++column)
-            variables[column]->AddValues(std::span(m_Fields).subspan(column * m_nCapacity, m_Rows));
-        m_Rows = 0;
+    // Numbers the rows of all pieces. Returns how many there are; nothing when the text cannot be read.
+    std::optional<int64_t> CountRows(const support::Progress& progress) {
+        const auto count = [this](int worker, Piece& piece) {
+            CPieceText& buffer = m_Buffers[static_cast<size_t>(worker)];
+            piece.rows = piece.from == 0 ? 1 : 0;
+            if (!ReadPiece(piece, buffer))
+                return false;
+            piece.rows += CountLineFeeds(buffer.Text());
+            return true;
+        };
+        if (ForEachPiece(count, progress) != PieceCount())
+            return std::nullopt;
+        int64_t rows = 0;
+        for (Piece& piece : m_Pieces) {
+            piece.row = rows;
+            rows += piece.rows;
+        }
+        return rows;
+    }
+
+    // Returns how many rows were converted: fewer than were counted when the text cannot be read or is not
+    // what it was. The rows behind them are undefined.
+    int64_t Convert(std::span<const SampleColumn> columns, const support::Progress& progress) {
+        std::vector<CRowConverter> converters(m_Buffers.size(), CRowConverter(columns));
+        const auto convert = [&](int worker, const Piece& piece) {
+            CPieceText& buffer = m_Buffers[static_cast<size_t>(worker)];
+            if (piece.rows == 0)
+                return true;
+            if (!ReadPiece(piece, buffer) || !ReadToRowEnd(piece.to, buffer))
+                return false;
+            std::string_view text = buffer.Text();
+            if (piece.from != 0)
+                text = text.substr(text.find('\n') + 1);
+            return converters[static_cast<size_t>(worker)].Convert(text, static_cast<size_t>(piece.row),
+                                                                   static_cast<size_t>(piece.rows));
+        };
+        const int64_t pieces = ForEachPiece(convert, progress);
+        return pieces == PieceCount() ? m_Pieces.back().row + m_Pieces.back().rows
+                                      : m_Pieces[static_cast<size_t>(pieces)].row;
     }
 
 private:
-    // The column's field in the row that is being added.
-    std::string_view& At(size_t column) { return m_Fields[column * m_nCapacity + m_Rows]; }
+    int64_t PieceCount() const { return static_cast<int64_t>(m_Pieces.size()); }
 
-    size_t m_Columns;
-    size_t m_nCapacity;
-    std::vector<std::string_view> m_Fields;
-    size_t m_Rows = 0;
+    // Returns how many pieces are done before the first for which work(worker, piece) is false.
+    template <class Work>
+    int64_t ForEachPiece(Work work, const support::Progress& progress) {
+        return support::ForEachParallel(
+            PieceCount(),
+            [&](int worker, int64_t item) { return work(worker, m_Pieces[static_cast<size_t>(item)]); },
+            progress);
+    }
+
+    bool ReadPiece(const Piece& piece, CPieceText& buffer) const {
+        buffer.Clear();
+        return m_Text.Read(piece.from, buffer.Grow(piece.to - piece.from));
+    }
+
+    // Appends the rest of the row that is cut off at `at`, its line feed included; the last row gets one.
+    bool ReadToRowEnd(int64_t at, CPieceText& buffer) const {
+        constexpr int64_t FirstStep = 1024;
+        for (int64_t step = FirstStep; at < m_Text.GetSize(); step *= 2) {
+            const std::span<char> more = buffer.Grow(std::min(step, m_Text.GetSize() - at));
+            if (!m_Text.Read(at, more))
+                return false;
+            const auto end = std::ranges::find(more, '\n');
+            if (end != more.end()) {
+                buffer.Shorten(static_cast<size_t>(more.end() - end) - 1);
+                return true;
+            }
+            at += static_cast<int64_t>(more.size());
+        }
+        buffer.Grow(1).front() = '\n';
+        return true;
+    }
+
+    const CSampleText& m_Text;
+    std::vector<Piece> m_Pieces;
+    std::vector<CPieceText> m_Buffers; // one for each thread
 };
+
+bool AreTooMany(int64_t rows, const CSampleText& text, std::span<TypedDataBase* const> variables) {
+    const auto stored = static_cast<int64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
+    const int64_t samples = stored * rows;
+    return rows > std::numeric_limits<int>::max() ||
+           (samples > kSamplesOfAnyFile && samples / kMaximumSamplesPerCharacter > text.GetSize());
+}
 
 } // namespace
 
-void ReadDataBlock(std::string_view text, std::span<TypedDataBase* const> variables) {
+std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
+                                     const support::Progress& progress) {
     while (!variables.empty() && !variables.back()->HasStore())
         variables = variables.first(variables.size() - 1);
     if (variables.empty())
-        return;
+        return std::nullopt;
 
-    text = WithoutTrailingLineFeeds(text);
-    const int rows = CountRows(text);
-    CheckSampleCount(text, rows, variables);
+    constexpr double Counted = 0.1;
+    constexpr double Converted = 0.95;
+    const QString unreadable = QStringLiteral("The sample rows cannot be read to their end");
+    CBlockReader block(text);
+    const std::optional<int64_t> rows = block.CountRows(support::StepOf(progress, 0, Counted));
+    if (!rows)
+        return unreadable;
+    if (AreTooMany(*rows, text, variables))
+        return QStringLiteral("There are too many sample rows (%1)").arg(*rows);
+
+    std::vector<SampleColumn> columns;
     for (TypedDataBase* const variable : variables)
-        variable->Reserve(rows);
-
-    FieldTable table(variables.size());
-    for (size_t start = 0; start <= text.size();) {
-        const size_t end = std::min(text.find('\n', start), text.size());
-        table.AddRow(text.substr(start, end - start));
-        if (table.IsFull())
-            table.MoveTo(variables);
-        start = end + 1;
-    }
-    table.MoveTo(variables);
+        columns.push_back(variable->Append(static_cast<int>(*rows)));
+    const int64_t converted = block.Convert(columns, support::StepOf(progress, Counted, Converted));
+    const auto missing = static_cast<int>(*rows - converted);
+    support::ForEachParallel(
+        static_cast<int64_t>(variables.size()),
+        [&](int /*worker*/, int64_t item) {
+            variables[static_cast<size_t>(item)]->RemoveLast(missing);
+            variables[static_cast<size_t>(item)]->BuildIndex();
+            return true;
+        },
+        support::StepOf(progress, Converted, 1));
+    return missing == 0 ? std::nullopt : std::optional(unreadable);
 }
 
 } // namespace Tracelyn

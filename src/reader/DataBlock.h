@@ -1,17 +1,23 @@
-// The block of sample rows: one row a line, fields separated by commas.
+// Reads the block of sample rows into the variables of a file.
 #pragma once
 
+#include "Progress.h"
+
+#include <QString>
+
+#include <optional>
 #include <span>
-#include <string_view>
 
 namespace Tracelyn {
 
+class CSampleText;
 class TypedDataBase;
 
-// Hands every row's fields to the variables in their order. A row with fewer fields than variables starts
-// over at its first field; surplus fields are ignored. Trailing line feeds add no rows; a carriage return
-// stays in its field. Throws std::length_error, before it reserves anything, when a text asks for far more
-// samples than it has characters.
-void ReadDataBlock(std::string_view text, std::span<TypedDataBase* const> variables);
+// Rows end at line feeds; those behind the last row do not count. In every row each variable takes the next
+// comma-separated field; a row with too few fields starts over at its first one, fields beyond the variables
+// are ignored. Splits the work over the processor cores. Returns what is wrong when the rows cannot be
+// stored: the variables then keep what they had.
+std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
+                                     const support::Progress& progress = {});
 
 } // namespace Tracelyn

@@ -1,7 +1,11 @@
 // The interface through which the program loads any measurement file into the model.
 #pragma once
 
+#include "Progress.h"
+
 #include <QString>
+
+#include <utility>
 
 class CGraphData;
 
@@ -23,6 +27,11 @@ public:
     int GetAccessLevel() const { return m_nAccessLevel; }
     void SetAccessLevel(int level) { m_nAccessLevel = level; }
 
+    // Who wants to know how far a load has come.
+    const support::Progress& GetProgress() const { return m_Progress; }
+    void SetProgress(support::Progress progress) { m_Progress = std::move(progress); }
+
 private:
     int m_nAccessLevel = 0;
+    support::Progress m_Progress;
 };

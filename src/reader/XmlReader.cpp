@@ -4,6 +4,7 @@
 #include "GraphData.h"
 #include "GraphDataVariants.h"
 #include "NumberText.h"
+#include "SampleText.h"
 #include "XmlDomDocument.h"
 #include "XmlDomElement.h"
 #include "XmlDomNodeIterator.h"
@@ -17,6 +18,8 @@ namespace {
 
 constexpr ColorRef kIndexColor = 0xFF8080;
 constexpr int kUnitPrecision = 3;
+// Share of a load after which the sample rows are found.
+constexpr double kFound = 0.2;
 
 Unit ReadUnit(const CXmlDomElement& element) {
     return {element.GetAttribute("Name"), element.GetAttributeFloat("UnitOffset", 0.0F),
@@ -69,7 +72,8 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     m_Colors.Restart();
     CXmlDomDocument document;
     QString error;
-    if (!document.Load(path, error)) {
+    const support::Progress& progress = GetProgress();
+    if (!document.LoadWithTextApart(path, "Data", error, support::StepOf(progress, 0, kFound))) {
         Fail(ResultCode::XmlParseError, error);
         return;
     }
@@ -89,8 +93,14 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     if (!FindRequired(root, "Groups", groups) || !ReadGroups(data, groups))
         return;
     CXmlDomElement block;
-    if (FindRequired(root, "Data", block))
-        ReadDataBlock(block.GetTextUtf8(), m_Variables);
+    if (!FindRequired(root, "Data", block))
+        return;
+    const auto& apart = document.GetTextApart();
+    const std::unique_ptr<CSampleText> text =
+        apart ? SampleTextInFile(apart->file, apart->range.from, apart->range.size)
+              : SampleTextInMemory(block.GetTextUtf8());
+    if (const auto problem = ReadDataBlock(*text, m_Variables, support::StepOf(progress, kFound, 1)))
+        Fail(ResultCode::UnknownError, *problem);
 }
 
 bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {

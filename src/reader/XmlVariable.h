@@ -3,13 +3,13 @@
 #pragma once
 
 #include "GraphDataTypedSource.h"
+#include "SampleRows.h"
 #include "XmlVariableSource.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string_view>
 #include <type_traits>
 #include <vector>
@@ -45,11 +45,14 @@ public:
     virtual CGraphDataSet& CreateSet() = 0;
     // True once a set was created: only then the variable's column is stored.
     virtual bool HasStore() const = 0;
-    // Makes room for that many samples.
-    virtual void Reserve(int samples) = 0;
-    // Appends fields of the variable's column as samples; without a store they are dropped.
-    virtual void AddValues(std::span<const std::string_view> fields) = 0;
-    void AddValue(std::string_view field) { AddValues({&field, 1}); }
+    // Appends a field of the variable's column as a sample; without a store it is dropped.
+    virtual void AddValue(std::string_view field) = 0;
+    // Appends that many samples, to be written into what is returned. Nothing may be asked for until they
+    // are.
+    virtual SampleColumn Append(int samples) = 0;
+    virtual void RemoveLast(int samples) = 0;
+    // What the first question for extremes would have to do otherwise.
+    virtual void BuildIndex() = 0;
 
     void SetName(const QString& name) { m_strName = name; }
     void SetDescription(const QString& description) { m_strDescription = description; }
@@ -84,13 +87,20 @@ public:
 
     CGraphDataSet& CreateSet() override;
     bool HasStore() const override { return m_pStore != nullptr; }
-    void Reserve(int samples) override {
+    void AddValue(std::string_view field) override {
         if (m_pStore)
-            m_pStore->Resize(samples);
+            m_pStore->AddValue(field);
     }
-    void AddValues(std::span<const std::string_view> fields) override {
+    SampleColumn Append(int samples) override {
+        return m_pStore ? SampleColumn(m_pStore->Append(samples)) : SampleColumn();
+    }
+    void RemoveLast(int samples) override {
         if (m_pStore)
-            m_pStore->AddValues(fields);
+            m_pStore->RemoveLast(samples);
+    }
+    void BuildIndex() override {
+        if (m_pStore)
+            m_pStore->GetSource().BuildIndex();
     }
 
 protected:

@@ -21,12 +21,9 @@ public:
             m_Source.Add(static_cast<T>(support::ParseIntegerField(field)));
     }
 
-    void AddValues(std::span<const std::string_view> fields) {
-        for (const std::string_view field : fields)
-            AddValue(field);
-    }
-
-    void Resize(int samples) { m_Source.SetSize(samples); }
+    // See CGraphDataTypedSource.
+    std::span<T> Append(int samples) { return m_Source.Append(samples); }
+    void RemoveLast(int samples) { m_Source.RemoveLast(samples); }
 
     const CGraphDataTypedSource<T>& GetSource() const { return m_Source; }
 

@@ -1,8 +1,10 @@
 #include "XmlDomDocument.h"
 
 #include "Assertion.h"
+#include "SharedFile.h"
 #include "XmlDomElement.h"
 #include "XmlEncodings.h"
+#include "XmlFileWithoutText.h"
 #include "XmlParse.h"
 
 #include <QBuffer>
@@ -42,6 +44,15 @@ XmlParseResult ParseBytes(const QByteArray& bytes, const char* encoding) {
     return ParseXml(buffer, encoding);
 }
 
+// Whether ASCII characters are single bytes of their own, whatever stands around them.
+bool KeepsAscii(const xmlChar* encoding) {
+    if (encoding == nullptr)
+        return true;
+    const QByteArray name = QByteArray(reinterpret_cast<const char*>(encoding)).toUpper();
+    return name == "UTF-8" || name == "US-ASCII" || name == "ASCII" || name == "CP1252" ||
+           name.startsWith("ISO-8859-") || name.startsWith("WINDOWS-125");
+}
+
 int WriteDevice(void* device, const char* buffer, int length) {
     return static_cast<int>(static_cast<QIODevice*>(device)->write(buffer, length));
 }
@@ -79,10 +90,36 @@ bool CXmlDomDocument::LoadXmlBytes(std::string_view bytes, QString& error) {
     return Create(error) && Take(ParseBytes(view, nullptr), QStringLiteral("[string input]"), error);
 }
 
+bool CXmlDomDocument::LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
+                                        const support::Progress& progress) {
+    return (Create(error) && ParseWithTextApart(fileName, childName, progress)) || Load(fileName, error);
+}
+
+// The parser reads the file without the text. That stands for the file only if the parser, too, saw the start
+// tag where the text was cut out.
+bool CXmlDomDocument::ParseWithTextApart(const QString& fileName, const char* childName,
+                                         const support::Progress& progress) {
+    const std::shared_ptr<support::CSharedFile> file = support::CSharedFile::Open(fileName);
+    const std::optional<XmlTextRange> range =
+        file == nullptr ? std::nullopt : FindPlainText(*file, childName, progress);
+    if (!range)
+        return false;
+    CXmlFileWithoutText rest(*file, *range);
+    XmlTagWatch watch{.name = childName, .tagEnd = {}};
+    XmlParseResult result = ParseXml(rest, nullptr, &watch);
+    if (result.document == nullptr || watch.tagEnd != range->from - 1 ||
+        !KeepsAscii(result.document->encoding))
+        return false;
+    m_pXMLDoc = std::move(result.document);
+    m_TextApart = XmlTextApart{file, *range};
+    return true;
+}
+
 bool CXmlDomDocument::Take(XmlParseResult result, const QString& source, QString& error) {
     const bool loaded = result.document != nullptr;
     m_pXMLDoc = loaded ? std::move(result.document) : EmptyDocument();
     m_bCreated = m_pXMLDoc != nullptr;
+    m_TextApart.reset();
     if (!loaded)
         error = ErrorText(source, result.line, result.reason);
     return loaded;

@@ -2,15 +2,24 @@
 // entities is refused, and attribute defaults that it declares are not applied.
 #pragma once
 
+#include "Progress.h"
 #include "XmlForward.h"
+#include "XmlPlainText.h"
 
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 class CXmlDomElement;
 struct XmlParseResult;
+
+// Text that was left in its file.
+struct XmlTextApart {
+    std::shared_ptr<support::CSharedFile> file;
+    XmlTextRange range;
+};
 
 class CXmlDomDocument {
 public:
@@ -30,6 +39,13 @@ public:
     // The same for text in the encoding that it declares (UTF-8 when it declares none).
     bool LoadXmlBytes(std::string_view bytes, QString& error);
 
+    // As Load. When the text at the start of the root's first child of that name is plain (see FindPlainText)
+    // it is left in the file: that element is empty then, and GetTextApart says where its text lies. Sound
+    // documents only: all others are loaded as ever.
+    bool LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
+                           const support::Progress& progress = {});
+    const std::optional<XmlTextApart>& GetTextApart() const { return m_TextApart; }
+
     // The document's element; false when it is empty. Needs Create.
     bool GetRootElement(CXmlDomElement& element) const;
 
@@ -38,9 +54,12 @@ public:
     bool Save(const QString& path) const;
 
 private:
+    bool ParseWithTextApart(const QString& fileName, const char* childName,
+                            const support::Progress& progress);
     // Takes over the parsed document, or an empty one and the error text.
     bool Take(XmlParseResult result, const QString& source, QString& error);
 
     std::shared_ptr<xmlDoc> m_pXMLDoc;
+    std::optional<XmlTextApart> m_TextApart;
     bool m_bCreated = false;
 };

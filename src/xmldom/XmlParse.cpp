@@ -18,6 +18,7 @@ namespace {
 // for an exception must not cross the library.
 struct ParseState {
     QIODevice* device = nullptr;
+    XmlTagWatch* watch = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
     int defaults = 0;
@@ -55,6 +56,15 @@ void RefuseUnparsedEntity(void* context, const xmlChar* /*name*/, const xmlChar*
     Refuse(context, "Entity declarations are not allowed");
 }
 
+// The tag is read up to its ">", which comes next.
+void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* prefix) {
+    XmlTagWatch* const watch = StateOf(context).watch;
+    const bool isChildOfRoot = context->nodeNr == 1 && prefix == nullptr;
+    if (watch != nullptr && !watch->tagEnd && isChildOfRoot &&
+        xmlStrEqual(localName, reinterpret_cast<const xmlChar*>(watch->name)) != 0)
+        watch->tagEnd = xmlByteConsumed(context);
+}
+
 // Declared attribute defaults stay out of the tree, except namespaces: those are copied into every element,
 // so a few bytes could grow without end. What they cost may not outgrow what was read.
 void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
@@ -66,6 +76,7 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     for (int i = 0; i < namespaceCount; ++i) // pairs of prefix and address
         state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
 
+    NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
     constexpr int MaxAttributes = 1024;
     if (attributeCount > MaxAttributes)
         Refuse(context, "Too many attributes");
@@ -148,7 +159,7 @@ QString WithoutLineEnd(const char* reason) {
 
 } // namespace
 
-XmlParseResult ParseXml(QIODevice& device, const char* encoding) {
+XmlParseResult ParseXml(QIODevice& device, const char* encoding, XmlTagWatch* watch) {
     PrepareXmlLibrary();
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                xmlFreeParserCtxt);
@@ -157,6 +168,7 @@ XmlParseResult ParseXml(QIODevice& device, const char* encoding) {
 
     ParseState state;
     state.device = &device;
+    state.watch = watch;
     InstallCallbacks(*context, state);
     const ContextFreeErrors contextFreeErrors(*context);
     constexpr int Options = XML_PARSE_HUGE | XML_PARSE_NONET;

@@ -6,7 +6,9 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 class QIODevice;
 
@@ -16,5 +18,14 @@ struct XmlParseResult {
     QString reason;
 };
 
-// The device is read in small pieces. encoding overrides what the document declares; null lets it decide.
-XmlParseResult ParseXml(QIODevice& device, const char* encoding);
+// Notes where the start tag of the root's first child of that name ends.
+struct XmlTagWatch {
+    const char* name = nullptr;
+    // Bytes before the ">" that ends the tag, in the encoding of the device; unset when there is no such
+    // child.
+    std::optional<int64_t> tagEnd;
+};
+
+// The device is read in small pieces. encoding overrides what the document declares; null lets it decide. The
+// watch, if any, is borrowed.
+XmlParseResult ParseXml(QIODevice& device, const char* encoding, XmlTagWatch* watch = nullptr);

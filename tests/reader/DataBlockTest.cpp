@@ -2,12 +2,16 @@
 #include "DataBlock.h"
 
 #include "GraphData.h"
+#include "SampleText.h"
 #include "XmlReader.h"
 #include "XmlVariable.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
+#include <cstring>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -24,7 +28,7 @@ static std::string Samples(std::string_view letters, std::string_view text) {
         variables.push_back(CreateVariable("Long", data));
         sets.push_back(letter == 's' ? &variables.back()->CreateSet() : nullptr);
     }
-    ReadDataBlock(text, variables);
+    EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables), std::nullopt);
     QStringList columns;
     for (const CGraphDataSet* set : sets) {
         QStringList samples;
@@ -62,6 +66,61 @@ TEST(DataBlock, ReadsAsManyRowsAndColumnsAsThereAre) {
                     column.repeated(columns).mid(1).toStdString())
             << columns << " x " << rows;
     }
+}
+
+// "7\n7\n..." of which, once its rows are counted, only a part can be read.
+class CVanishingText : public CSampleText {
+public:
+    explicit CVanishingText(int64_t size, int64_t left) : m_nSize(size), m_nLeft(left) {}
+    int64_t GetSize() const override { return m_nSize; }
+    bool Read(int64_t at, std::span<char> text) const override {
+        for (size_t i = 0; i < text.size(); ++i)
+            text[i] = i % 2 == static_cast<size_t>(at) % 2 ? '7' : '\n';
+        const int64_t end = at + std::ssize(text);
+        const bool counting = m_nRead < m_nSize;
+        m_nRead += std::ssize(text);
+        return counting || end <= m_nLeft;
+    }
+
+private:
+    int64_t m_nSize;
+    int64_t m_nLeft;
+    mutable std::atomic<int64_t> m_nRead = 0;
+};
+
+TEST(DataBlock, KeepsWhatCouldBeReadBeforeTheFileWasGone) {
+    constexpr int64_t Size = 3'000'001;
+    for (const auto& [left, smallest] : {std::pair<int64_t, int>{0, 0}, {1'000'000, 300'000}}) {
+        const CXmlReader owner;
+        CGraphData data;
+        TypedDataBase* const variable = CreateVariable("Float", data);
+        const CGraphDataSet& set = variable->CreateSet();
+        const auto problem = ReadDataBlock(CVanishingText(Size, left), {&variable, 1});
+        EXPECT_EQ(problem, "The sample rows cannot be read to their end");
+        EXPECT_TRUE(set.GetCount() >= smallest && set.GetCount() <= left / 2) << set.GetCount();
+        float min = 7;
+        float max = 7;
+        if (set.GetCount() > 0)
+            set.GetMinMax(0, set.GetCount(), min, max);
+        EXPECT_TRUE(min == 7 && max == 7);
+    }
+}
+
+TEST(DataBlock, RefusesMoreRowsThanItCanNumber) {
+    class CEmptyRows : public CSampleText {
+    public:
+        int64_t GetSize() const override { return (int64_t{1} << 31) + 7; }
+        bool Read(int64_t /*at*/, std::span<char> text) const override {
+            std::memset(text.data(), '\n', text.size());
+            return true;
+        }
+    };
+    const CXmlReader owner;
+    CGraphData data;
+    TypedDataBase* const variable = CreateVariable("UByte", data);
+    const CGraphDataSet& set = variable->CreateSet();
+    EXPECT_EQ(ReadDataBlock(CEmptyRows(), {&variable, 1}), "There are too many sample rows (2147483656)");
+    EXPECT_EQ(set.GetCount(), 0);
 }
 
 TEST(DataBlock, CutsAFieldWhereNoNumberIsThatLong) {

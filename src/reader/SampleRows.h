@@ -1,0 +1,38 @@
+// Converts the text of sample rows into the samples of their columns.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace Tracelyn {
+
+// Where a column's samples go, one for each row of the file; the first alternative drops them.
+using SampleColumn =
+    std::variant<std::monostate, std::span<float>, std::span<int8_t>, std::span<uint8_t>, std::span<int16_t>,
+                 std::span<uint16_t>, std::span<int32_t>, std::span<uint32_t>>;
+
+// One for each thread: threads convert different rows into the same columns.
+class CRowConverter {
+public:
+    // Borrows the columns; there is at least one.
+    explicit CRowConverter(std::span<const SampleColumn> columns) : m_Columns(columns) {}
+
+    // Each row ends with a line feed, the last one too. `row` is the number of the first, counted from 0.
+    // Fields are read as support::ParseFloatField and ParseIntegerField read them, integers then cut to the
+    // column's width. A row with fewer fields than columns starts over for the remaining ones. False when
+    // there are not exactly `count` rows; no further ones are written then.
+    bool Convert(std::string_view rows, size_t row, size_t count);
+
+private:
+    const char* ConvertRow(const char* at, size_t row);
+    void StartOver(std::string_view text, size_t row);
+
+    std::span<const SampleColumn> m_Columns;
+    std::vector<std::string_view> m_Fields;
+};
+
+} // namespace Tracelyn

@@ -1,0 +1,69 @@
+#include "SampleText.h"
+
+#include "SharedFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace Tracelyn {
+
+namespace {
+
+class CMemoryText : public CSampleText {
+public:
+    explicit CMemoryText(std::string_view text) : m_Text(text.substr(0, text.find_last_not_of('\n') + 1)) {}
+
+    int64_t GetSize() const override { return static_cast<int64_t>(m_Text.size()); }
+    bool Read(int64_t at, std::span<char> text) const override {
+        return m_Text.copy(text.data(), text.size(), static_cast<size_t>(at)) == text.size();
+    }
+
+private:
+    std::string_view m_Text;
+};
+
+class CFileText : public CSampleText {
+public:
+    CFileText(std::shared_ptr<support::CSharedFile> file, int64_t from, int64_t size)
+        : m_File(std::move(file)), m_nFrom(from), m_nSize(size) {
+        CutTrailingLineEnds();
+    }
+
+    int64_t GetSize() const override { return m_nSize; }
+    bool Read(int64_t at, std::span<char> text) const override { return m_File->Read(m_nFrom + at, text); }
+
+private:
+    void CutTrailingLineEnds() {
+        std::array<char, 4096> buffer;
+        while (m_nSize > 0) {
+            const auto count = static_cast<size_t>(std::min<int64_t>(m_nSize, buffer.size()));
+            const std::span<char> bytes = std::span(buffer).first(count);
+            if (!Read(m_nSize - static_cast<int64_t>(count), bytes))
+                return; // whoever reads the rows meets the error again
+            const size_t last = std::string_view(bytes.data(), count).find_last_not_of("\r\n");
+            const size_t kept = last == std::string_view::npos ? 0 : last + 1;
+            m_nSize -= static_cast<int64_t>(count - kept);
+            if (kept > 0)
+                return;
+        }
+    }
+
+    std::shared_ptr<support::CSharedFile> m_File;
+    int64_t m_nFrom;
+    int64_t m_nSize;
+};
+
+} // namespace
+
+std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text) {
+    return std::make_unique<CMemoryText>(text);
+}
+
+std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
+                                              int64_t size) {
+    return std::make_unique<CFileText>(std::move(file), from, size);
+}
+
+} // namespace Tracelyn

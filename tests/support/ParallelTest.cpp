@@ -1,0 +1,45 @@
+#include "Parallel.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+#include <vector>
+
+using support::ForEachParallel;
+
+TEST(Parallel, DoesEveryItemOnceAndReportsHowFarItIs) {
+    for (const int64_t items : {0, 1, 2, 1000}) {
+        std::vector<std::atomic<int>> calls(static_cast<size_t>(items));
+        std::vector<double> progress;
+        const int workers = support::WorkerCount(items);
+        const auto work = [&](int worker, int64_t item) {
+            EXPECT_TRUE(0 <= worker && worker < workers);
+            ++calls[static_cast<size_t>(item)];
+            return true;
+        };
+        EXPECT_EQ(ForEachParallel(items, work, [&](double done) { progress.push_back(done); }), items);
+        EXPECT_TRUE(std::ranges::all_of(calls, [](int count) { return count == 1; })) << items;
+        EXPECT_TRUE(std::ranges::is_sorted(progress) && (progress.empty() || progress.back() <= 1));
+    }
+}
+
+TEST(Parallel, StopsAtTheFirstFailureWhenEverythingBeforeItIsDone) {
+    for (int round = 0; round < 50; ++round) {
+        std::vector<std::atomic<bool>> done(1000);
+        const auto work = [&](int, int64_t item) {
+            done[static_cast<size_t>(item)] = true;
+            return item < 300 || item % 7 != 0;
+        };
+        EXPECT_EQ(ForEachParallel(1000, work), 301);
+        EXPECT_TRUE(std::all_of(done.begin(), done.begin() + 302, [](bool isDone) { return isDone; }));
+    }
+}
+
+TEST(Parallel, ThrowsOnTheCallingThread) {
+    const auto work = [](int, int64_t item) -> bool {
+        return item != 20 ? true : throw std::runtime_error("twenty");
+    };
+    EXPECT_THROW(ForEachParallel(100, work), std::runtime_error);
+}

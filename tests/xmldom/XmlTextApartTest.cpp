@@ -1,0 +1,93 @@
+// Text that stays in its file while the rest of the document is parsed.
+#include "SharedFile.h"
+#include "XmlDomTesting.h"
+
+#include <QRegularExpression>
+#include <QStringEncoder>
+
+namespace {
+
+QByteArray Declared(const char* encoding, const QByteArray& text) {
+    return QByteArray("<?xml version='1.0' encoding='") + encoding + "'?><r><Data>" + text + "</Data></r>";
+}
+
+// The text that was left in the file; nothing when it was parsed with the rest.
+std::optional<QByteArray> TextApart(const QByteArray& xml) {
+    const XmlFile file(xml);
+    CXmlDomDocument document;
+    QString error;
+    if (!document.LoadWithTextApart(file.Path(), "Data", error))
+        return std::nullopt;
+    CXmlDomElement root;
+    CXmlDomElement data;
+    EXPECT_TRUE(document.GetRootElement(root) && root.GetChildByName("Data", data));
+    const auto& apart = document.GetTextApart();
+    if (!apart)
+        return std::nullopt;
+    EXPECT_EQ(data.GetTextUtf8(), "");
+    QByteArray text(apart->range.size, '\0');
+    EXPECT_TRUE(apart->file->Read(apart->range.from, {text.data(), static_cast<size_t>(text.size())}));
+
+    // The whole document says the same.
+    CXmlDomDocument whole;
+    EXPECT_TRUE(whole.Load(file.Path(), error) && whole.GetRootElement(root));
+    EXPECT_TRUE(!whole.GetTextApart() && root.GetChildByName("Data", data));
+    EXPECT_EQ(data.GetText().toUtf8(), QByteArray(text).replace("\r\n", "\n"));
+    return text;
+}
+
+} // namespace
+
+TEST(XmlTextApart, IsPlainTextThatTheParserWouldNotChange) {
+    const QByteArray rows = "1,2.5\n-3,\r\n 4\t,x";
+    const QByteArray large = QByteArray("1,2\r\n3,4\n").repeated(150'000);
+    for (const QByteArray& text : {rows, large, large + QByteArray(7, '9'), QByteArray("\n1\n")}) {
+        for (const QByteArray& xml :
+             {QByteArray("<r><Data>") + text + "</Data></r>", "\xEF\xBB\xBF<r><Data>" + text + "</Data></r>",
+              "<r><a/><DataSet/><Data a='1'\n b=\"2\" >" + text + "<!--x-->5</Data><Data>6</Data></r>",
+              "<r xmlns='n'><p:Data xmlns:p='p'/><!-- " + QByteArray(300'000, ' ') + "--><Data>" + text +
+                  "<![CDATA[1]]></Data></r>",
+              Declared("UTF-8", text), Declared("us-ascii", text), Declared("ISO-8859-1", text),
+              Declared("windows-1252", text)})
+            EXPECT_TRUE(TextApart(xml) == text) << xml.left(60).constData() << " ... " << text.size();
+    }
+}
+
+TEST(XmlTextApart, EverythingElseIsParsedAsEver) {
+    const QByteArray large = QByteArray("1,2\n").repeated(100'000);
+    for (const QByteArray& data :
+         {QByteArray("<Data/>"), QByteArray("<Data></Data>"), QByteArray("<Data>\n \r\n</Data>"),
+          "<Data>" + large + "&#49;</Data>", "<Data>" + large + "1\r2</Data>", "<Data>" + large + "\r</Data>",
+          QByteArray("<Data>\xC3\xA4</Data>"), QByteArray("<Data>1]2</Data>"),
+          // the tag is none, not a child of the root, or not its first
+          QByteArray("<!-- <Data>1</Data> --><Data>2</Data>"),
+          QByteArray("<![CDATA[<Data>1]]><Data>2</Data>"), QByteArray("<a><Data>1</Data></a><Data>2</Data>"),
+          QByteArray("<Data/><Data>2</Data>"), QByteArray("<Data a='<Data>1'>2</Data>"),
+          QByteArray("<a b='1'/><Data a='>'>2</Data>")})
+        EXPECT_EQ(TextApart("<r>" + data + "</r>"), std::nullopt) << data.left(60).constData();
+    for (const char* encoding : {"UTF-7", "ISO-2022-JP", "Shift_JIS"})
+        EXPECT_EQ(TextApart(Declared(encoding, "1,+AGE-,2")), std::nullopt) << encoding;
+    for (const auto byteOrder : {QStringConverter::Utf16LE, QStringConverter::Utf16BE})
+        EXPECT_EQ(TextApart(QStringEncoder(byteOrder, QStringConverter::Flag::WriteBom)(
+                      QStringLiteral("<r><Data>1,2\n3</Data></r>"))),
+                  std::nullopt);
+}
+
+TEST(XmlTextApart, ErrorsAreThoseOfTheWholeDocument) {
+    const QByteArray large = QByteArray("1,2\n").repeated(100'000);
+    for (const QByteArray& xml :
+         {"<r><Data>" + large, "<r><Data>" + large + "</Date></r>", "<r><Data>" + large + "</Data></r><r/>",
+          "<r><Data>" + large + "</Data><a b=1/></r>", "<r a='1'a='2'><Data>" + large + "</Data></r>",
+          "<r><Data>" + large + "<x>&undefined;</x></Data></r>", QByteArray()}) {
+        const XmlFile file(xml);
+        QString apart;
+        QString whole;
+        CXmlDomDocument document;
+        EXPECT_FALSE(document.LoadWithTextApart(file.Path(), "Data", apart));
+        EXPECT_FALSE(document.Load(file.Path(), whole));
+        EXPECT_EQ(apart, whole);
+    }
+    QString error;
+    EXPECT_FALSE(CXmlDomDocument().LoadWithTextApart("/no/such/file", "Data", error));
+    EXPECT_EQ(error, "File does not exist");
+}
