@@ -1,10 +1,12 @@
-# Shared by ./run, ./test and .ci/run: short messages, and the packages that a task needs.
+# Shared by ./run, ./test, ./bench.sh and .ci/run: short messages, and the packages that a task needs.
 
 say() { printf '== %s\n' "$*"; }
 
 build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libgl1-mesa-dev libxml2-dev zlib1g-dev libgtest-dev
     fonts-dejavu-core)
 test_packages=(python3)
+# What ./bench.sh measures with and against.
+bench_packages=(python3 libbenchmark-dev libxml2-utils gzip python3-pandas)
 
 # Installs what is missing of the named Debian packages, or says which they are and stops.
 need_packages() {

@@ -2,12 +2,16 @@
 #pragma once
 
 #include "MinMax.h"
+#include "MinMaxIndex.h"
+#include "Uninitialized.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
-#include <vector>
+#include <stdexcept>
+#include <type_traits>
 
 // The samples of one signal, contiguous. A variable of the reader owns its source; the sets that show it
 // borrow it. At most INT32_MAX samples.
@@ -22,7 +26,7 @@ public:
     // The sample as a floating value. An index beyond either end reads the nearest sample; an empty source
     // reads 0.
     virtual double GetValue(int index, int /*refIndex*/) const {
-        return m_nCount == 0 ? 0.0 : ToDouble(m_Values[ClampIndex(index)]);
+        return m_nCount == 0 ? 0.0 : Samples()[ClampIndex(index)];
     }
 
     int GetCount() const { return m_nCount; }
@@ -39,17 +43,22 @@ public:
         ++m_nCount;
     }
 
-    // Adds n samples at the end and returns them, to be written before anything is asked for.
+    // Counts n more samples and returns them for writing; until then they hold whatever the memory held.
+    // Several threads may write disjoint parts of them, while nothing is asked of the source. The span ends
+    // with the next change of the source. Throws std::length_error when the source would hold too many.
     std::span<T> Append(int n) {
-        SetSize(m_nCount + n);
-        const auto from = static_cast<size_t>(m_nCount);
+        if (n < 0 || n > std::numeric_limits<int>::max() - m_nCount)
+            throw std::length_error("too many samples");
+        const auto old = static_cast<size_t>(m_nCount);
+        const size_t count = old + static_cast<size_t>(n);
+        if (m_Values.size() < count)
+            m_Values.resize(count);
         m_nCount += n;
-        return std::span(m_Values).subspan(from, static_cast<size_t>(n));
+        return std::span(m_Values).subspan(old, static_cast<size_t>(n));
     }
 
-    void RemoveLast(int n) { m_nCount -= n; }
-
-    void BuildIndex() const { IndexBlocks(); }
+    // Takes back the last n of the samples, of which nothing was asked yet.
+    void RemoveLast(int n) { m_nCount -= std::min(n, m_nCount); }
 
     // The samples at first, first + step, ... as GetValue gives them, as many as `values` holds.
     void GetValues(int first, int step, std::span<double> values) const {
@@ -57,66 +66,44 @@ public:
             std::ranges::fill(values, 0.0);
             return;
         }
+        const auto samples = Samples();
         int64_t index = first;
         for (double& value : values) {
-            value = ToDouble(m_Values[ClampIndex(index)]);
+            value = samples[ClampIndex(index)];
             index += step;
         }
     }
 
-    // Smallest and largest sample in [from, to), bit for bit as a loop over GetValue finds them. Whole blocks
-    // are looked at once, when a range first covers them.
+    // Smallest and largest sample in [from, to), bit for bit as a loop over GetValue finds them. Builds the
+    // index of what was added since the last scan.
     MinMax Scan(int from, int to) const {
         const auto start = static_cast<float>(GetValue(from, -1));
         MinMax found{start, start};
         if (m_nCount == 0 || from >= to)
             return found;
-        size_t at = ClampIndex(from);
-        const size_t end = ClampIndex(int64_t{to} - 1) + 1;
-        IndexBlocks();
-        while (at < end) {
-            if (at % kBlock == 0 && at + kBlock <= end) {
-                found.Widen(m_Blocks[at / kBlock]);
-                at += kBlock;
-            } else {
-                const size_t stop = std::min(end, (at / kBlock + 1) * kBlock);
-                WidenBySamples(found, at, stop);
-                at = stop;
-            }
-        }
+        BuildIndex();
+        found.Widen(m_Index.Find(Samples(), ClampIndex(from), ClampIndex(int64_t{to} - 1) + 1));
         return found;
     }
 
-private:
-    static constexpr size_t kBlock = 1024;
+    // Prepares fast scans of the samples there are, which must all have been written and stay as they are.
+    // Each source may be prepared by another thread.
+    void BuildIndex() const { m_Index.Extend(Samples()); }
+    size_t GetIndexBytes() const { return m_Index.GetBytes(); }
 
+private:
     // Bytes read unsigned whatever the signedness of the type that stores them.
-    static double ToDouble(T value) {
-        if constexpr (sizeof(T) == 1)
-            return static_cast<double>(static_cast<uint8_t>(value));
-        else
-            return static_cast<double>(value);
+    using Sample = std::conditional_t<sizeof(T) == 1, uint8_t, T>;
+
+    std::span<const Sample> Samples() const {
+        return {reinterpret_cast<const Sample*>(m_Values.data()), static_cast<size_t>(m_nCount)};
     }
 
     size_t ClampIndex(int64_t index) const {
         return static_cast<size_t>(std::clamp<int64_t>(index, 0, m_nCount - 1));
     }
 
-    void WidenBySamples(MinMax& found, size_t from, size_t to) const {
-        for (size_t i = from; i < to; ++i)
-            found.Widen(static_cast<float>(ToDouble(m_Values[i])));
-    }
-
-    void IndexBlocks() const {
-        const size_t whole = static_cast<size_t>(m_nCount) / kBlock;
-        while (m_Blocks.size() < whole) {
-            MinMax block = MinMax::None();
-            WidenBySamples(block, m_Blocks.size() * kBlock, (m_Blocks.size() + 1) * kBlock);
-            m_Blocks.push_back(block);
-        }
-    }
-
-    std::vector<T> m_Values;
+    UninitializedVector<T> m_Values;
     int m_nCount = 0;
-    mutable std::vector<MinMax> m_Blocks;
+    mutable MinMaxIndex<Sample> m_Index;
 };

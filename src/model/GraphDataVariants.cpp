@@ -25,6 +25,10 @@ double CGraphDataFixedSet::GetScaledValue(int /*index*/, int /*refIndex*/) const
     return static_cast<float>((double{*m_pValue} + GetUnitOffset()) * GetUnitFactor());
 }
 
+MinMax CGraphDataFixedSet::Scan(int /*from*/, int /*to*/) const {
+    return {*m_pValue, *m_pValue};
+}
+
 CGraphDataOwningFixedSet::CGraphDataOwningFixedSet(CGraphData& root, const QString& name)
     : CGraphDataFixedSet(root, name, &m_fValue) {}
 
@@ -40,4 +44,10 @@ double CGraphDataIndexSet::GetScaledValue(int index, int refIndex) const {
     if (refIndex == kNoReference)
         return static_cast<float>((double{GetUnitOffset()} + index) * GetUnitFactor());
     return static_cast<float>(double(Difference(index, refIndex)) * GetUnitFactor());
+}
+
+// The values rise with the index.
+MinMax CGraphDataIndexSet::Scan(int from, int to) const {
+    const auto last = static_cast<float>(from < to ? to - 1 : from);
+    return {static_cast<float>(from), last};
 }

@@ -12,6 +12,9 @@ public:
     double GetScaledValue(int index, int refIndex) const override;
     bool IsBinary() const override { return false; }
 
+protected:
+    MinMax Scan(int from, int to) const override;
+
 private:
     const float* m_pValue;
 };
@@ -36,6 +39,9 @@ public:
     double GetValue(int index, int refIndex) const override;
     double GetScaledValue(int index, int refIndex) const override;
     bool IsBinary() const override { return false; }
+
+protected:
+    MinMax Scan(int from, int to) const override;
 };
 
 // An on/off signal over bytes; any byte but 0 reads as on.

@@ -36,8 +36,11 @@ TEST(IndexAndFixedSet, MeasureFromTheReferenceWithoutTheOffsetAndNotAtAll) {
     EXPECT_EQ(set.GetValue(7, -2), 9.0);
     EXPECT_EQ(set.GetValue(INT_MIN, 1), INT_MAX);
     ExpectBatchesGiveSingleValues(set, -7, 3, 600);
+    for (const auto& [from, to] : {std::pair{3, 900}, std::pair{-5, -4}, std::pair{7, 7}, std::pair{7, 2}})
+        EXPECT_EQ(MinMaxBits(set, from, to), Bits({float(from), float(std::max(from, to - 1))}));
     auto& line = data.Make<CGraphDataOwningFixedSet>("line");
     line.SetValue(2.5F);
     line.SetUnit("mm", 1.0F, 0.1F, 0);
     EXPECT_EQ(line.GetScaledValue(7, 3), double{0.35F});
+    EXPECT_EQ(MinMaxBits(line, 0, INT_MAX), Bits({2.5F, 2.5F}));
 }

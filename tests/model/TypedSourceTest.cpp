@@ -7,21 +7,19 @@
 template <class T>
 class TypedSource : public ::testing::Test {
 protected:
-    // Level but for spikes around every multiple of 1024, each larger than those before, so that a range cut
-    // short or long by one sample there has other extremes; among floats also whole blocks that a comparison
-    // could stumble over.
+    // Level but for spikes around the multiples of 256; among floats also zeros of both signs and whole runs
+    // that a comparison could stumble over.
     T NextSample() {
         const int index = source.GetCount();
+        const auto bits = static_cast<uint32_t>(random());
         if constexpr (std::is_same_v<T, float>) {
-            const auto bits = static_cast<uint32_t>(random());
-            const float zero = std::array{NAN, -0.0F, 0.0F}[bits % 3];
-            const std::array special{0.0F, HUGE_VALF, zero, std::bit_cast<float>(bits), -HUGE_VALF, NAN};
-            if (const auto run = static_cast<size_t>(index) / 2100; run > 0 && run < special.size())
-                return special[run];
+            const std::array special{
+                0.0F, HUGE_VALF, std::array{-0.0F, 0.0F}[bits % 2], -HUGE_VALF, std::bit_cast<float>(bits),
+                NAN};
+            if (const auto run = static_cast<size_t>(index) / 700; run % 8 < special.size())
+                return special[run % 8];
         }
-        const int place = (index + 1) % 1024;
-        const int spike = place < 3 ? (index + 1) / 1024 * 3 + place : 0;
-        return static_cast<T>(spike % 2 == 0 ? 128 + spike : 128 - spike);
+        return (index + 1) % 256 < 3 ? static_cast<T>(bits) : T{77};
     }
     // The definition of a scan.
     MinMax Loop(int from, int to) const {
@@ -43,19 +41,22 @@ TYPED_TEST(TypedSource, ReadsRangesAsSingleSamplesAlsoWhenItHasGrown) {
     CGraphData data;
     auto& set = data.Make<CGraphDataTypedSet<TypeParam>>("set", &this->source);
     set.SetUnit("mm", -12.3F, 0.1F, 3);
-    for (const int count : {0, 1, 1023, 1024, 1025, 2047, 2600, 6200, 17'000}) {
+    for (const int count : {0, 1, 255, 256, 257, 2600, 65'535, 65'536, 140'000}) {
         while (this->source.GetCount() < count)
             this->source.Add(this->NextSample());
         const auto expectLoop = [&](int from, int to) {
             ASSERT_EQ(MinMaxBits(set, from, to), Bits(this->Loop(from, to))) << from << ".." << to;
         };
-        for (const int from : {-1, 0, 1, 1023, 1024, 1025, 2047, 2048, 9216, count - 1, count, count + 1}) {
-            for (const int length : {-1, 0, 1, 1023, 1024, 1025, 2048, 5000})
+        for (const int from : {-1, 0, 1, 255, 256, 257, 65'535, 65'536, count - 1, count, count + 1}) {
+            for (const int length : {-1, 0, 1, 255, 256, 257, 768, 5000})
                 expectLoop(from, from + length);
         }
         std::uniform_int_distribution<int> anywhere(-3000, count + 3000);
-        for (int i = 0; i < 80; ++i)
-            expectLoop(anywhere(this->random), anywhere(this->random));
+        for (int i = 0; i < 20; ++i) {
+            const int from = anywhere(this->random);
+            expectLoop(from, anywhere(this->random));
+            expectLoop(from, from + 900);
+        }
         EXPECT_EQ(MinMaxBits(set, INT_MIN, INT_MAX), Bits(this->Loop(0, count)));
         ExpectBatchesGiveSingleValues(set, -40, 7, 7000);
     }
@@ -73,4 +74,27 @@ TEST(TypedSourceSamples, ReadExactlyTheNearestBytesUnsignedAndWithoutSamplesZero
     CGraphDataTypedSource<uint32_t> integers;
     integers.Add(0xFFFFFFFF);
     EXPECT_EQ(integers.GetValue(0, -1), 4294967295.0);
+}
+
+TEST(TypedSourceSamples, AreAppendedForWritingAndCountedAtOnce) {
+    CGraphDataTypedSource<int16_t> source;
+    source.SetSize(3);
+    source.Add(5);
+    EXPECT_TRUE(source.Append(0).empty());
+    for (const int count : {2, 1000}) {
+        const auto added = source.Append(count);
+        ASSERT_EQ(added.size(), static_cast<size_t>(count));
+        std::ranges::fill(added, static_cast<int16_t>(count));
+    }
+    EXPECT_EQ(source.GetCount(), 1003);
+    EXPECT_EQ(source.GetValue(0, -1), 5.0);
+    EXPECT_EQ(source.GetValue(2, -1), 2.0);
+    EXPECT_EQ(source.GetValue(1002, -1), 1000.0);
+    source.BuildIndex();
+    EXPECT_EQ(Bits(source.Scan(0, 3)), Bits({2, 5}));
+    source.Append(1).front() = -7;
+    EXPECT_EQ(Bits(source.Scan(0, 2000)), Bits({-7, 1000}));
+    EXPECT_THROW(source.Append(-1), std::length_error);
+    EXPECT_THROW(source.Append(INT_MAX - 1003), std::length_error);
+    EXPECT_EQ(source.GetCount(), 1004);
 }

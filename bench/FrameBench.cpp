@@ -1,0 +1,116 @@
+// Frames: the first after a load, those after zooming and scrolling, and what a cursor step repaints.
+#include "OffscreenWindow.h"
+#include "Recording.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QPaintEngine>
+#include <QPainter>
+#include <QRegion>
+
+#include <chrono>
+#include <utility>
+
+namespace {
+
+constexpr QSize kSize(1280, 720);
+constexpr int kShape = 10'000;
+
+// Paints marked areas as the window on the screen does: one frame for all of them, cut at their edges.
+class StripWindow : public COffscreenWindow {
+public:
+    explicit StripWindow(CGraph& graph) : COffscreenWindow(kSize), m_Graph(graph), m_Picture(Paint(graph)) {}
+
+    void Invalidate(const PixelRect& area) override { m_Invalid += area.ToQRect() & QRect(QPoint(), kSize); }
+    void Invalidate() override { m_Invalid = QRect(QPoint(), kSize); }
+    void UpdateNow() override {
+        if (m_Invalid.isEmpty())
+            return;
+        const QRegion area = std::exchange(m_Invalid, {});
+        QPainter painter(&m_Picture);
+        painter.paintEngine()->setSystemClip(area);
+        m_Graph.Draw(*this, painter, PixelRect::From(area.boundingRect()));
+    }
+
+private:
+    CGraph& m_Graph;
+    QImage m_Picture;
+    QRegion m_Invalid;
+};
+
+// Paints a frame and returns how long it took.
+double SecondsOfFrame(COffscreenWindow& window, CGraph& graph) {
+    const auto start = std::chrono::steady_clock::now();
+    window.Paint(graph);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// The given frame after a load of the recording, the first being number 0.
+void FrameAfterLoad(benchmark::State& state, int number) {
+    for ([[maybe_unused]] auto _ : state) {
+        CGraph& graph = LoadAgain();
+        COffscreenWindow window(kSize);
+        for (int i = 0; i < number; ++i)
+            window.Paint(graph);
+        state.SetIterationTime(SecondsOfFrame(window, graph));
+    }
+}
+BENCHMARK_CAPTURE(FrameAfterLoad, first, 0)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FrameAfterLoad, next, 1)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// A tour through the recording, one frame a stop: zoom in to the limit, scroll, zoom out.
+void TakeTour(CGraph& graph, COffscreenWindow& window) {
+    constexpr float kZoomStep = 1.25F;
+    while (graph.CanZoomIn()) {
+        graph.Zoom(window, graph.GetZoom() * kZoomStep);
+        window.Paint(graph);
+        if (graph.GetZoom() > 2) {
+            graph.OnHScroll(window, ScrollCode::LineRight, 0);
+            window.Paint(graph);
+        }
+    }
+    while (graph.CanZoomOut()) {
+        graph.Zoom(window, graph.GetZoom() / kZoomStep);
+        window.Paint(graph);
+    }
+}
+
+void ZoomAndScroll(benchmark::State& state, MadeRecording& recording) {
+    COffscreenWindow window(kSize);
+    window.Paint(recording.graph);
+    for ([[maybe_unused]] auto _ : state)
+        TakeTour(recording.graph, window);
+}
+
+void ZoomAndScrollSmall(benchmark::State& state) {
+    static MadeRecording recording(kShape, 1);
+    ZoomAndScroll(state, recording);
+}
+BENCHMARK(ZoomAndScrollSmall)->Unit(benchmark::kMillisecond);
+
+void ZoomAndScrollLarge(benchmark::State& state) {
+    static MadeRecording recording(kShape, Options().samples / kShape);
+    ZoomAndScroll(state, recording);
+}
+BENCHMARK(ZoomAndScrollLarge)->Unit(benchmark::kMillisecond);
+
+void FullFrame(benchmark::State& state) {
+    CGraph& graph = LoadedGraph();
+    COffscreenWindow window(kSize);
+    for ([[maybe_unused]] auto _ : state)
+        window.Paint(graph);
+}
+BENCHMARK(FullFrame)->Unit(benchmark::kMillisecond);
+
+void CursorStep(benchmark::State& state) {
+    CGraph& graph = LoadedGraph();
+    StripWindow window(graph);
+    int step = 10;
+    for ([[maybe_unused]] auto _ : state) {
+        graph.SetCursorPosition(window, graph.GetCursorPosition() + step);
+        step = -step;
+    }
+}
+BENCHMARK(CursorStep)->Unit(benchmark::kMillisecond);
+
+} // namespace

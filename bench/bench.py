@@ -1,0 +1,234 @@
+"""Measures Tracelyn side by side with other programs and with itself, and compares the ratios with the targets.
+
+./bench.sh builds what this needs and starts it. All ratios come from one run: the sides take turns for some
+rounds, and the fastest of each side counts.
+"""
+import argparse
+import gzip
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import time
+from dataclasses import asdict, dataclass
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+CLI = ROOT / "build/release/src/cli/tracelyn-cli"
+BENCH = ROOT / "build/release/bench/tracelyn_bench"
+MAKE_SAMPLES = ROOT / "samples/make_samples.py"
+FILES = ROOT / "build/bench"
+SIGNALS = 16
+TYPE_SIZES = {"Byte": 1, "UByte": 1, "Binary": 1, "Short": 2, "UShort": 2, "Long": 4, "ULong": 4, "Float": 4}
+
+# Debian's Python has Debian's pandas, whichever Python runs this. Prints the seconds of the reading alone.
+READ_CSV = """
+import sys, time, pandas
+start = time.perf_counter()
+pandas.read_csv(sys.argv[1], header=None, engine="c")
+print(time.perf_counter() - start)
+"""
+
+
+@dataclass
+class Row:
+    what: str
+    against: str
+    target: str
+    limit: float
+    figure: float
+    at_least: bool = False
+
+    @property
+    def verdict(self):
+        met = self.figure >= self.limit if self.at_least else self.figure <= self.limit
+        return "met" if met else "MISSED"
+
+    @property
+    def figure_text(self):
+        return f"{self.figure:.2%}" if "%" in self.target else f"{self.figure:.2f} x"
+
+
+# Making the files
+
+def make(path, sources, write):
+    """Calls write(temporary path) unless the file is there and newer than what it is made from."""
+    if path.exists() and all(path.stat().st_mtime >= source.stat().st_mtime for source in sources):
+        return path
+    print(f"== making {path.relative_to(ROOT)}", flush=True)
+    unfinished = path.with_name("unfinished-" + path.name)
+    write(unfinished)
+    unfinished.rename(path)
+    return path
+
+
+def recording(rows):
+    return make(FILES / f"{rows}.xml", [MAKE_SAMPLES], lambda path: run(
+        [sys.executable, MAKE_SAMPLES, "--rows", str(rows), "--signals", str(SIGNALS), "--output", path]))
+
+
+def packed(xml):
+    return make(xml.with_suffix(".paf"), [xml], lambda path: run([CLI, "pack", xml, path]))
+
+
+def gzipped(xml):
+    def write(path):
+        with open(xml, "rb") as source, gzip.open(path, "wb", compresslevel=9) as target:
+            shutil.copyfileobj(source, target)
+    return make(xml.with_suffix(".xml.gz"), [xml], write)
+
+
+def rows_as_csv(xml):
+    def write(path):
+        with open(xml, "rb") as source, open(path, "wb") as target:
+            inside = False
+            for line in source:
+                if inside and line.startswith(b"</Data>"):
+                    break
+                if not inside and (found := line.find(b"<Data>")) >= 0:
+                    inside, line = True, line[found + len(b"<Data>"):]
+                if inside:
+                    target.write(line)
+    return make(xml.with_suffix(".rows.csv"), [xml], write)
+
+
+def stored_bytes(xml, rows):
+    """What the samples that a load without access codes keeps take in their file types."""
+    with open(xml, encoding="utf-8") as file:
+        head = file.read(1 << 16).partition("<Data>")[0]
+    variables = re.findall(r"<TypedData [^>]*>", head)
+    return rows * sum(TYPE_SIZES[re.search(r'Type="(\w+)"', variable)[1]]
+                      for variable in variables if "Code=" not in variable)
+
+
+# Measuring
+
+def run(command):
+    """Seconds and largest resident bytes of a process whose output is thrown away."""
+    start = time.perf_counter()
+    process = subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    seconds = time.perf_counter() - start
+    process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        raise RuntimeError(f"exit code {process.returncode}: {' '.join(process.args)}")
+    return seconds, usage.ru_maxrss * 1024
+
+
+def seconds_of(command):
+    return lambda: run(command)[0]
+
+
+def seconds_of_read_csv(csv):
+    return lambda: float(subprocess.run(["/usr/bin/python3", "-c", READ_CSV, csv], check=True,
+                                        stdout=subprocess.PIPE).stdout)
+
+
+def fastest(rounds, **sides):
+    """Lets the sides take turns; the smallest result of each."""
+    results = {name: [] for name in sides}
+    for _ in range(rounds):
+        for name, measure in sides.items():
+            results[name].append(measure())
+    return {name: min(values) for name, values in results.items()}
+
+
+class Inner:
+    """The benchmarks inside the process; their repetitions take turns."""
+
+    def __init__(self, xml, samples, rounds, seconds):
+        self.arguments = [f"--file={xml}", f"--folder={FILES}", f"--samples={samples}",
+                          f"--benchmark_repetitions={rounds}", f"--benchmark_min_time={seconds}",
+                          "--benchmark_enable_random_interleaving=true", "--benchmark_format=json"]
+        self.seconds = {}
+
+    def run(self, name_filter):
+        """Name -> the fastest repetition's result."""
+        process = subprocess.run([BENCH, f"--benchmark_filter={name_filter}", *self.arguments], capture_output=True)
+        if process.returncode != 0:
+            raise RuntimeError(process.stderr.decode())
+        best = {}
+        for result in json.loads(process.stdout)["benchmarks"]:
+            if result["run_type"] == "iteration":
+                name = result["run_name"].split("/iterations")[0]
+                if name not in best or result["real_time"] < best[name]["real_time"]:
+                    best[name] = result
+        unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
+        self.seconds |= {name: result["real_time"] * unit[result["time_unit"]] for name, result in best.items()}
+        return best
+
+    def ratio(self, name_filter, side, against):
+        best = self.run(name_filter)
+        return best[side]["real_time"] / best[against]["real_time"]
+
+
+def measure(rows, samples, rounds, seconds):
+    xml, xml_of_four = recording(rows), recording(4 * rows)
+    paf, gz, csv = packed(xml), gzipped(xml), rows_as_csv(xml)
+    load = fastest(rounds, xml=seconds_of([CLI, "info", xml]), xmllint=seconds_of(["xmllint", "--noout", "--huge", xml]),
+                   four=seconds_of([CLI, "info", xml_of_four]), paf=seconds_of([CLI, "info", paf]),
+                   gzip=seconds_of(["gzip", "-dc", gz]), pandas=seconds_of_read_csv(csv))
+    peak = min(run([CLI, "info", xml])[1] for _ in range(min(rounds, 3)))
+    allowed = xml.stat().st_size + stored_bytes(xml, rows)
+
+    inner = Inner(xml, samples, rounds, seconds)
+    export = inner.ratio("ExportFile|PrintfLoop", "PrintfLoop", "ExportFile")
+    first = inner.ratio("FrameAfterLoad", "FrameAfterLoad/first", "FrameAfterLoad/next")
+    zoom = inner.ratio("ZoomAndScroll", "ZoomAndScrollLarge", "ZoomAndScrollSmall")
+    step = inner.ratio("FullFrame|CursorStep", "CursorStep", "FullFrame")
+    indexes = inner.run("BuildIndex|AskIndex").values()
+    index = max(result["index_bytes"] / result["store_bytes"] for result in indexes if "index_bytes" in result)
+
+    table = [
+        Row("load of the .xml", "xmllint --noout --huge", "<= 1.0 x", 1.0, load["xml"] / load["xmllint"]),
+        Row("load of the .xml", "pandas.read_csv of the same rows", ">= 6 x faster", 6.0,
+            load["pandas"] / load["xml"], at_least=True),
+        Row("load of the .paf", "gzip -dc plus the .xml load", "<= 1.1 x", 1.1,
+            load["paf"] / (load["gzip"] + load["xml"])),
+        Row("peak memory of a load", "file size plus typed stores", "<= 1.0 x", 1.0, peak / allowed),
+        Row("CSV export", "fprintf loop over the same values", ">= 5 x faster", 5.0, export, at_least=True),
+        Row("first frame after the load", "the frame after it", "<= 3 x", 3.0, first),
+        Row("frame after zoom or scroll, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, zoom),
+        Row("cursor step", "a full frame", "<= 0.1 x", 0.1, step),
+        Row("memory of the min/max index", "typed stores", "<= 5 %", 0.05, index),
+        Row("load, file four times as large", "the smaller", "<= 4.2 x", 4.2, load["four"] / load["xml"]),
+    ]
+    return table, {"load": load, "peak_bytes": peak, "file_bytes": xml.stat().st_size,
+                   "stored_bytes": stored_bytes(xml, rows), "inner": inner.seconds}
+
+
+def print_table(table, foot):
+    cells = [("what", "measured against", "target", "figure", "verdict")]
+    cells += [(row.what, row.against, row.target, row.figure_text, row.verdict) for row in table]
+    widths = [max(len(line[column]) for line in cells) for column in range(len(cells[0]))]
+    for line in cells:
+        print("  ".join(cell.ljust(width) for cell, width in zip(line, widths)).rstrip())
+    print("\n" + foot)
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="./bench.sh", description="Measures Tracelyn against its targets.")
+    parser.add_argument("--short", action="store_true", help="few rows and repetitions: only shows that it runs")
+    parser.add_argument("--json", type=Path, default=FILES / "results.json", help="where the figures go")
+    parser.add_argument("--rows", type=int, help="samples of the recording (default 1500000)")
+    parser.add_argument("--folder", type=Path, default=Path(), help=argparse.SUPPRESS)
+    given = parser.parse_args()
+    rows = given.rows or (20_000 if given.short else 1_500_000)
+    samples = 100_000 if given.short else 10_000_000
+    rounds, seconds = (2, 0.01) if given.short else (7, 0.2)
+
+    FILES.mkdir(parents=True, exist_ok=True)
+    table, times = measure(rows, samples, rounds, seconds)
+    foot = (f"{rows} rows x {SIGNALS} signals; a load without access codes leaves some of them out, here and in the export.\n"
+            f"Frames of 1280x720 pixels, the long ones over {samples} samples x 16 signals.\n"
+            f"The sides take turns, {rounds} rounds; the fastest of each counts.")
+    print_table(table, foot)
+    results = {"rows": rows, "samples": samples, "rounds": rounds, "short": given.short, "seconds_and_bytes": times,
+               "table": [asdict(row) | {"verdict": row.verdict} for row in table]}
+    (given.folder / given.json).write_text(json.dumps(results, indent=2) + "\n", encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
