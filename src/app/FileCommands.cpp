@@ -1,6 +1,7 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
 #include "ExpandedAnalysis.h"
 #include "FileJustOpened.h"
+#include "LoadProgress.h"
 #include "MainFrm.h"
 #include "PrivateFolder.h"
 #include "WaitCursor.h"
@@ -8,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QStatusBar>
 
 namespace {
 
@@ -97,7 +99,10 @@ void CMainFrame::LoadContainer(const QString& path, Tracelyn::CXmlReader& reader
 }
 
 void CMainFrame::LoadDocument(const QString& path, Tracelyn::CXmlReader& reader) {
+    CLoadProgress progress(*statusBar());
+    reader.SetProgress([&progress](double done) { progress.Show(done); });
     m_pView->Load(reader, path);
+    reader.SetProgress({});
     m_strTitle = reader.GetAnalysisName();
     for (const Tracelyn::ReadResult& result : reader.GetResults())
         ShowError(result.GetText());

@@ -1,6 +1,8 @@
 #include "Analysis.h"
 
 #include "ExpandedAnalysis.h"
+#include "ProgressLine.h"
+#include "Terminal.h"
 #include "XmlReader.h"
 
 #include <QDir>
@@ -12,6 +14,9 @@ namespace {
 Analysis Read(const QString& path, int accessLevel, CGraphData& data) {
     Tracelyn::CXmlReader reader;
     reader.SetAccessLevel(accessLevel);
+    std::optional<CProgressLine> line;
+    if (support::IsTerminal(stderr))
+        reader.SetProgress([&line = line.emplace(stderr)](double done) { line.Show(done); });
     reader.ReadAnalysis(data, path);
     return {reader.GetAnalysisName(), reader.GetResults()};
 }

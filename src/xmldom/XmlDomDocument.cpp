@@ -30,18 +30,18 @@ QString ErrorText(const QString& source, long line, const QString& reason) {
     return QStringLiteral("%1 (%2): %3 (Error)\n").arg(source, QString::number(line), reason);
 }
 
-XmlParseResult ParseFile(const QString& fileName) {
+XmlParseResult ParseFile(const QString& fileName, const support::Progress& progress) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {.document = nullptr, .line = 0, .reason = file.errorString()};
-    return ParseXml(file, nullptr);
+    return ParseXml(file, {.progress = progress});
 }
 
 XmlParseResult ParseBytes(const QByteArray& bytes, const char* encoding) {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    return ParseXml(buffer, encoding);
+    return ParseXml(buffer, {.encoding = encoding});
 }
 
 // Whether ASCII characters are single bytes of their own, whatever stands around them.
@@ -69,12 +69,12 @@ bool CXmlDomDocument::Create(QString& error) {
     return m_bCreated;
 }
 
-bool CXmlDomDocument::Load(const QString& fileName, QString& error) {
+bool CXmlDomDocument::Load(const QString& fileName, QString& error, const support::Progress& progress) {
     if (!QFileInfo::exists(fileName)) {
         error = QStringLiteral("File does not exist");
         return false;
     }
-    return Create(error) && Take(ParseFile(fileName), fileName, error);
+    return Create(error) && Take(ParseFile(fileName, progress), fileName, error);
 }
 
 bool CXmlDomDocument::LoadXml(const QString& text, QString& error) {
@@ -92,7 +92,8 @@ bool CXmlDomDocument::LoadXmlBytes(std::string_view bytes, QString& error) {
 
 bool CXmlDomDocument::LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
                                         const support::Progress& progress) {
-    return (Create(error) && ParseWithTextApart(fileName, childName, progress)) || Load(fileName, error);
+    return (Create(error) && ParseWithTextApart(fileName, childName, progress)) ||
+           Load(fileName, error, progress);
 }
 
 // The parser reads the file without the text. That stands for the file only if the parser, too, saw the start
@@ -106,7 +107,7 @@ bool CXmlDomDocument::ParseWithTextApart(const QString& fileName, const char* ch
         return false;
     CXmlFileWithoutText rest(*file, *range);
     XmlTagWatch watch{.name = childName, .tagEnd = {}};
-    XmlParseResult result = ParseXml(rest, nullptr, &watch);
+    XmlParseResult result = ParseXml(rest, {.watch = &watch});
     if (result.document == nullptr || watch.tagEnd != range->from - 1 ||
         !KeepsAscii(result.document->encoding))
         return false;

@@ -34,7 +34,7 @@ public:
     // Both replace the document. On failure they return false, fill error with "<file> (<line>): <reason>
     // (Error)\n" (or "File does not exist") and leave the document empty. Wrappers of the old document stay
     // valid.
-    bool Load(const QString& fileName, QString& error);
+    bool Load(const QString& fileName, QString& error, const support::Progress& progress = {});
     bool LoadXml(const QString& text, QString& error);
     // The same for text in the encoding that it declares (UTF-8 when it declares none).
     bool LoadXmlBytes(std::string_view bytes, QString& error);

@@ -7,9 +7,11 @@
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <utility>
 
 namespace {
@@ -17,8 +19,9 @@ namespace {
 // What one parse knows about itself; libxml2's callbacks reach it through the context. They allocate nothing,
 // for an exception must not cross the library.
 struct ParseState {
-    QIODevice* device = nullptr;
-    XmlTagWatch* watch = nullptr;
+    QIODevice& device;
+    const XmlParseOptions& options;
+    std::exception_ptr exception = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
     int defaults = 0;
@@ -58,7 +61,7 @@ void RefuseUnparsedEntity(void* context, const xmlChar* /*name*/, const xmlChar*
 
 // The tag is read up to its ">", which comes next.
 void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* prefix) {
-    XmlTagWatch* const watch = StateOf(context).watch;
+    XmlTagWatch* const watch = StateOf(context).options.watch;
     const bool isChildOfRoot = context->nodeNr == 1 && prefix == nullptr;
     if (watch != nullptr && !watch->tagEnd && isChildOfRoot &&
         xmlStrEqual(localName, reinterpret_cast<const xmlChar*>(watch->name)) != 0)
@@ -131,13 +134,27 @@ private:
     void* m_pOldContext;
 };
 
+bool Report(ParseState& state) {
+    const qint64 size = state.device.size();
+    try {
+        if (state.options.progress && size > 0)
+            state.options.progress(
+                std::min(1.0, static_cast<double>(state.bytesRead) / static_cast<double>(size)));
+        return true;
+    } catch (...) {
+        state.exception = std::current_exception();
+        return false;
+    }
+}
+
 int ReadDevice(void* opaque, char* buffer, int length) {
     ParseState& state = *static_cast<ParseState*>(opaque);
-    const qint64 count = state.device->read(buffer, length);
-    if (count < 0)
+    const qint64 count = state.device.read(buffer, length);
+    if (count < 0 || !Report(state)) {
         state.readFailed = true;
-    else
-        state.bytesRead += count;
+        return -1;
+    }
+    state.bytesRead += count;
     return static_cast<int>(count);
 }
 
@@ -159,21 +176,22 @@ QString WithoutLineEnd(const char* reason) {
 
 } // namespace
 
-XmlParseResult ParseXml(QIODevice& device, const char* encoding, XmlTagWatch* watch) {
+XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
     PrepareXmlLibrary();
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                xmlFreeParserCtxt);
     if (context == nullptr)
         return {.document = nullptr, .line = 0, .reason = QStringLiteral("Out of memory")};
 
-    ParseState state;
-    state.device = &device;
-    state.watch = watch;
+    ParseState state{.device = device, .options = options};
     InstallCallbacks(*context, state);
     const ContextFreeErrors contextFreeErrors(*context);
-    constexpr int Options = XML_PARSE_HUGE | XML_PARSE_NONET;
+    constexpr int Flags = XML_PARSE_HUGE | XML_PARSE_NONET;
     std::shared_ptr<xmlDoc> document(
-        xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, encoding, Options), xmlFreeDoc);
+        xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, options.encoding, Flags),
+        xmlFreeDoc);
+    if (state.exception)
+        std::rethrow_exception(state.exception);
 
     if (state.readFailed)
         return {.document = nullptr, .line = state.line, .reason = device.errorString()};

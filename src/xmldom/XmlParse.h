@@ -2,6 +2,7 @@
 // makes it larger than what was read.
 #pragma once
 
+#include "Progress.h"
 #include "XmlForward.h"
 
 #include <QString>
@@ -26,6 +27,14 @@ struct XmlTagWatch {
     std::optional<int64_t> tagEnd;
 };
 
-// The device is read in small pieces. encoding overrides what the document declares; null lets it decide. The
-// watch, if any, is borrowed.
-XmlParseResult ParseXml(QIODevice& device, const char* encoding, XmlTagWatch* watch = nullptr);
+struct XmlParseOptions {
+    // Overrides what the document declares; null lets it decide.
+    const char* encoding = nullptr;
+    // Borrowed; null when nothing is watched.
+    XmlTagWatch* watch = nullptr;
+    // What it throws ends the parse and is thrown on.
+    support::Progress progress = {};
+};
+
+// The device is read in small pieces.
+XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options = {});

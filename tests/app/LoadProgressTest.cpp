@@ -1,0 +1,42 @@
+#include "LoadProgress.h"
+#include "WindowTesting.h"
+
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include <gtest/gtest.h>
+
+TEST(LoadProgress, IsPaintedAtOnceWhenALoadTakesLongAndGoesWithIt) {
+    class PaintCounter : public QObject {
+    public:
+        int paints = 0;
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            paints += event->type() == QEvent::Paint ? 1 : 0;
+            return QObject::eventFilter(watched, event);
+        }
+    } counter;
+    WindowUnderTest window;
+    QStatusBar& bar = *window.Frame().statusBar();
+    const auto find = [&] { return bar.findChild<QProgressBar*>(QStringLiteral("loadProgress")); };
+    {
+        CLoadProgress shortLoad(bar, std::chrono::hours(1));
+        shortLoad.Show(0.5);
+        EXPECT_EQ(find(), nullptr);
+
+        CLoadProgress longLoad(bar, std::chrono::milliseconds(0));
+        longLoad.Show(0.25);
+        ASSERT_NE(find(), nullptr);
+        EXPECT_TRUE(find()->isVisible() && bar.rect().contains(find()->geometry()));
+        EXPECT_EQ(find()->value(), 250);
+        find()->installEventFilter(&counter);
+        while (find()->value() == 250)
+            longLoad.Show(0.5);
+        EXPECT_EQ(counter.paints, 1);
+    }
+    EXPECT_EQ(find(), nullptr);
+
+    bar.hide();
+    CLoadProgress unseen(bar, std::chrono::milliseconds(0));
+    unseen.Show(0.5);
+    EXPECT_EQ(find(), nullptr);
+}
