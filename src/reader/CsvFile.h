@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QString>
 
+#include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -44,6 +46,9 @@ public:
     void WriteStringField(const QString& text);
     // Decimals as FormatFixed takes them: negative means 6.
     void WriteNumberField(float value, int decimals);
+    // Whole lines of number fields, as WriteNumberField and EndLine write them, but appended many at a time.
+    // `decimals` names the columns; `values` holds the first column's rows, then the second's, and so on.
+    void WriteNumberLines(std::span<const float> values, std::span<const int> decimals);
     void Flush();
 
 private:
@@ -51,6 +56,7 @@ private:
     bool WritePending();
 
     std::string m_Pending;
+    std::unique_ptr<char[]> m_pLines; // where lines of numbers are put together
     int m_nFieldsInLine = 0;
     QFile m_File;
     QIODevice* m_pDevice = nullptr; // m_File or the caller's

@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <limits>
+#include <random>
+#include <vector>
 
 using namespace Tracelyn;
 
@@ -62,6 +65,36 @@ TEST(CsvFile, FlushesTheWholePendingTextAbove4096Characters) {
     EXPECT_EQ(device.size(), 2 * 4097);
     file.Close();
     EXPECT_EQ(device.size(), 2 * 4097 + 26);
+}
+
+// Short, long and absurdly long fields, so that chunks end in the middle of a row and after one.
+TEST(CsvFile, LinesOfNumbersAreTheFieldsOneByOne) {
+    std::mt19937 random(1);
+    for (const auto& [rows, decimals] : {std::pair<size_t, std::vector<int>>{0, {3}},
+                                         {1, {-1, 1000, 0}},
+                                         {3000, {0, 1, 2, 3, 6, 12, 7}},
+                                         {40, std::vector<int>(100, 999)}}) {
+        std::vector<float> values(rows * decimals.size());
+        for (float& value : values)
+            value = std::bit_cast<float>(static_cast<uint32_t>(random()));
+        QBuffer fields;
+        QBuffer lines;
+        ASSERT_TRUE(fields.open(QIODevice::WriteOnly) && lines.open(QIODevice::WriteOnly));
+        CCsvFile one;
+        CCsvFile many;
+        ASSERT_TRUE(one.Open(fields) && many.Open(lines));
+        for (size_t row = 0; row < rows; ++row) {
+            for (size_t column = 0; column < decimals.size(); ++column)
+                one.WriteNumberField(values[column * rows + row], decimals[column]);
+            one.EndLine();
+        }
+        many.WriteNumberLines(values, decimals);
+        many.WriteField("next");
+        one.WriteField("next");
+        one.Close();
+        many.Close();
+        EXPECT_TRUE(lines.data() == fields.data()) << rows;
+    }
 }
 
 #ifdef Q_OS_LINUX
