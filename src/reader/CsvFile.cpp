@@ -3,6 +3,7 @@
 #include "FixedText.h"
 
 #include <QByteArray>
+#include <QFileInfo>
 #include <QIODevice>
 
 #include <array>
@@ -28,19 +29,25 @@ CFileException WriteError(const QIODevice* device) {
 } // namespace
 
 CCsvFile::~CCsvFile() {
-    WritePending();
+    if (m_pDevice && std::uncaught_exceptions() == m_nExceptions)
+        Finish();
 }
 
 bool CCsvFile::Open(const QString& path) {
     if (m_pDevice)
         return false;
     m_nFieldsInLine = 0;
-    m_File.setFileName(path);
-    // Unbuffered, so that a write error shows in the flush that meets it.
-    if (!m_File.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-        return false;
-    m_pDevice = &m_File;
-    return true;
+    m_Output.emplace(path);
+    if (m_Output->IsOpen()) {
+        m_pDevice = &m_Output->Device();
+        return true;
+    }
+    const CFileException error = WriteError(&m_Output->Device());
+    m_Output.reset();
+    const QFileInfo existing(path);
+    if (existing.isFile() && existing.isWritable())
+        throw error;
+    return false;
 }
 
 bool CCsvFile::Open(QIODevice& device) {
@@ -52,16 +59,16 @@ bool CCsvFile::Open(QIODevice& device) {
 }
 
 void CCsvFile::Close() {
-    const bool written = WritePending();
-    const QIODevice* const device = m_pDevice;
+    const bool finished = Finish();
+    const CFileException error = WriteError(m_pDevice);
     m_pDevice = nullptr;
-    if (written) {
-        m_File.close();
-        return;
-    }
-    const CFileException error = WriteError(device);
-    m_File.close();
-    throw error;
+    m_Output.reset();
+    if (!finished)
+        throw error;
+}
+
+bool CCsvFile::Finish() {
+    return WritePending() && (!m_Output || m_Output->Commit());
 }
 
 void CCsvFile::AppendText(std::string_view latin1) {
@@ -131,8 +138,7 @@ void CCsvFile::Flush() {
 bool CCsvFile::WritePending() {
     if (m_Pending.empty())
         return true;
-    const auto size = static_cast<qint64>(m_Pending.size());
-    const bool written = m_pDevice && m_pDevice->write(m_Pending.data(), size) == size;
+    const bool written = m_pDevice && support::WriteAll(*m_pDevice, m_Pending);
     m_Pending.clear();
     return written;
 }

@@ -4,6 +4,7 @@
 #include "XmlReader.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
@@ -12,6 +13,7 @@
 #include <bit>
 #include <limits>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 using namespace Tracelyn;
@@ -123,4 +125,28 @@ TEST(CsvFile, TruncatesAnExistingFileAndWritesPendingTextWhenDestroyed) {
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), "short,-2147483648");
     EXPECT_FALSE(CCsvFile().Open(folder.path()));
+}
+
+TEST(CsvFile, TakesAnOlderFilesPlaceOnlyWhenItIsClosedAndWhole) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("old.csv");
+    const auto content = [&] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto write = [&](const QByteArray& text, bool interrupted) {
+        CCsvFile file;
+        ASSERT_TRUE(file.Open(path));
+        file.AppendText(std::string_view(text.data(), static_cast<size_t>(text.size())));
+        file.Flush();
+        EXPECT_NE(content(), text);
+        if (interrupted)
+            throw std::runtime_error("out of the export");
+    };
+    write("old", false);
+    EXPECT_THROW(write("new", true), std::runtime_error);
+    EXPECT_EQ(content(), "old");
+    write("new", false);
+    EXPECT_EQ(content(), "new");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("old.csv")) << "nothing beside it";
 }
