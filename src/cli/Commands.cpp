@@ -38,11 +38,13 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly))
         return Fail(QStringLiteral("Cannot read file: %1").arg(from));
-    OutputFile output(to);
+    support::OutputFile output(to);
     while (output.IsOpen() && !source.atEnd()) {
         const QByteArray chunk = source.read(kCopyChunk);
-        if (chunk.isEmpty() || output.Device().write(chunk) != chunk.size())
-            return FailToWrite(to, chunk.isEmpty() ? source.errorString() : output.ErrorText());
+        if (chunk.isEmpty())
+            return FailToWrite(to, source.errorString());
+        if (!support::WriteAll(output.Device(), {chunk.data(), static_cast<size_t>(chunk.size())}))
+            return FailToWrite(to, output.ErrorText());
     }
     return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.ErrorText());
 }
@@ -84,7 +86,7 @@ ExitCode RunCsv(const Options& options) {
     const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
     if (!analysis)
         return Fail(error);
-    OutputFile output(options.output);
+    support::OutputFile output(options.output);
     if (!output.IsOpen())
         return FailToWrite(options.output, output.ErrorText());
     try {
@@ -104,16 +106,17 @@ ExitCode RunPack(const Options& options) {
     const QFileInfo input(options.input);
     if (!input.isFile() || !input.isReadable())
         return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
-    const QTemporaryDir folder;
-    const QString base = folder.path() + QDir::separator();
-    const QString entry = Tracelyn::AnalysisEntryName();
-    const QString archive = base + QStringLiteral("archive.paf");
-    Tracelyn::CZip zip(archive);
-    zip.SetBaseFolder(base);
-    zip.AddFile(QString(), entry, false, true);
-    if (!folder.isValid() || !QFile::copy(options.input, base + entry) || !zip.Pack())
+    support::OutputFile output(options.output);
+    if (!output.IsOpen())
+        return FailToWrite(options.output, output.ErrorText());
+    Tracelyn::CZip zip;
+    zip.AddFileAs(options.input, Tracelyn::AnalysisEntryName());
+    const bool packed = zip.Pack(output.Device());
+    if (output.Device().error() != QFileDevice::NoError)
+        return FailToWrite(options.output, output.ErrorText());
+    if (!packed)
         return Fail(QStringLiteral("Problem packing analysis file"));
-    return CopyToOutput(archive, options.output);
+    return output.Commit() ? ExitCode::Success : FailToWrite(options.output, output.ErrorText());
 }
 
 ExitCode RunExpand(const Options& options) {

@@ -67,8 +67,10 @@ ExitCode RunRender(const Options& options) {
     MoveTo(graph, window, options);
 
     const QByteArray png = Png(window.Paint(graph));
-    OutputFile output(options.output);
-    if (png.isEmpty() || !output.IsOpen() || output.Device().write(png) != png.size() || !output.Commit()) {
+    support::OutputFile output(options.output);
+    if (png.isEmpty() || !output.IsOpen() ||
+        !support::WriteAll(output.Device(), {png.data(), static_cast<size_t>(png.size())}) ||
+        !output.Commit()) {
         PrintError(QStringLiteral("Cannot write %1: %2").arg(options.output, output.ErrorText()));
         return ExitCode::Failed;
     }

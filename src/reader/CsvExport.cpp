@@ -23,22 +23,18 @@ void WriteNames(const Sets& sets, CCsvFile& file) {
 
 // The values are fetched column by column, some rows at a time, and written row by row.
 void WriteRows(const Sets& sets, int count, CCsvFile& file) {
-    constexpr int kBatch = 256;
+    constexpr size_t kBatchValues = 12288;
+    const size_t batch = std::clamp<size_t>(kBatchValues / std::max<size_t>(sets.size(), 1), 1, 1024);
     std::vector<int> decimals;
     for (const CGraphDataSet* set : sets)
         decimals.push_back(set->GetPrecision());
-    std::vector<float> values(sets.size() * kBatch);
+    std::vector<float> values(sets.size() * batch);
     for (int first = 0; first < count;) {
-        const int rows = std::min(kBatch, count - first);
+        const size_t rows = std::min(batch, static_cast<size_t>(count - first));
         for (size_t column = 0; column < sets.size(); ++column)
-            sets[column]->GetScaledValues(
-                first, std::span(values).subspan(column * kBatch, static_cast<size_t>(rows)));
-        for (size_t row = 0; row < static_cast<size_t>(rows); ++row) {
-            for (size_t column = 0; column < sets.size(); ++column)
-                file.WriteNumberField(values[column * kBatch + row], decimals[column]);
-            file.EndLine();
-        }
-        first += rows;
+            sets[column]->GetScaledValues(first, std::span(values).subspan(column * rows, rows));
+        file.WriteNumberLines(std::span(values).first(sets.size() * rows), decimals);
+        first += static_cast<int>(rows);
     }
 }
 

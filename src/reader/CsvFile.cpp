@@ -3,6 +3,7 @@
 #include "FixedText.h"
 
 #include <QByteArray>
+#include <QFileInfo>
 #include <QIODevice>
 
 #include <array>
@@ -17,6 +18,10 @@ constexpr std::string_view kSeparator = ",";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr size_t kFlushAbove = 4096;
 
+// Lines of numbers are appended when they are longer than this; there is room for one more field.
+constexpr size_t kLinesChunk = 65536;
+constexpr size_t kLinesCapacity = kLinesChunk + 1 + support::FixedTextCapacity + 2;
+
 CFileException WriteError(const QIODevice* device) {
     return CFileException(device ? device->errorString().toStdString() : "file is not open");
 }
@@ -24,19 +29,25 @@ CFileException WriteError(const QIODevice* device) {
 } // namespace
 
 CCsvFile::~CCsvFile() {
-    WritePending();
+    if (m_pDevice && std::uncaught_exceptions() == m_nExceptions)
+        Finish();
 }
 
 bool CCsvFile::Open(const QString& path) {
     if (m_pDevice)
         return false;
     m_nFieldsInLine = 0;
-    m_File.setFileName(path);
-    // Unbuffered, so that a write error shows in the flush that meets it.
-    if (!m_File.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-        return false;
-    m_pDevice = &m_File;
-    return true;
+    m_Output.emplace(path);
+    if (m_Output->IsOpen()) {
+        m_pDevice = &m_Output->Device();
+        return true;
+    }
+    const CFileException error = WriteError(&m_Output->Device());
+    m_Output.reset();
+    const QFileInfo existing(path);
+    if (existing.isFile() && existing.isWritable())
+        throw error;
+    return false;
 }
 
 bool CCsvFile::Open(QIODevice& device) {
@@ -48,16 +59,16 @@ bool CCsvFile::Open(QIODevice& device) {
 }
 
 void CCsvFile::Close() {
-    const bool written = WritePending();
-    const QIODevice* const device = m_pDevice;
+    const bool finished = Finish();
+    const CFileException error = WriteError(m_pDevice);
     m_pDevice = nullptr;
-    if (written) {
-        m_File.close();
-        return;
-    }
-    const CFileException error = WriteError(device);
-    m_File.close();
-    throw error;
+    m_Output.reset();
+    if (!finished)
+        throw error;
+}
+
+bool CCsvFile::Finish() {
+    return WritePending() && (!m_Output || m_Output->Commit());
 }
 
 void CCsvFile::AppendText(std::string_view latin1) {
@@ -94,6 +105,31 @@ void CCsvFile::WriteNumberField(float value, int decimals) {
     WriteField(support::FormatFixed(buffer, value, decimals));
 }
 
+void CCsvFile::WriteNumberLines(std::span<const float> values, std::span<const int> decimals) {
+    if (!m_pLines)
+        m_pLines = std::make_unique_for_overwrite<char[]>(kLinesCapacity);
+    const std::span<char> lines(m_pLines.get(), kLinesCapacity);
+    size_t size = 0;
+    const auto append = [&](std::string_view text) { size += text.copy(&lines[size], text.size()); };
+    const size_t rows = decimals.empty() ? 0 : values.size() / decimals.size();
+    for (size_t row = 0; row < rows; ++row) {
+        for (size_t column = 0; column < decimals.size(); ++column) {
+            if (column != 0)
+                append(kSeparator);
+            const float value = values[column * rows + row];
+            size += support::FormatFixed(lines.subspan(size), value, decimals[column]).size();
+            if (column + 1 == decimals.size())
+                append(kLineEnd);
+            if (size > kLinesChunk) {
+                AppendText({lines.data(), size});
+                size = 0;
+            }
+        }
+    }
+    AppendText({lines.data(), size});
+    m_nFieldsInLine = 0;
+}
+
 void CCsvFile::Flush() {
     if (!WritePending())
         throw WriteError(m_pDevice);
@@ -102,8 +138,7 @@ void CCsvFile::Flush() {
 bool CCsvFile::WritePending() {
     if (m_Pending.empty())
         return true;
-    const auto size = static_cast<qint64>(m_Pending.size());
-    const bool written = m_pDevice && m_pDevice->write(m_Pending.data(), size) == size;
+    const bool written = m_pDevice && support::WriteAll(*m_pDevice, m_Pending);
     m_Pending.clear();
     return written;
 }

@@ -2,9 +2,14 @@
 // that lacks).
 #pragma once
 
-#include <QFile>
+#include "OutputFile.h"
+
 #include <QString>
 
+#include <exception>
+#include <memory>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -26,14 +31,17 @@ public:
     CCsvFile() = default;
     CCsvFile(const CCsvFile&) = delete;
     CCsvFile& operator=(const CCsvFile&) = delete;
-    // Writes what is pending. Errors go unnoticed: call Close first to see them.
+    // Closes an open file. Errors go unnoticed: call Close first to see them. A file that is destroyed
+    // because of an exception does not get to its place.
     ~CCsvFile();
 
-    // Creates the file or empties an existing one. False when that fails or a file is open already.
+    // The file comes to its place, or takes the place of an older one, when it is closed and all was written.
+    // False when that place is out of reach or a file is open already. Throws CFileException when an existing
+    // file could be written over, but only so that a failure would cost its contents.
     bool Open(const QString& path);
     // Writes to a device that the caller opened and keeps; Close only flushes into it. False as above.
     bool Open(QIODevice& device);
-    // Closes also when the last text cannot be written, and then throws.
+    // Closes also when not everything could be written, and then throws.
     void Close();
 
     void AppendText(std::string_view latin1);
@@ -44,16 +52,22 @@ public:
     void WriteStringField(const QString& text);
     // Decimals as FormatFixed takes them: negative means 6.
     void WriteNumberField(float value, int decimals);
+    // Whole lines of number fields, as WriteNumberField and EndLine write them, but appended many at a time.
+    // `decimals` names the columns; `values` holds the first column's rows, then the second's, and so on.
+    void WriteNumberLines(std::span<const float> values, std::span<const int> decimals);
     void Flush();
 
 private:
     // False when not everything was written. Nothing is pending afterwards.
     bool WritePending();
+    bool Finish();
 
     std::string m_Pending;
+    std::unique_ptr<char[]> m_pLines; // where lines of numbers are put together
     int m_nFieldsInLine = 0;
-    QFile m_File;
-    QIODevice* m_pDevice = nullptr; // m_File or the caller's
+    std::optional<support::OutputFile> m_Output;
+    QIODevice* m_pDevice = nullptr; // that of m_Output or the caller's
+    int m_nExceptions = std::uncaught_exceptions();
 };
 
 } // namespace Tracelyn

@@ -10,11 +10,12 @@ QString AnalysisEntryName() {
     return QStringLiteral("tmpandat.bin");
 }
 
-CExpandedAnalysis::CExpandedAnalysis(const QString& containerPath, const QString& folder)
+CExpandedAnalysis::CExpandedAnalysis(const QString& containerPath, const QString& folder,
+                                     const Progress& progress)
     : m_strPath(folder + AnalysisEntryName()) {
     // A container without a document must not lend an earlier one's.
     QFile::remove(m_strPath);
-    m_bExpanded = CZip(containerPath).Expand(folder, AnalysisEntryName());
+    m_bExpanded = CZip(containerPath).Expand(folder, AnalysisEntryName(), progress);
 }
 
 CExpandedAnalysis::~CExpandedAnalysis() {

@@ -3,12 +3,13 @@
 // nothing else.
 #pragma once
 
+#include "Deflate.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <vector>
 
-class QFile;
 class QIODevice;
 
 namespace Tracelyn {
@@ -29,9 +30,10 @@ public:
         uint32_t offset = 0; // of the local header
         bool useFolder = false;
         bool required = false;
+        QString path; // of the file to read, if it is another than base folder + folder + name
     };
 
-    explicit CZip(const QString& archivePath) : m_strArchivePath(archivePath) {}
+    explicit CZip(const QString& archivePath = {}) : m_strArchivePath(archivePath) {}
 
     // The folder that the listed files lie below; empty at first.
     void SetBaseFolder(const QString& folder) { m_strBaseFolder = folder; }
@@ -40,20 +42,25 @@ public:
     // Latin-1 and below 260 bytes. A file that does not open fails the pack only when it is required.
     void AddFile(const QString& folder, const QString& name, bool useFolder, bool required);
 
+    // Lists the file at that path, which is required, under another name.
+    void AddFileAs(const QString& path, const QString& name);
+
     // Writes the archive; an existing one is replaced only by a complete one. Without listed files it is
     // empty.
     bool Pack();
+    // The same into a device that is open and at its start. What is written when it fails is no archive.
+    bool Pack(QIODevice& archive);
 
     // Writes the entry of that stored name, or every entry when the name is empty, to target folder + stored
-    // name and creates missing folders. True when the archive has no such entry. The target must be absolute
-    // (on Windows with a drive letter); stored names that could leave it are refused.
-    bool Expand(const QString& targetFolder, const QString& entryName) const;
+    // name and creates missing folders. A file or link that is there is replaced. True when the archive has
+    // no such entry. The target must be absolute (on Windows with a drive letter); stored names that could
+    // leave it, also on another system, are refused. Progress is that of one entry.
+    bool Expand(const QString& targetFolder, const QString& entryName, const Progress& progress = {}) const;
 
 private:
+    bool PackFiles(QIODevice& archive);
     bool PackFile(TZIPFILEINFO& file, QIODevice& archive) const;
     bool WriteDirectory(QIODevice& archive) const;
-    static bool ExpandEntries(QFile& archive, const QString& targetFolder, const QString& entryName,
-                              std::vector<QString>& written);
 
     QString m_strArchivePath;
     QString m_strBaseFolder;

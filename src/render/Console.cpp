@@ -40,7 +40,7 @@ float World(int pixel) {
 // The value as the console prints it: a blank, then fixed-point digits.
 QString ValueText(double value, int precision) {
     std::array<char, support::FixedTextCapacity> buffer;
-    const std::string_view digits = support::FormatFixed(buffer, value, precision);
+    const std::string_view digits = support::FormatFixed(buffer, static_cast<float>(value), precision);
     return QLatin1Char(' ') + QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size()));
 }
 

@@ -9,11 +9,11 @@ namespace support {
 
 inline constexpr int MaxFixedDecimals = 1000;
 
-// Enough for any 32-bit float widened to double: sign, 39 digits, point, decimals.
+// Enough for any value: sign, 39 digits, point, decimals.
 inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;
 
 // What printf("%1.*f", precision, value) writes. A negative precision means 6 decimals, more than 1000 means
 // 1000. Returns the written front of the buffer; a buffer that is too small is a programming error.
-std::string_view FormatFixed(std::span<char> buffer, double value, int precision);
+std::string_view FormatFixed(std::span<char> buffer, float value, int precision);
 
 } // namespace support

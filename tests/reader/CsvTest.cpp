@@ -4,12 +4,17 @@
 #include "XmlReader.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <limits>
+#include <random>
+#include <stdexcept>
+#include <vector>
 
 using namespace Tracelyn;
 
@@ -64,6 +69,36 @@ TEST(CsvFile, FlushesTheWholePendingTextAbove4096Characters) {
     EXPECT_EQ(device.size(), 2 * 4097 + 26);
 }
 
+// Short, long and absurdly long fields, so that chunks end in the middle of a row and after one.
+TEST(CsvFile, LinesOfNumbersAreTheFieldsOneByOne) {
+    std::mt19937 random(1);
+    for (const auto& [rows, decimals] : {std::pair<size_t, std::vector<int>>{0, {3}},
+                                         {1, {-1, 1000, 0}},
+                                         {3000, {0, 1, 2, 3, 6, 12, 7}},
+                                         {40, std::vector<int>(100, 999)}}) {
+        std::vector<float> values(rows * decimals.size());
+        for (float& value : values)
+            value = std::bit_cast<float>(static_cast<uint32_t>(random()));
+        QBuffer fields;
+        QBuffer lines;
+        ASSERT_TRUE(fields.open(QIODevice::WriteOnly) && lines.open(QIODevice::WriteOnly));
+        CCsvFile one;
+        CCsvFile many;
+        ASSERT_TRUE(one.Open(fields) && many.Open(lines));
+        for (size_t row = 0; row < rows; ++row) {
+            for (size_t column = 0; column < decimals.size(); ++column)
+                one.WriteNumberField(values[column * rows + row], decimals[column]);
+            one.EndLine();
+        }
+        many.WriteNumberLines(values, decimals);
+        many.WriteField("next");
+        one.WriteField("next");
+        one.Close();
+        many.Close();
+        EXPECT_TRUE(lines.data() == fields.data()) << rows;
+    }
+}
+
 #ifdef Q_OS_LINUX
 TEST(CsvFile, WriteErrorsComeOutOfAppendFlushAndCloseButNotOfTheDestructor) {
     CCsvFile file;
@@ -90,4 +125,28 @@ TEST(CsvFile, TruncatesAnExistingFileAndWritesPendingTextWhenDestroyed) {
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), "short,-2147483648");
     EXPECT_FALSE(CCsvFile().Open(folder.path()));
+}
+
+TEST(CsvFile, TakesAnOlderFilesPlaceOnlyWhenItIsClosedAndWhole) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("old.csv");
+    const auto content = [&] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto write = [&](const QByteArray& text, bool interrupted) {
+        CCsvFile file;
+        ASSERT_TRUE(file.Open(path));
+        file.AppendText(std::string_view(text.data(), static_cast<size_t>(text.size())));
+        file.Flush();
+        EXPECT_NE(content(), text);
+        if (interrupted)
+            throw std::runtime_error("out of the export");
+    };
+    write("old", false);
+    EXPECT_THROW(write("new", true), std::runtime_error);
+    EXPECT_EQ(content(), "old");
+    write("new", false);
+    EXPECT_EQ(content(), "new");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("old.csv")) << "nothing beside it";
 }

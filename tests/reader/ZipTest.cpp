@@ -4,8 +4,15 @@
 
 #include <QDirIterator>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 using namespace Tracelyn;
 
@@ -40,6 +47,13 @@ QByteArray Archive(const QByteArray& entries) {
     return entries + Hex("504b0102") + QByteArray(26, '\0');
 }
 
+QByteArray Noise(qsizetype size) {
+    QByteArray noise(size, '\0');
+    for (uint32_t random = 1; char& byte : noise)
+        byte = static_cast<char>((random = random * 1664525 + 1013904223) >> 24);
+    return noise;
+}
+
 class Zip : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(QDir(m_Folder.path()).mkpath("box/out")); }
@@ -59,6 +73,7 @@ protected:
         for (QDirIterator it(box.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
              it.hasNext();)
             found.append(box.relativeFilePath(it.next()));
+        found.sort();
         for (const QString& file : found)
             QFile::remove(box.filePath(file));
         return found.join(" ").toStdString();
@@ -84,10 +99,30 @@ TEST_F(Zip, PacksByteForByteAndListsASkippedFileWithoutSizes) {
     EXPECT_EQ(ReadFile(Path("a.paf")).toHex(), expected.toHex());
 }
 
+// Rows of numbers; sizes around those of zlib's window and of the pieces.
+TEST_F(Zip, CompressesPieceByPieceAsZlibDoesTheWhole) {
+    QByteArray rows;
+    for (const char digit : Noise(1'000'000))
+        rows += "0123456789,-.\n01"[digit & 15];
+    for (const qsizetype size : {0, 1, 32767, 65536, 65537, 131072, 300'000, 1'000'000}) {
+        WriteFile(Path("rows"), rows.left(size));
+        CZip zip(Path("a.paf"));
+        zip.AddFileAs(Path("rows"), "n");
+        ASSERT_TRUE(zip.Pack());
+        auto length = compressBound(static_cast<uLong>(size));
+        QByteArray stream(static_cast<qsizetype>(length), '\0');
+        ASSERT_EQ(compress2(reinterpret_cast<Bytef*>(stream.data()), &length,
+                            reinterpret_cast<const Bytef*>(rows.constData()), static_cast<uLong>(size), 9),
+                  Z_OK);
+        stream.truncate(static_cast<qsizetype>(length));
+        const QByteArray packed = ReadFile(Path("a.paf")).mid(30);
+        EXPECT_TRUE(packed.startsWith("n" + stream.left(2) + stream.right(4) + stream.chopped(4).mid(2)))
+            << size;
+    }
+}
+
 TEST_F(Zip, RoundTripKeepsEveryByteAndCreatesFolders) {
-    QByteArray noise(100'000, '\0');
-    for (uint32_t random = 1; char& byte : noise)
-        byte = static_cast<char>((random = random * 1664525 + 1013904223) >> 24);
+    const QByteArray noise = Noise(100'000);
     ASSERT_TRUE(QDir(m_Folder.path()).mkpath("deep/er"));
     CZip zip(Path("a.paf"));
     zip.SetBaseFolder(m_Folder.path() + "/");
@@ -104,14 +139,20 @@ TEST_F(Zip, RoundTripKeepsEveryByteAndCreatesFolders) {
 }
 
 TEST_F(Zip, ExpandsTheWantedEntriesOrNone) {
+    const QByteArray hidden =
+        Hello("other").replace(18, 1, QByteArray(1, static_cast<char>(7 + Hello("tmpandat.bin").size())));
     const QByteArray damaged = Hello("late").replace("\xcb\x48", "\xcb\x49");
     using Case = std::tuple<QByteArray, QString, bool, const char*>;
     for (const auto& [entries, wanted, expanded, files] :
          {Case{Hello("other") + Hello("tmpandat.bin") + damaged, kEntry, true, "out/tmpandat.bin"},
           Case{Hello("other") + Hello("TMPANDAT.BIN"), kEntry, true, ""}, Case{"", "", true, ""},
+          Case{Hello("tmpandat.bin.") + Hello(QByteArray("tmpandat.bin\0", 13)), kEntry, true, ""},
+          Case{hidden + Hello("tmpandat.bin"), kEntry, true, ""},
           Case{Hello(QByteArray(259, 'n')) + Hello("tmpandat.bin"), kEntry, true, "out/tmpandat.bin"},
           Case{Hello(QByteArray(260, 'n')) + Hello("tmpandat.bin"), kEntry, false, ""},
-          Case{Hello("early") + damaged, "", false, ""}, Case{Hello("sub\\x"), "", true, "out/sub/x"}}) {
+          Case{Hello("early") + damaged, "", false, ""},
+          Case{Hello("sub\\x") + Hello("sub/a..b"), "", true, "out/sub/a..b out/sub/x"},
+          Case{Hello("console") + Hello("com10"), "", true, "out/com10 out/console"}}) {
         EXPECT_EQ(Expand(Archive(entries), wanted), expanded) << entries.constData();
         EXPECT_EQ(TakeFiles(), files);
     }
@@ -134,13 +175,63 @@ TEST_F(Zip, RefusesEveryTruncationAndEveryLie) {
 }
 
 TEST_F(Zip, RefusesNamesAndTargetsThatCouldLieElsewhere) {
-    const QByteArray names("../x|a\\..\\..\\x|..|/tmp/x|\\x|C:\\x|x:stream|a#b||folder/");
+    const QByteArray names(
+        "../x|a\\..\\..\\x|..|/tmp/x|\\x|C:\\x|x:stream|a#b||folder/|./x|a//x|a/./x|x.|x |x. .|a./x|a\nb|"
+        "con|NUL.txt|a/aux .x|Prn|COM1|lpt9.tmpandat.bin|com\xb9|CONIN$|clock$");
     for (const QByteArray& name : QByteArray(names).replace('#', '\0').split('|'))
         EXPECT_TRUE(Refuses(Archive(Hello(name)))) << name.toStdString();
     WriteFile(Path("a.paf"), Archive(Hello("tmpandat.bin")));
     for (const QString& target : {QString(), QString("relative/"), Path("a.paf/")})
         EXPECT_FALSE(CZip(Path("a.paf")).Expand(target, kEntry)) << target.toStdString();
 }
+
+TEST_F(Zip, ABombEndsAtTheSizeThatItAnnounces) {
+    WriteFile(Path("zeros"), QByteArray(3'000'000, '\0'));
+    CZip zip(Path("a.paf"));
+    zip.AddFileAs(Path("zeros"), kEntry);
+    ASSERT_TRUE(zip.Pack());
+    const QByteArray whole = ReadFile(Path("a.paf"));
+    for (const int64_t size : {3'000'000, 0, 1, 131'072, 2'999'999, 3'000'001, 3'100'000}) {
+        const auto announced = qToLittleEndian(static_cast<uint32_t>(size));
+        WriteFile(Path("a.paf"),
+                  QByteArray(whole).replace(22, 4, QByteArray(reinterpret_cast<const char*>(&announced), 4)));
+        int64_t reached = 0;
+        const auto progress = [&](int64_t done, int64_t total) {
+            EXPECT_LE(reached, done);
+            EXPECT_EQ(total, size);
+            reached = done;
+        };
+        EXPECT_EQ(CZip(Path("a.paf")).Expand(Out(), kEntry, progress), size == 3'000'000) << size;
+        EXPECT_LE(reached, size);
+        EXPECT_EQ(TakeFiles(), size == 3'000'000 ? "out/tmpandat.bin" : "");
+    }
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(Zip, NeverWritesThroughWhatStandsInItsPlace) {
+    const QByteArray archive = Archive(Hello("tmpandat.bin"));
+    const QString target = Out() + kEntry;
+    WriteFile(Path("victim"), "untouched");
+    ASSERT_TRUE(QFile::link(Path("victim"), target));
+    EXPECT_TRUE(Expand(archive, kEntry)) << "a link";
+    EXPECT_EQ(TakeFiles(), "out/tmpandat.bin");
+    ASSERT_EQ(::link(QFile::encodeName(Path("victim")), QFile::encodeName(target)), 0);
+    EXPECT_TRUE(Expand(archive, kEntry)) << "the file itself under a second name";
+    EXPECT_EQ(ReadFile(target) + ReadFile(Path("victim")), "hellountouched");
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(QFile::encodeName(target), 12345, 12345), 0);
+        EXPECT_TRUE(Expand(archive, kEntry)) << "another user's file";
+        EXPECT_EQ(QFileInfo(target).ownerId(), 0U);
+    }
+    EXPECT_EQ(TakeFiles(), "out/tmpandat.bin");
+    ASSERT_TRUE(QDir().mkdir(target));
+    EXPECT_FALSE(Expand(archive, kEntry)) << "a folder";
+    ASSERT_TRUE(QDir().mkdir(Path("elsewhere")) && QFile::link(Path("elsewhere"), Out() + "sub"));
+    EXPECT_FALSE(Expand(Archive(Hello("sub/x")))) << "a link in place of a folder";
+    EXPECT_FALSE(Expand(Archive(Hello("sub/deeper/x"))));
+    EXPECT_TRUE(QDir(Path("elsewhere")).isEmpty());
+}
+#endif
 
 TEST_F(Zip, AFailedPackKeepsWhatWasThere) {
     WriteFile(Path("hello.txt"), "hello");
