@@ -1,0 +1,141 @@
+// The whole road of a document: from bytes to the model, its layout, frames and the CSV table.
+//
+// A seed ends with a comment of eight characters, <!--12345678-->, which choose how it is shown.
+#include "CsvExport.h"
+#include "CsvFile.h"
+#include "FuzzInput.h"
+#include "Graph.h"
+#include "OffscreenWindow.h"
+#include "PlainReading.h"
+#include "Scratch.h"
+#include "XmlReader.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+// Comparisons and tables that would take longer than the reading are left out.
+constexpr int64_t kManyValues = 100'000;
+
+int64_t CountValues(const CGraphData& data) {
+    return int64_t{data.GetMaxCount()} * static_cast<int64_t>(data.GetSets().size());
+}
+
+bool AreSame(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+// Values in a row and their extremes, as reading them one by one gives them.
+void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
+    std::array<double, 64> values;
+    set.GetValues(from, step, values);
+    int index = from;
+    for (const double value : values) {
+        Require(AreSame(value, set.GetValue(index, kNoReference)), "values in a row are the single values");
+        index += step;
+    }
+    auto smallest = static_cast<float>(set.GetValue(from, kNoReference));
+    float largest = smallest;
+    for (int i = from; i < to; ++i) {
+        const auto value = static_cast<float>(set.GetValue(i, kNoReference));
+        smallest = smallest > value ? value : smallest;
+        largest = value > largest ? value : largest;
+    }
+    float min = 0;
+    float max = 0;
+    set.GetMinMax(from, to, min, max);
+    Require(AreSame(min, smallest) && AreSame(max, largest), "extremes are those of the single values");
+}
+
+void CheckModel(const CGraphData& data, Settings& settings) {
+    const int count = data.GetMaxCount();
+    const int from = static_cast<int>(settings.Byte()) * count / 200 - 3;
+    const int to = from + static_cast<int>(settings.Byte()) * count / 200;
+    const int step = static_cast<int>(settings.Below(7)) + 1;
+    for (const auto& set : data.GetSets())
+        CheckBatches(*set, from, to, step);
+}
+
+QSize PictureSize(Settings& settings) {
+    static constexpr std::array kSizes{QSize(320, 240), QSize(640, 100), QSize(1, 1), QSize(7, 900),
+                                       QSize(1000, 3)};
+    return kSizes[settings.Below(kSizes.size())];
+}
+
+void Show(CGraph& graph, Settings& settings) {
+    COffscreenWindow window(PictureSize(settings));
+    graph.SetResetPending();
+    window.Paint(graph);
+    const unsigned change = settings.Byte();
+    const int last = graph.GetLastIndex();
+    if ((change & 1U) != 0) {
+        for (const auto& group : graph.GetData().GetGroups())
+            group->m_bExpanded = !group->m_bExpanded;
+    }
+    if ((change & 2U) != 0)
+        graph.ToggleBackground(window);
+    if ((change & 4U) != 0)
+        graph.SetFixedCursor(window, last / 3);
+    if ((change & 8U) != 0)
+        graph.Zoom(window, 1.25F);
+    if ((change & 16U) != 0)
+        graph.Zoom(window, 40.0F);
+    if ((change & 32U) != 0)
+        graph.OnHScroll(window, static_cast<ScrollCode>(settings.Below(10)), settings.Byte());
+    if ((change & 64U) != 0)
+        graph.SetCursorPosition(window, last - 1);
+    if ((change & 128U) != 0)
+        graph.SelectNextGroup(window);
+    if (change != 0)
+        window.Paint(graph);
+}
+
+void Export(const CGraph& graph) {
+    QBuffer table;
+    table.open(QIODevice::WriteOnly);
+    Tracelyn::CCsvFile file;
+    file.Open(table);
+    graph.ExportCsv(file);
+    file.Close();
+    Require(table.data().endsWith("\r\n"), "a table ends with a line end");
+}
+
+void Run(std::string_view document) {
+    constexpr size_t kCommentEnd = 3;
+    Settings settings(document, kCommentEnd);
+    const QString path = ScratchFolder() + QStringLiteral("input.xml");
+    WriteFile(path, document);
+
+    CGraph graph;
+    Tracelyn::CXmlReader reader;
+    reader.SetAccessLevel(static_cast<int>(settings.Below(4)));
+    reader.ReadAnalysis(graph.GetData(), path);
+    for (const Tracelyn::ReadResult& result : reader.GetResults())
+        Require(!result.GetText().isEmpty(), "a problem has a text");
+    Show(graph, settings);
+    if (CountValues(graph.GetData()) > kManyValues)
+        return;
+    CheckModel(graph.GetData(), settings);
+    if (reader.GetResults().empty())
+        CompareWithPlainReading(path, reader.GetAccessLevel(), graph.GetData());
+    Export(graph);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int programOnly = 1;
+    static const QGuiApplication application(programOnly, *argv);
+    return *argc > 0 ? 0 : 1;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Run(TextOf(data, size));
+    return 0;
+}

@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""How long hostile files keep the tool busy, and how that grows with their size.
+
+    growth.py TRACELYN-CLI [--sizes 1,2,4,10] [--only TEXT]... [--json FILE]
+
+A file of 1 MB may take 2 s and one of 10 MB may take 10 s, with sizes between in proportion. Machines are noisy: only a
+time of more than twice its bound counts as broken (exit code 1), and so does a tool that crashes or runs out of memory.
+The times are seconds of CPU or of the clock, whichever are fewer.
+"""
+import argparse
+import json
+import math
+import os
+import resource
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+from hostile import CONTAINERS, DOCUMENTS, MB
+
+COMMANDS = {"info": lambda file: ["info", file], "render": lambda file: ["render", file, "/dev/null"],
+            "csv": lambda file: ["csv", file, "/dev/null"]}
+MEMORY = 4 << 30       # address space that the tool may take
+STOPPED_AFTER = 4      # times the bound
+BROKEN_ABOVE = 2
+EXPECTED_CODES = (0, 1, 3)
+
+
+def bound(megabytes):
+    return 2 + max(0.0, megabytes - 1) * 8 / 9
+
+
+def run(command, limit):
+    """Seconds, peak memory in MB and what went wrong ("" if nothing)."""
+    def prepare():
+        resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+        resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    started = time.monotonic()
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=prepare) as process:
+        timer = threading.Timer(limit, process.kill)
+        timer.start()
+        _, status, usage = os.wait4(process.pid, 0)
+        timer.cancel()
+        process.returncode = os.waitstatus_to_exitcode(status)
+    clock = time.monotonic() - started
+    problem = ""
+    if process.returncode == -signal.SIGKILL:
+        problem = "too slow"
+    elif process.returncode not in EXPECTED_CODES:
+        problem = f"ended with {process.returncode}"
+    return min(clock, usage.ru_utime + usage.ru_stime), usage.ru_maxrss / 1024, problem
+
+
+def measure(program, kind, make, extension, sizes, folder):
+    """For every command its times, memory and problems, one for each size; a command that was too slow is not run again."""
+    rows = {name: {"kind": kind, "command": name, "seconds": [], "memory": [], "problems": []} for name in COMMANDS}
+    for size in sizes:
+        file = Path(folder) / f"hostile{extension}"
+        contents = make(int(size * MB))
+        file.write_bytes(contents)
+        for name, row in rows.items():
+            if "too slow" in row["problems"]:
+                continue
+            seconds, memory, problem = run([program, *COMMANDS[name](str(file))], bound(size) * STOPPED_AFTER)
+            if not problem and seconds > bound(size) * BROKEN_ABOVE:
+                problem = "beyond twice its bound"
+            row["seconds"].append(round(seconds, 3))
+            row["memory"].append(round(memory))
+            row["problems"].append(problem)
+        file.unlink()
+    return list(rows.values())
+
+
+def growth(row, sizes):
+    """Time of the largest file over that of the smallest, as if sizes were doubled: 2 is linear, 4 quadratic."""
+    first, last = row["seconds"][0], row["seconds"][-1]
+    ratio = sizes[len(row["seconds"]) - 1] / sizes[0]
+    if ratio <= 1 or last < 0.2:
+        return ""
+    doublings = math.log2(ratio)
+    return f"{(last / max(first, 0.001)) ** (1 / doublings):.1f}"
+
+
+def print_row(row, sizes):
+    times = "".join(f"{s:8.2f}" for s in row["seconds"]) + "       -" * (len(sizes) - len(row["seconds"]))
+    problem = next((p for p in row["problems"] if p), "")
+    print(f"{row['kind']:38} {row['command']:7}{times} {growth(row, sizes):>6} {max(row['memory']):6}  {problem}", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("program")
+    parser.add_argument("--sizes", default="1,2,4,10", help="in MB")
+    parser.add_argument("--only", action="append", default=[], help="kinds that hold this text")
+    parser.add_argument("--json", help="file for the figures")
+    options = parser.parse_args()
+    sizes = [float(size) for size in options.sizes.split(",")]
+    kinds = [(k, make, ".xml") for k, make in DOCUMENTS.items()] + [(k, make, ".paf") for k, make in CONTAINERS.items()]
+    print(f"{'file':38} {'command':7}" + "".join(f"{s:5g} MB" for s in sizes) + " growth MB peak")
+    rows = []
+    with tempfile.TemporaryDirectory() as folder:
+        for kind, make, extension in kinds:
+            if options.only and not any(text in kind for text in options.only):
+                continue
+            measured = measure(os.path.abspath(options.program), kind, make, extension, sizes, folder)
+            rows += measured
+            for row in measured:
+                print_row(row, sizes)
+    broken = [row for row in rows if any(row["problems"])]
+    slowest = max(rows, key=lambda row: max(row["seconds"]))
+    print(f"{len(rows)} rows, {len(broken)} beyond their bounds; slowest: {slowest['kind']} ({slowest['command']}), "
+          f"{max(slowest['seconds']):.2f} s; most memory: {max(max(row['memory']) for row in rows)} MB")
+    if options.json:
+        Path(options.json).write_text(json.dumps({"sizes": sizes, "rows": rows}, indent=1) + "\n")
+    sys.exit(bool(broken))
+
+
+if __name__ == "__main__":
+    main()
