@@ -1,6 +1,7 @@
 #include "Options.h"
 
 #include "AccessLevel.h"
+#include "Limits.h"
 
 #include <QCommandLineParser>
 
@@ -9,8 +10,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr int kMaximumSide = 16384;
 
 struct CommandEntry {
     const char* name;
@@ -72,7 +71,7 @@ std::optional<QSize> ToSize(const QString& text) {
     const auto width = ToInt(sides[0]);
     const auto height = ToInt(sides[1]);
     const auto isAllowed = [](std::optional<int> side) {
-        return side && *side >= 1 && *side <= kMaximumSide;
+        return side && *side >= 1 && *side <= support::limits::kPictureSide;
     };
     return isAllowed(width) && isAllowed(height) ? std::optional(QSize(*width, *height)) : std::nullopt;
 }

@@ -1,5 +1,6 @@
 #include "DataBlock.h"
 
+#include "Limits.h"
 #include "Parallel.h"
 #include "SampleRows.h"
 #include "SampleText.h"
@@ -16,11 +17,6 @@
 namespace Tracelyn {
 
 namespace {
-
-// Samples may take this many times the size of their text. Empty rows for many variables could ask for far
-// more.
-constexpr int64_t kMaximumSamplesPerCharacter = 64;
-constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 
 // The text is read in pieces that stay in a processor core's own memory while they are converted.
 constexpr int64_t kPiece = 1 << 18;
@@ -160,7 +156,8 @@ bool AreTooMany(int64_t rows, const CSampleText& text, std::span<TypedDataBase* 
     const auto stored = static_cast<int64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
     const int64_t samples = stored * rows;
     return rows > std::numeric_limits<int>::max() ||
-           (samples > kSamplesOfAnyFile && samples / kMaximumSamplesPerCharacter > text.GetSize());
+           (samples > support::limits::kSamplesOfAnyFile &&
+            samples / support::limits::kSamplesPerCharacter > text.GetSize());
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "SampleRows.h"
 
+#include "Limits.h"
 #include "NumberText.h"
 
 #include <algorithm>
@@ -9,10 +10,6 @@
 namespace Tracelyn {
 
 namespace {
-
-// Far longer than any number; a longer field is cut here, so that a row that starts over again and again
-// costs little.
-constexpr size_t kMaximumField = 4096;
 
 constexpr bool EndsField(char c) {
     return c == ',' || c == '\n' || c == '\r';
@@ -26,7 +23,7 @@ const char* FindFieldEnd(const char* at) {
 
 std::string_view FieldAt(const char* at) {
     const auto length = static_cast<size_t>(FindFieldEnd(at) - at);
-    return {at, std::min(length, kMaximumField)};
+    return {at, std::min(length, support::limits::kField)};
 }
 
 // A run of decimal digits and where it ends; the value counts for as many digits as it can hold.
@@ -147,7 +144,7 @@ void CRowConverter::StartOver(std::string_view text, size_t row) {
     m_Fields.clear();
     for (size_t from = 0;;) {
         const size_t comma = text.find(',', from);
-        m_Fields.push_back(text.substr(from, std::min(comma - from, kMaximumField)));
+        m_Fields.push_back(text.substr(from, std::min(comma - from, support::limits::kField)));
         if (comma == std::string_view::npos)
             break;
         from = comma + 1;

@@ -3,6 +3,7 @@
 #include "DataBlock.h"
 #include "GraphData.h"
 #include "GraphDataVariants.h"
+#include "Limits.h"
 #include "NumberText.h"
 #include "SampleText.h"
 #include "XmlDomDocument.h"
@@ -10,9 +11,12 @@
 #include "XmlDomNodeIterator.h"
 #include "XmlVariable.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace Tracelyn {
+
+namespace limits = support::limits;
 
 namespace {
 
@@ -20,12 +24,6 @@ constexpr ColorRef kIndexColor = 0xFF8080;
 constexpr int kUnitPrecision = 3;
 // Share of a load after which the sample rows are found.
 constexpr double kFound = 0.2;
-
-Unit ReadUnit(const CXmlDomElement& element) {
-    return {element.GetAttribute("Name"), element.GetAttributeFloat("UnitOffset", 0.0F),
-            element.GetAttributeFloat("UnitFactor", 1.0F),
-            element.GetAttributeInt("Precision", kUnitPrecision)};
-}
 
 void ApplyUnit(CGraphDataSet& set, const Unit& unit) {
     set.SetProperties(set.GetName(), unit.name, unit.offset, unit.factor, unit.precision);
@@ -66,6 +64,7 @@ void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
     } catch (...) {
         Fail(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
     }
+    ReportFurtherResults();
 }
 
 void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
@@ -83,7 +82,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
         Fail(ResultCode::InvalidRootName, rootName);
         return;
     }
-    m_strAnalysisName = root.GetAttribute("Name");
+    m_strAnalysisName = ReadText(root, "Name");
 
     CXmlDomElement definition;
     const bool isDefined = FindRequired(root, "DataDefinition", definition);
@@ -111,7 +110,7 @@ bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* defi
         return false;
     return ForEachElement(variables, [&](const CXmlDomElement& child, const QString& name) {
         if (name == QLatin1String("TypedData"))
-            return ReadVariable(data, child);
+            return IsFull(m_Variables.size(), limits::kVariables, "variables") || ReadVariable(data, child);
         Fail(ResultCode::InvalidNodeName, name);
         return true;
     });
@@ -121,7 +120,7 @@ bool CXmlReader::ReadIndexSet(CGraphData& data, const CXmlDomElement& definition
     CXmlDomElement index;
     if (!FindRequired(definition, "IndexSet", index))
         return false;
-    const QString name = index.GetAttribute("Name");
+    const QString name = ReadText(index, "Name");
     if (name.isEmpty())
         return Fail(ResultCode::MissingAttribute, QStringLiteral("IndexSet Name"));
     CXmlDomElement unit;
@@ -139,10 +138,10 @@ bool CXmlReader::ReadIndexSet(CGraphData& data, const CXmlDomElement& definition
 }
 
 bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
-    const QString name = element.GetAttribute("Name");
+    const QString name = ReadText(element, "Name");
     if (name.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("Name"));
-    const QString type = element.GetAttribute("Type");
+    const QString type = ReadText(element, "Type");
     if (type.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("Type"));
     TypedDataBase* const variable = CreateVariable(type, data);
@@ -152,9 +151,9 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
     m_Variables.push_back(variable);
     m_VariablesByName.try_emplace(name, variable);
     variable->SetName(name);
-    variable->SetDescription(element.GetAttribute("Description"));
+    variable->SetDescription(ReadText(element, "Description"));
     variable->SetCode(element.GetAttributeInt("Code", 0));
-    variable->SetColor(element.GetAttribute("Color"));
+    variable->SetColor(ReadText(element, "Color"));
     return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
         if (childName == QLatin1String("Unit"))
             variable->AddUnit(ReadUnit(child));
@@ -166,12 +165,13 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
 
 bool CXmlReader::ReadGroups(CGraphData& data, const CXmlDomElement& groups) {
     return ForEachElement(groups, [&](const CXmlDomElement& child, const QString& name) {
-        return name != QLatin1String("Group") || ReadGroup(data, child);
+        return name != QLatin1String("Group") || IsFull(data.GetGroups().size(), limits::kGroups, "groups") ||
+               ReadGroup(data, child);
     });
 }
 
 bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
-    const QString name = element.GetAttribute("Name");
+    const QString name = ReadText(element, "Name");
     if (name.isEmpty())
         return Fail(ResultCode::EmptyGroupName, QStringLiteral("Name"));
     m_Colors.Restart();
@@ -184,6 +184,8 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
     group.m_bSeparateSets = element.GetAttributeBool("SeparateSets", false);
     group.m_bInverted = element.GetAttribute("Orientation") == QLatin1String("Inverted");
     return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
+        if (IsFull(data.GetSets().size(), limits::kSets, "signals"))
+            return true;
         if (childName == QLatin1String("Line"))
             return ReadLine(group, child);
         if (childName == QLatin1String("RefLine"))
@@ -193,7 +195,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
 }
 
 bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element) {
-    const QString dataName = element.GetAttribute("DataName");
+    const QString dataName = ReadText(element, "DataName");
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
     const auto found = m_VariablesByName.find(dataName);
@@ -215,7 +217,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
 }
 
 bool CXmlReader::ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXmlDomElement& element) {
-    const QString name = element.GetAttribute("Name");
+    const QString name = ReadText(element, "Name");
     if (name.isEmpty())
         return Fail(ResultCode::MissingAttribute, QStringLiteral("Name"));
     auto& set = data.Make<CGraphDataOwningFixedSet>(name);
@@ -229,9 +231,45 @@ bool CXmlReader::ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXm
     return true;
 }
 
+Unit CXmlReader::ReadUnit(const CXmlDomElement& element) {
+    return {ReadText(element, "Name"), element.GetAttributeFloat("UnitOffset", 0.0F),
+            element.GetAttributeFloat("UnitFactor", 1.0F),
+            element.GetAttributeInt("Precision", kUnitPrecision)};
+}
+
+QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribute) {
+    QString text = element.GetAttribute(attribute);
+    if (text.size() > limits::kText) {
+        Fail(ResultCode::UnknownError, QStringLiteral("A %1 of %2 characters is cut off")
+                                           .arg(QLatin1String(attribute))
+                                           .arg(text.size()));
+        text.truncate(limits::kText);
+    }
+    return text;
+}
+
+bool CXmlReader::IsFull(size_t count, size_t limit, const char* what) {
+    if (count < limit)
+        return false;
+    const QString problem =
+        QStringLiteral("Only %1 %2 are shown, and there are more").arg(limit).arg(QLatin1String(what));
+    if (std::ranges::find(m_Results, problem, &CResult::detail) == m_Results.end())
+        Fail(ResultCode::UnknownError, problem);
+    return true;
+}
+
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {
-    m_Results.push_back({code, detail});
+    if (m_Results.size() < limits::kResults)
+        m_Results.push_back({code, detail});
+    else
+        ++m_nFurtherResults;
     return false;
+}
+
+void CXmlReader::ReportFurtherResults() {
+    if (m_nFurtherResults > 0)
+        m_Results.push_back(
+            {ResultCode::UnknownError, QStringLiteral("There are %1 more problems").arg(m_nFurtherResults)});
 }
 
 bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {

@@ -29,7 +29,7 @@ public:
     void ReadAnalysis(CGraphData& data, const QString& path) override;
     QString GetAnalysisName() const override { return m_strAnalysisName; }
 
-    // The problems, in the order found.
+    // The problems, in the order found. Of very many the last one says how many more there were.
     const std::vector<CResult>& GetResults() const { return m_Results; }
 
 private:
@@ -44,11 +44,19 @@ private:
     bool ReadLine(CGraphDataGroup& group, const CXmlDomElement& element);
     bool ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXmlDomElement& element);
 
+    Unit ReadUnit(const CXmlDomElement& element);
+    // The attribute's text; of a text that is too long, the beginning and a result.
+    QString ReadText(const CXmlDomElement& element, const char* attribute);
+    // Whether nothing more may be added; the first time that is a result.
+    bool IsFull(size_t count, size_t limit, const char* what);
+    // Keeps the result, or counts it when there are very many.
     bool Fail(ResultCode code, const QString& detail);
+    void ReportFurtherResults();
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
     std::vector<CResult> m_Results;
+    size_t m_nFurtherResults = 0;
     std::vector<TypedDataBase*> m_Variables;
     // The first of each name. A QHash would end the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;

@@ -1,5 +1,6 @@
 #include "Canvas.h"
 
+#include "Limits.h"
 #include "PixelPainter.h"
 
 #include <algorithm>
@@ -8,13 +9,10 @@
 
 namespace {
 
-// Far outside every window, and still small enough for the line arithmetic in 64 bits.
-constexpr float kFarPixel = 268435456.0F;
-
 int ToPixel(float scaled, int origin) {
     if (std::isnan(scaled))
         return CCanvas::kNoPixel;
-    return static_cast<int>(std::clamp(scaled, -kFarPixel, kFarPixel)) + origin;
+    return static_cast<int>(std::clamp(scaled, -support::limits::kPixel, support::limits::kPixel)) + origin;
 }
 
 // The width of the world comes as a double: that of all floats is no float.

@@ -1,13 +1,15 @@
 // Numbers with a fixed count of decimals, byte for byte as printf writes them in the "C" locale.
 #pragma once
 
+#include "Limits.h"
+
 #include <cstddef>
 #include <span>
 #include <string_view>
 
 namespace support {
 
-inline constexpr int MaxFixedDecimals = 1000;
+inline constexpr int MaxFixedDecimals = limits::kDecimals;
 
 // Enough for any value: sign, 39 digits, point, decimals.
 inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;

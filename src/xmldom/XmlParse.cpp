@@ -1,5 +1,6 @@
 #include "XmlParse.h"
 
+#include "Limits.h"
 #include "XmlEncodings.h"
 
 #include <QIODevice>
@@ -14,13 +15,20 @@
 #include <exception>
 #include <utility>
 
+namespace limits = support::limits;
+
 namespace {
+
+constexpr const char* kTooManyAttributes = "Too many attributes";
+constexpr const char* kTooManyNamespaces = "Too many namespaces";
 
 // What one parse knows about itself; libxml2's callbacks reach it through the context. They allocate nothing,
 // for an exception must not cross the library.
 struct ParseState {
     QIODevice& device;
     const XmlParseOptions& options;
+    xmlParserCtxtPtr context = nullptr;
+    std::optional<int64_t> dtdFrom = std::nullopt; // bytes read when the declaration began
     std::exception_ptr exception = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
@@ -73,17 +81,19 @@ void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* 
 void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
                   int namespaceCount, const xmlChar** namespaces, int attributeCount, int defaultedCount,
                   const xmlChar** attributes) {
-    constexpr int64_t FreeBytes = 1 << 20;
-    constexpr int64_t BytesPerByteRead = 4;
     ParseState& state = StateOf(context);
     for (int i = 0; i < namespaceCount; ++i) // pairs of prefix and address
         state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
 
     NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
-    constexpr int MaxAttributes = 1024;
-    if (attributeCount > MaxAttributes)
-        Refuse(context, "Too many attributes");
-    else if (state.namespaceBytes > FreeBytes + BytesPerByteRead * state.bytesRead)
+    if (attributeCount > limits::kAttributes)
+        Refuse(context, kTooManyAttributes);
+    else if (state.context->nsNr / 2 > limits::kNamespaces)
+        Refuse(context, kTooManyNamespaces);
+    else if (state.context->nodeNr >= limits::kDepth)
+        Refuse(context, "Elements are nested too deeply");
+    else if (state.namespaceBytes >
+             limits::kNamespaceBytes + limits::kNamespaceBytesPerByte * state.bytesRead)
         Refuse(context, "Namespace defaults make the document too large");
     else
         xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount,
@@ -93,8 +103,7 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
 // Every element's attributes are compared with each other and with all declared defaults: both stay few.
 void RefuseManyDefaults(void* context, const xmlChar* element, const xmlChar* name, int type, int defaultKind,
                         const xmlChar* defaultValue, xmlEnumerationPtr values) {
-    constexpr int MaxDefaults = 256;
-    if (defaultValue != nullptr && ++StateOf(context).defaults > MaxDefaults) {
+    if (defaultValue != nullptr && ++StateOf(context).defaults > limits::kDefaults) {
         xmlFreeEnumeration(values);
         Refuse(context, "Too many attribute defaults");
         return;
@@ -134,6 +143,25 @@ private:
     void* m_pOldContext;
 };
 
+// What the parser gathers before it tells anybody: the attributes and namespaces of a start tag, and the
+// lists of a document type declaration. It looks for equal ones among all of them.
+const char* FindExcess(ParseState& state) {
+    constexpr int SlotsPerAttribute = 5;
+    constexpr int Growth = 2; // of the parser's tables
+    const xmlParserCtxt& context = *state.context;
+    if (context.maxatts > Growth * SlotsPerAttribute * limits::kAttributes)
+        return kTooManyAttributes;
+    if (context.nsNr / 2 > Growth * limits::kNamespaces)
+        return kTooManyNamespaces;
+    if (context.inSubset == 0)
+        state.dtdFrom.reset();
+    else if (!state.dtdFrom)
+        state.dtdFrom = state.bytesRead;
+    else if (state.bytesRead - *state.dtdFrom > limits::kDtd)
+        return "The document type declaration is too long";
+    return nullptr;
+}
+
 bool Report(ParseState& state) {
     const qint64 size = state.device.size();
     try {
@@ -149,6 +177,10 @@ bool Report(ParseState& state) {
 
 int ReadDevice(void* opaque, char* buffer, int length) {
     ParseState& state = *static_cast<ParseState*>(opaque);
+    if (const char* const excess = FindExcess(state)) {
+        state.Fail(xmlSAX2GetLineNumber(state.context), excess);
+        return -1;
+    }
     const qint64 count = state.device.read(buffer, length);
     if (count < 0 || !Report(state)) {
         state.readFailed = true;
@@ -184,6 +216,7 @@ XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
         return {.document = nullptr, .line = 0, .reason = QStringLiteral("Out of memory")};
 
     ParseState state{.device = device, .options = options};
+    state.context = context.get();
     InstallCallbacks(*context, state);
     const ContextFreeErrors contextFreeErrors(*context);
     constexpr int Flags = XML_PARSE_HUGE | XML_PARSE_NONET;

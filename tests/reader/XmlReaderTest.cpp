@@ -241,3 +241,36 @@ TEST(XmlReader, ReservesNothingForMoreSamplesThanTheTextCanJustify) {
     EXPECT_EQ(reading.problems, "Unknown error: There are too many sample rows (20001)");
     EXPECT_LT(reading.allocated, 20'000'000U) << "where all samples would take 80 million";
 }
+
+TEST(XmlReader, KeepsTheFirstThousandProblemsAndCountsTheRest) {
+    for (const auto& [bad, results, last] :
+         {std::tuple{1000, 1000U, "Invalid node name: Bad"},
+          {1001, 1001U, "Unknown error: There are 1 more problems"},
+          {40'000, 1001U, "Unknown error: There are 39000 more problems"}}) {
+        const Reading reading(Document(QByteArray("<Bad/>").repeated(bad), "<Group Name='A'/>"));
+        const size_t at = reading.problems.rfind("; ");
+        EXPECT_EQ(std::ranges::count(reading.problems, ';') + 1U, results);
+        EXPECT_EQ(reading.problems.substr(at + 2), last);
+        EXPECT_EQ(reading.data.GetGroups().size(), 2U);
+    }
+}
+
+TEST(XmlReader, CutsWhatIsTooLongOrTooManyAndShowsTheRest) {
+    const QByteArray variable = "<TypedData Name='V' Type='Long'/>";
+    const QByteArray group = "<Group Name='A'><Line DataName='V'/></Group>";
+    const auto expect = [](const QByteArray& variables, const QByteArray& groups, size_t sets,
+                           const char* problem) {
+        const Reading reading(Document(variables, groups, "5"));
+        EXPECT_EQ(reading.problems, std::string("Unknown error: ") + problem);
+        EXPECT_EQ(reading.data.GetSets().size(), sets);
+        EXPECT_EQ(reading.Group().m_Sets.at(0)->GetValue(0, -1), 5);
+    };
+    expect(variable, group.repeated(10'001), 10'000, "Only 10000 groups are shown, and there are more");
+    expect(variable, "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(10'020) + "</Group>",
+           10'000, "Only 10000 signals are shown, and there are more");
+    expect(variable.repeated(10'002), group, 2, "Only 10000 variables are shown, and there are more");
+
+    const QByteArray name(20'000, 'n');
+    const QByteArray longNamed = "<TypedData Name='" + name + "' Type='Long'/>";
+    expect(variable + longNamed, group, 2, "A Name of 20000 characters is cut off");
+}

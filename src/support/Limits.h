@@ -1,0 +1,44 @@
+// How far anybody may go with what a file says. Real recordings stay far below all of these; beyond one the
+// reader says so, shows what it has read, and no time or memory is spent on the rest.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace support::limits {
+
+// Markup. The parser's own effort grows with the square of some of these.
+inline constexpr int kDepth = 256;       // elements inside each other; a recording has four
+inline constexpr int kAttributes = 1024; // of one element, each compared with the others
+inline constexpr int kNamespaces = 1024; // declared around one element, likewise
+inline constexpr int kDefaults = 16;     // declared attribute defaults, made anew for every element
+inline constexpr int64_t kDtd =
+    64 << 10; // bytes of a document type declaration, whose lists are compared, too
+
+// Declared namespaces are copied into every element: their bytes may come to this and so many for each byte
+// read.
+inline constexpr int64_t kNamespaceBytes = 1 << 20;
+inline constexpr int64_t kNamespaceBytesPerByte = 4;
+
+// The model. A window shows some dozens; a hundred thousand would take seconds for every frame.
+inline constexpr size_t kVariables = 10'000;
+inline constexpr size_t kGroups = 10'000;
+inline constexpr size_t kSets = 10'000;
+// Characters of a name, unit or colour: some are measured and drawn in every frame and written for every set.
+inline constexpr int kText = 10'000;
+// Problems that are kept; of further ones only the number.
+inline constexpr size_t kResults = 1000;
+
+// Samples. Rows that are empty, or shorter than the list of variables, could ask for a multiple of their
+// text.
+inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
+inline constexpr int64_t kSamplesPerCharacter = 8;
+inline constexpr size_t kField = 4096; // characters of one field that are looked at
+
+// What is shown. More decimals than any number has, and pixels far outside every window that 64-bit
+// arithmetic can still handle.
+inline constexpr int kDecimals = 1000;
+inline constexpr float kPixel = 268435456.0F;
+inline constexpr int kPictureSide = 16384; // pixels of a picture's side
+
+} // namespace support::limits
