@@ -2,7 +2,7 @@
 #include "ExpandedAnalysis.h"
 #include "FileJustOpened.h"
 #include "MainFrm.h"
-#include "PrivateFolder.h"
+#include "ScratchFolder.h"
 #include "WaitCursor.h"
 #include "XmlReader.h"
 
@@ -84,12 +84,12 @@ void CMainFrame::LoadCurrentFile() {
 }
 
 void CMainFrame::LoadContainer(const QString& path, Tracelyn::CXmlReader& reader) {
-    const auto folder = support::PrivateTemporaryFolder();
-    if (!folder) {
+    const support::ScratchFolder folder;
+    if (!folder.IsValid()) {
         ShowError(tr("Problem expanding analysis file"));
         return;
     }
-    const Tracelyn::CExpandedAnalysis expanded(path, *folder);
+    const Tracelyn::CExpandedAnalysis expanded(path, folder.GetPath());
     if (expanded.IsExpanded())
         LoadDocument(expanded.Path(), reader);
     else

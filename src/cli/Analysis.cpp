@@ -1,11 +1,10 @@
 #include "Analysis.h"
 
 #include "ExpandedAnalysis.h"
+#include "ScratchFolder.h"
 #include "XmlReader.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -18,12 +17,11 @@ Analysis Read(const QString& path, int accessLevel, CGraphData& data) {
 
 std::optional<Analysis> ReadContainer(const QString& path, int accessLevel, CGraphData& data,
                                       QString& error) {
-    // A folder of its own, so that several runs at the same time stay apart.
     error = QStringLiteral("Problem expanding analysis file");
-    const QTemporaryDir folder;
-    if (!folder.isValid() || !QFileInfo(path).isFile())
+    const support::ScratchFolder folder;
+    if (!folder.IsValid() || !QFileInfo(path).isFile())
         return std::nullopt;
-    const Tracelyn::CExpandedAnalysis expanded(path, folder.path() + QDir::separator());
+    const Tracelyn::CExpandedAnalysis expanded(path, folder.GetPath());
     if (!expanded.IsExpanded())
         return std::nullopt;
     return Read(expanded.Path(), accessLevel, data);
