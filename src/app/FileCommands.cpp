@@ -2,11 +2,11 @@
 #include "ExpandedAnalysis.h"
 #include "FileJustOpened.h"
 #include "MainFrm.h"
+#include "NewFile.h"
 #include "ScratchFolder.h"
 #include "WaitCursor.h"
 #include "XmlReader.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace {
@@ -137,7 +137,7 @@ void CMainFrame::SaveTo(const QString& path) {
         const CWaitCursor wait;
         m_pView->ExportCsv(path);
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
-    } else if (QFile::copy(m_FileSet.GetFullPath(), path)) {
+    } else if (support::CopyToNewFile(m_FileSet.GetFullPath(), path)) {
         ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
     } else {
         ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));

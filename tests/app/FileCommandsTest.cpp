@@ -223,7 +223,7 @@ TEST(FileSave, ExportsForACsvName) {
         << "also where nothing could be opened";
 }
 
-TEST(FileSave, SaysWhenTheDiskIsFull) {
+TEST(FileSave, SaysWhenItCannotWrite) {
     if (!QFileInfo::exists(QStringLiteral("/dev/full")))
         GTEST_SKIP() << "no full disk on this system";
     const SampleFolder folder;
@@ -234,6 +234,9 @@ TEST(FileSave, SaysWhenTheDiskIsFull) {
               "stop|Tracelyn|File not exported.\nError during write operation.");
     EXPECT_EQ(Say(window, CommandId::FileSave, full),
               "stop|Tracelyn|File not saved.\nError during write operation.");
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, QStringLiteral("/proc/self/comm")),
+              "stop|Tracelyn|File not exported.\nError during write operation.")
+        << "a file that could only be written over";
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor has ended";
 }
 
