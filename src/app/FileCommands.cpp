@@ -3,11 +3,11 @@
 #include "FileJustOpened.h"
 #include "LoadProgress.h"
 #include "MainFrm.h"
-#include "PrivateFolder.h"
+#include "NewFile.h"
+#include "ScratchFolder.h"
 #include "WaitCursor.h"
 #include "XmlReader.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStatusBar>
 
@@ -79,33 +79,43 @@ void CMainFrame::LoadCurrentFile() {
         return;
     Tracelyn::CXmlReader reader;
     reader.SetAccessLevel(m_nAccessLevel);
-    if (isContainer)
-        LoadContainer(path, reader);
-    else
-        LoadDocument(path, reader);
-}
-
-void CMainFrame::LoadContainer(const QString& path, Tracelyn::CXmlReader& reader) {
-    const auto folder = support::PrivateTemporaryFolder();
-    if (!folder) {
+    if (!Read(path, isContainer, reader)) {
         ShowError(tr("Problem expanding analysis file"));
         return;
     }
-    const Tracelyn::CExpandedAnalysis expanded(path, *folder);
-    if (expanded.IsExpanded())
-        LoadDocument(expanded.Path(), reader);
-    else
-        ShowError(tr("Problem expanding analysis file"));
+    m_strTitle = reader.GetAnalysisName();
+    ShowResults(reader.GetResults());
 }
 
-void CMainFrame::LoadDocument(const QString& path, Tracelyn::CXmlReader& reader) {
-    CLoadProgress progress(*statusBar());
-    reader.SetProgress([&progress](double done) { progress.Show(done); });
-    m_pView->Load(reader, path);
-    reader.SetProgress({});
-    m_strTitle = reader.GetAnalysisName();
-    for (const Tracelyn::ReadResult& result : reader.GetResults())
-        ShowError(result.GetText());
+bool CMainFrame::Read(const QString& path, bool isContainer, Tracelyn::CXmlReader& reader) {
+    CLoadProgress bar(*statusBar());
+    const support::Progress progress = [&bar](double done) { bar.Show(done); };
+    if (!isContainer) {
+        reader.SetProgress(progress);
+        m_pView->Load(reader, path);
+        return true;
+    }
+    constexpr double Expanded = 0.7; // part of the load
+    const support::ScratchFolder folder;
+    if (!folder.IsValid())
+        return false;
+    const Tracelyn::CExpandedAnalysis document(path, folder.GetPath(),
+                                               support::StepOf(progress, 0, Expanded));
+    if (!document.IsExpanded())
+        return false;
+    reader.SetProgress(support::StepOf(progress, Expanded, 1));
+    m_pView->Load(reader, document.Path());
+    return true;
+}
+
+void CMainFrame::ShowResults(std::span<const Tracelyn::ReadResult> results) {
+    constexpr size_t Patience = 20;
+    for (size_t i = 0; i < results.size(); ++i) {
+        if (i < Patience)
+            ShowError(results[i].GetText());
+        else if (m_Ui.ShowMessageOrSkip(MessageIcon::Stop, tr("ERROR"), results[i].GetText()))
+            return;
+    }
 }
 
 void CMainFrame::UpdateTitle() {
@@ -142,7 +152,7 @@ void CMainFrame::SaveTo(const QString& path) {
         const CWaitCursor wait;
         m_pView->ExportCsv(path);
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
-    } else if (QFile::copy(m_FileSet.GetFullPath(), path)) {
+    } else if (support::CopyToNewFile(m_FileSet.GetFullPath(), path)) {
         ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
     } else {
         ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));

@@ -9,13 +9,16 @@
 #include <QMainWindow>
 #include <QString>
 
+#include <span>
+
 class CStatusPanes;
 class QMenu;
 class QToolBar;
 
 namespace Tracelyn {
 class CXmlReader;
-}
+struct ReadResult;
+} // namespace Tracelyn
 
 class CMainFrame : public QMainWindow {
     Q_OBJECT
@@ -61,8 +64,10 @@ private:
     // Loads the file that the set points at, whatever was loaded before.
     void LoadFile();
     void LoadCurrentFile();
-    void LoadDocument(const QString& path, Tracelyn::CXmlReader& reader);
-    void LoadContainer(const QString& path, Tracelyn::CXmlReader& reader);
+    // False when a container cannot be expanded.
+    bool Read(const QString& path, bool isContainer, Tracelyn::CXmlReader& reader);
+    // One box each, in order; from the 21st on the rest may be skipped.
+    void ShowResults(std::span<const Tracelyn::ReadResult> results);
     void UpdateTitle();
 
     void SaveTo(const QString& path);

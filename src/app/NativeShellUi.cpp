@@ -54,12 +54,27 @@ QString WithExtension(const QString& path, const QString& extension) {
 } // namespace
 
 void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
+    Show(icon, caption, text, false);
+}
+
+bool CNativeShellUi::ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) {
+    return Show(icon, caption, text, true);
+}
+
+bool CNativeShellUi::Show(MessageIcon icon, const QString& caption, const QString& text, bool offersSkip) {
     const CArrowCursor arrow;
     QMessageBox box(icon == MessageIcon::Stop ? QMessageBox::Critical : QMessageBox::Information, caption,
                     text, QMessageBox::Ok, OwnerWindow());
     // File names and parser messages may hold anything.
     box.setTextFormat(Qt::PlainText);
+    const QAbstractButton* skip = nullptr;
+    if (offersSkip) {
+        skip = box.addButton(QObject::tr("Skip the rest"), QMessageBox::RejectRole);
+        box.setDefaultButton(QMessageBox::Ok);
+        box.setEscapeButton(QMessageBox::Ok);
+    }
     box.exec();
+    return offersSkip && box.clickedButton() == skip;
 }
 
 std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {

@@ -1,6 +1,7 @@
 // tracelyn: the viewer's process entry.
 #include "CommandLine.h"
 #include "NativeShellUi.h"
+#include "ScratchFolder.h"
 #include "Startup.h"
 #include "TracelynApp.h"
 
@@ -13,6 +14,7 @@ int MainFunction(int& argc, char** argv) {
     // Nothing is kept between two runs; the toolkit's file dialog would keep its own state.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     const QApplication application(argc, argv);
+    support::ScratchFolder::RemoveStale();
     CNativeShellUi ui;
     CTracelynApp app(ui);
     app.InitInstance(QCoreApplication::arguments().mid(1));

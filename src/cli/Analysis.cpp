@@ -2,45 +2,49 @@
 
 #include "ExpandedAnalysis.h"
 #include "ProgressLine.h"
+#include "ScratchFolder.h"
 #include "Terminal.h"
 #include "XmlReader.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 namespace {
 
-Analysis Read(const QString& path, int accessLevel, CGraphData& data) {
+// Part of a load that a container's expansion takes.
+constexpr double kExpanded = 0.7;
+
+Analysis Read(const QString& path, int accessLevel, CGraphData& data, const support::Progress& progress) {
     Tracelyn::CXmlReader reader;
     reader.SetAccessLevel(accessLevel);
-    std::optional<CProgressLine> line;
-    if (support::IsTerminal(stderr))
-        reader.SetProgress([&line = line.emplace(stderr)](double done) { line.Show(done); });
+    reader.SetProgress(progress);
     reader.ReadAnalysis(data, path);
     return {reader.GetAnalysisName(), reader.GetResults()};
 }
 
-std::optional<Analysis> ReadContainer(const QString& path, int accessLevel, CGraphData& data,
-                                      QString& error) {
-    // A folder of its own, so that several runs at the same time stay apart.
+std::optional<Analysis> ReadContainer(const QString& path, int accessLevel, CGraphData& data, QString& error,
+                                      const support::Progress& progress) {
     error = QStringLiteral("Problem expanding analysis file");
-    const QTemporaryDir folder;
-    if (!folder.isValid() || !QFileInfo(path).isFile())
+    const support::ScratchFolder folder;
+    if (!folder.IsValid() || !QFileInfo(path).isFile())
         return std::nullopt;
-    const Tracelyn::CExpandedAnalysis expanded(path, folder.path() + QDir::separator());
+    const Tracelyn::CExpandedAnalysis expanded(path, folder.GetPath(),
+                                               support::StepOf(progress, 0, kExpanded));
     if (!expanded.IsExpanded())
         return std::nullopt;
-    return Read(expanded.Path(), accessLevel, data);
+    return Read(expanded.Path(), accessLevel, data, support::StepOf(progress, kExpanded, 1));
 }
 
 } // namespace
 
 std::optional<Analysis> LoadAnalysis(const QString& path, int accessLevel, CGraphData& data, QString& error) {
+    CProgressLine line(stderr);
+    support::Progress progress;
+    if (support::IsTerminal(stderr))
+        progress = [&line](double done) { line.Show(done); };
     const QFileInfo file(path);
     const QString extension = file.suffix().toLower();
     if (extension == QLatin1String("paf"))
-        return ReadContainer(path, accessLevel, data, error);
+        return ReadContainer(path, accessLevel, data, error, progress);
     if (extension != QLatin1String("xml")) {
         error = QStringLiteral("Unknown file extension: %1").arg(path);
         return std::nullopt;
@@ -49,5 +53,5 @@ std::optional<Analysis> LoadAnalysis(const QString& path, int accessLevel, CGrap
         error = QStringLiteral("Cannot read file: %1").arg(path);
         return std::nullopt;
     }
-    return Read(path, accessLevel, data);
+    return Read(path, accessLevel, data, progress);
 }

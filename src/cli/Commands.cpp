@@ -6,12 +6,11 @@
 #include "GraphData.h"
 #include "InfoJson.h"
 #include "OutputFile.h"
+#include "ScratchFolder.h"
 #include "zip.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -121,10 +120,10 @@ ExitCode RunPack(const Options& options) {
 
 ExitCode RunExpand(const Options& options) {
     const QString problem = QStringLiteral("Problem expanding analysis file");
-    const QTemporaryDir folder;
-    if (!folder.isValid() || !QFileInfo(options.input).isFile())
+    const support::ScratchFolder folder;
+    if (!folder.IsValid() || !QFileInfo(options.input).isFile())
         return Fail(problem);
-    const Tracelyn::CExpandedAnalysis expanded(options.input, folder.path() + QDir::separator());
+    const Tracelyn::CExpandedAnalysis expanded(options.input, folder.GetPath());
     if (!expanded.IsExpanded() || !QFile::exists(expanded.Path()))
         return Fail(problem);
     return CopyToOutput(expanded.Path(), options.output);

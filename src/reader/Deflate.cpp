@@ -83,7 +83,7 @@ std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive) {
 }
 
 bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& output,
-             const Progress& progress) {
+             const support::Progress& progress) {
     z_stream stream{};
     if (inflateInit(&stream) != Z_OK)
         return false;
@@ -120,8 +120,8 @@ bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& o
             return false;
         crc = crc32_z(crc, got.data(), got.size());
         done += static_cast<uint32_t>(got.size());
-        if (progress)
-            progress(done, announced.uncompressedSize);
+        if (progress && done > 0)
+            progress(static_cast<double>(done) / announced.uncompressedSize);
     }
     return done == announced.uncompressedSize && crc == announced.crc;
 }

@@ -1,10 +1,11 @@
 // Compresses and expands the contents of one container entry, piece by piece: never the whole in memory.
 #pragma once
 
+#include "Progress.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 class QIODevice;
@@ -23,9 +24,6 @@ struct DeflatedContents {
     uint32_t uncompressedSize = 0;
 };
 
-// Called now and then, on the thread that does the work, with bytes.
-using Progress = std::function<void(int64_t done, int64_t total)>;
-
 // Appends the raw deflate data of the whole source to the archive, byte for byte as compress2 makes it at
 // level 9. Nothing when reading, writing or compressing fails or when a size does not fit into 32 bits.
 std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive);
@@ -34,6 +32,6 @@ std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive);
 // announced compressed size; false when a size or one of the two checksums turns out to be another, or when
 // reading or writing fails.
 bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& output,
-             const Progress& progress);
+             const support::Progress& progress);
 
 } // namespace Tracelyn

@@ -11,7 +11,7 @@ QString AnalysisEntryName() {
 }
 
 CExpandedAnalysis::CExpandedAnalysis(const QString& containerPath, const QString& folder,
-                                     const Progress& progress)
+                                     const support::Progress& progress)
     : m_strPath(folder + AnalysisEntryName()) {
     // A container without a document must not lend an earlier one's.
     QFile::remove(m_strPath);

@@ -1,7 +1,7 @@
 // The plain document of a compressed analysis, there for as long as somebody reads it.
 #pragma once
 
-#include "Deflate.h"
+#include "Progress.h"
 
 #include <QString>
 
@@ -14,7 +14,8 @@ QString AnalysisEntryName();
 // whatever an earlier run left under that name, whether or not it was expanded.
 class CExpandedAnalysis {
 public:
-    CExpandedAnalysis(const QString& containerPath, const QString& folder, const Progress& progress = {});
+    CExpandedAnalysis(const QString& containerPath, const QString& folder,
+                      const support::Progress& progress = {});
     CExpandedAnalysis(const CExpandedAnalysis&) = delete;
     CExpandedAnalysis& operator=(const CExpandedAnalysis&) = delete;
     ~CExpandedAnalysis();

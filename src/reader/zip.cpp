@@ -237,7 +237,8 @@ bool CZip::WriteDirectory(QIODevice& archive) const {
     return Write(archive, end.bytes);
 }
 
-bool CZip::Expand(const QString& targetFolder, const QString& entryName, const Progress& progress) const {
+bool CZip::Expand(const QString& targetFolder, const QString& entryName,
+                  const support::Progress& progress) const {
     QFile archive(m_strArchivePath);
     if (!archive.open(QIODevice::ReadOnly))
         return false;

@@ -55,7 +55,8 @@ public:
     // name and creates missing folders. A file or link that is there is replaced. True when the archive has
     // no such entry. The target must be absolute (on Windows with a drive letter); stored names that could
     // leave it, also on another system, are refused. Progress is that of one entry.
-    bool Expand(const QString& targetFolder, const QString& entryName, const Progress& progress = {}) const;
+    bool Expand(const QString& targetFolder, const QString& entryName,
+                const support::Progress& progress = {}) const;
 
 private:
     bool PackFiles(QIODevice& archive);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -63,4 +64,23 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
         EXPECT_EQ(path->toStdString(),
                   QDir::toNativeSeparators(folder.filePath(QString::fromLatin1(result))).toStdString());
     }
+}
+
+TEST(MessageBox, SkipsOnlyWhenTheUserSaysSo) {
+    const auto skips = [](const std::function<void(QWidget&)>& act) {
+        const WhenModal answer(act);
+        return CNativeShellUi().ShowMessageOrSkip(MessageIcon::Stop, QStringLiteral("ERROR"),
+                                                  QStringLiteral("<b>"));
+    };
+    EXPECT_FALSE(skips([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); }));
+    EXPECT_FALSE(skips([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }));
+    EXPECT_TRUE(skips([](QWidget& box) {
+        for (QAbstractButton* const button : box.findChildren<QAbstractButton*>()) {
+            if (button->text() == QLatin1String("Skip the rest")) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                return;
+            }
+        }
+        box.close();
+    }));
 }

@@ -13,6 +13,11 @@ void RecordingUi::ShowMessage(MessageIcon icon, const QString& caption, const QS
         onMessage();
 }
 
+bool RecordingUi::ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) {
+    ShowMessage(icon, caption, text);
+    return --offersUntilSkip == 0;
+}
+
 std::optional<QString> RecordingUi::Answer(const FileRequest& request) {
     requests.push_back(request);
     if (answers.empty())

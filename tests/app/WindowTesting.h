@@ -18,6 +18,7 @@
 class RecordingUi : public CShellUi {
 public:
     void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) override;
+    bool ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) override;
     std::optional<QString> AskOpenFile(const FileRequest& request) override { return Answer(request); }
     std::optional<QString> AskSaveFile(const FileRequest& request) override { return Answer(request); }
     void Beep(int hertz, int milliseconds) override {
@@ -30,6 +31,8 @@ public:
     std::deque<std::optional<QString>> answers;
     std::vector<FileRequest> requests;
     std::vector<std::string> beeps;
+    // Boxes that offer to skip the rest until one is told to.
+    int offersUntilSkip = -1;
     // Called while a box is open.
     std::function<void()> onMessage;
 

@@ -110,6 +110,12 @@ TEST(CsvFile, WriteErrorsComeOutOfAppendFlushAndCloseButNotOfTheDestructor) {
     ASSERT_TRUE(file.Open("/dev/full"));
     file.WriteField("the destructor swallows this");
 }
+
+// A file that could be written over, in a folder that takes no file.
+TEST(CsvFile, WritesOverNothingThatItCouldLose) {
+    EXPECT_THROW(CCsvFile().Open("/proc/self/comm"), CFileException);
+    EXPECT_FALSE(CCsvFile().Open("/proc/self/new"));
+}
 #endif
 
 TEST(CsvFile, TruncatesAnExistingFileAndWritesPendingTextWhenDestroyed) {

@@ -195,14 +195,13 @@ TEST_F(Zip, ABombEndsAtTheSizeThatItAnnounces) {
         const auto announced = qToLittleEndian(static_cast<uint32_t>(size));
         WriteFile(Path("a.paf"),
                   QByteArray(whole).replace(22, 4, QByteArray(reinterpret_cast<const char*>(&announced), 4)));
-        int64_t reached = 0;
-        const auto progress = [&](int64_t done, int64_t total) {
+        double reached = 0;
+        const auto progress = [&](double done) {
             EXPECT_LE(reached, done);
-            EXPECT_EQ(total, size);
             reached = done;
         };
         EXPECT_EQ(CZip(Path("a.paf")).Expand(Out(), kEntry, progress), size == 3'000'000) << size;
-        EXPECT_LE(reached, size);
+        EXPECT_LE(reached, 1) << size;
         EXPECT_EQ(TakeFiles(), size == 3'000'000 ? "out/tmpandat.bin" : "");
     }
 }
