@@ -4,7 +4,7 @@
 add_library(tracelyn_options INTERFACE)
 target_compile_features(tracelyn_options INTERFACE cxx_std_20)
 target_compile_options(tracelyn_options INTERFACE
-    -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+    -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror -fno-semantic-interposition)
 target_compile_definitions(tracelyn_options INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS TRACELYN_VERSION="${PROJECT_VERSION}")
 

@@ -143,7 +143,10 @@ void CCanvas::SetPixel(float x, float y) {
 }
 
 void CCanvas::TextOut(float x, float y, const QString& text) {
-    m_pPainter->Text(WorldToPixelX(x), WorldToPixelY(y), text);
+    const int px = WorldToPixelX(x);
+    const int py = WorldToPixelY(y);
+    if (px != kNoPixel && py != kNoPixel)
+        m_pPainter->Text(px, py, text);
 }
 
 void CCanvas::AddScreenRect(const QString& name, float x1, float y1, float x2, float y2) {

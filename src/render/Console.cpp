@@ -54,6 +54,8 @@ CConsole::CConsole(CGraphDrawingContext& context, bool onLeft)
     for (const auto& group : context.GetData().GetGroups()) {
         if (!group->IsDisplayedInConsole())
             continue;
+        if (y >= context.GetClient().bottom)
+            break;
         // The first box goes without a name row, though its line count includes one.
         const int bodyTop = m_Boxes.empty() ? y : y + Metrics::kConsoleLineHeight;
         const int rows = ForEachConsoleCell(*group, [](const CGraphDataSet&, int, int) {});
@@ -95,6 +97,8 @@ void CConsole::DrawBox(CCanvas& canvas, const Box& box, const CursorPair& cursor
 void CConsole::DrawRows(CCanvas& canvas, const Box& box, const CursorPair& cursors) {
     ForEachConsoleCell(*box.group, [&](const CGraphDataSet& set, int column, int row) {
         const int y = box.bodyTop + row * Metrics::kConsoleLineHeight;
+        if (y >= m_Context.GetClient().bottom)
+            return;
         if (set.IsBinary())
             DrawBitCell(canvas, set, column, y + 1, cursors.cursor);
         else

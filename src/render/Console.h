@@ -24,7 +24,8 @@ public:
 
     // The pixels that belong to the console: nothing else may be drawn there.
     QRegion GetRegion() const;
-    // Draws the boxes and registers the value cells with the canvas, whose mapping must be the identity.
+    // Draws the boxes and registers the value cells with the canvas, whose mapping must be the identity. What
+    // lies below the window is left out.
     void Draw(CCanvas& canvas, const CursorPair& cursors);
 
 private:

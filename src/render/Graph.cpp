@@ -10,16 +10,29 @@
 
 #include <algorithm>
 
+namespace {
+
+// One pixel more on each side: between whole scale factors a region's pixels end inside those of the screen.
+QRegion Widened(const QRegion& region) {
+    QRegion widened;
+    for (const QRect& rect : region)
+        widened += rect.adjusted(-1, -1, 1, 1);
+    return widened;
+}
+
+} // namespace
+
 void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid) {
     const PixelRect client = window.GetClientRect();
-    CGraphDrawingContext context(painter, client, invalid, m_Data, m_bDarkScheme);
+    if (!m_Font)
+        m_Font.emplace();
+    CGraphDrawingContext context(painter, *m_Font, client, invalid, m_Data, m_bDarkScheme);
     UpdateScrollBar(window);
     std::vector<SCREENRECT> valuesBefore;
     m_Canvas.CollectScreenRects(kValueRect, valuesBefore);
 
     LayoutBands(m_Data, client);
-    context.m_Console =
-        MeasureConsole(m_Data, [&](const QString& text) { return context.Painter().TextWidth(text); });
+    context.m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->Width(text); });
     m_nLastIndex = m_Data.GetMaxCount() - 1;
     if (m_bResetPending)
         ResetRange(client);
@@ -65,10 +78,10 @@ void CGraph::DrawContents(CGraphDrawingContext& context) {
     // console.
     if (!m_bDrawContents)
         frame = (frame - CGroupDrawing::ExpandedBands(context)) + consoleRegion;
-    painter.SetClip(frame);
-
     // Some pixels between the console's boxes belong neither to it nor to a band.
+    painter.SetClip(frame & Widened(consoleRegion));
     painter.Fill(client, context.Colors().background);
+    painter.SetClip(frame);
     console.Draw(m_Canvas, {m_nCursor, m_nFixedCursor});
 
     const QRegion clip = frame - consoleRegion;
@@ -96,6 +109,7 @@ void CGraph::Clear() {
     RememberGroupStates();
     m_Data.Clear();
     m_Canvas = CCanvas();
+    m_Font.reset();
 }
 
 void CGraph::ToggleGroupAt(CGraphWindow& window, unsigned /*buttons*/, int x, int y) {

@@ -5,10 +5,12 @@
 #include "Canvas.h"
 #include "GraphData.h"
 #include "GraphWindow.h"
+#include "SmallFont.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace Tracelyn {
@@ -107,6 +109,8 @@ private:
 
     CGraphData m_Data;
     CCanvas m_Canvas;
+    // Made by the first frame.
+    std::optional<CSmallFont> m_Font;
     bool m_bResetPending = false;
     int m_nCursor = 0;
     int m_nFixedCursor = kNoReference;

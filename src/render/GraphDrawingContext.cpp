@@ -1,13 +1,5 @@
 #include "GraphDrawingContext.h"
 
-#include <QStringList>
-
-namespace {
-
-constexpr int kSmallFontPixels = 11;
-
-} // namespace
-
 const ColorScheme& ColorScheme::Dark() {
     static const ColorScheme scheme{
         .background = QColor(0, 0, 0),
@@ -42,19 +34,11 @@ const ColorScheme& ColorScheme::Light() {
     return scheme;
 }
 
-CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, const PixelRect& client,
+CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
                                            const PixelRect& invalid, CGraphData& data, bool dark)
     : m_Data(data), m_Client(client), m_Invalid(invalid),
-      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()), m_Painter(painter, SmallFont()) {
+      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()), m_Painter(painter, font, invalid) {
     m_Painter.SetClip(client.ToQRect());
-}
-
-QFont CGraphDrawingContext::SmallFont() {
-    QFont font;
-    font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
-    font.setPixelSize(kSmallFontPixels);
-    font.setHintingPreference(QFont::PreferFullHinting);
-    return font;
 }
 
 QColor ToQColor(ColorRef color) {

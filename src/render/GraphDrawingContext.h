@@ -7,7 +7,6 @@
 #include "PixelRect.h"
 
 #include <QColor>
-#include <QFont>
 #include <QRect>
 
 class CGraphData;
@@ -58,17 +57,14 @@ struct ConsoleMetrics {
 class CGraphDrawingContext {
 public:
     // `invalid` bounds the pixels that this frame must bring up to date.
-    CGraphDrawingContext(QPainter& painter, const PixelRect& client, const PixelRect& invalid,
-                         CGraphData& data, bool dark);
+    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
+                         const PixelRect& invalid, CGraphData& data, bool dark);
 
     CPixelPainter& Painter() { return m_Painter; }
     const PixelRect& GetClient() const { return m_Client; }
     const PixelRect& GetInvalid() const { return m_Invalid; }
     CGraphData& GetData() const { return m_Data; }
     const ColorScheme& Colors() const { return m_Colors; }
-
-    // 8 points at 96 dpi, whatever the screen.
-    static QFont SmallFont();
 
     ConsoleMetrics m_Console;
 

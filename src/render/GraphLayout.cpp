@@ -11,6 +11,8 @@ using Metrics = LayoutMetrics;
 
 // Taller than any window; keeps absurd size ratios from overflowing a pixel position.
 constexpr int64_t kMaximumBand = 1 << 20;
+// Below any window; as many bands as there are do not get further.
+constexpr int kLowestTop = 1 << 28;
 
 int MinimumBandHeight(const CGraphDataGroup& group) {
     if (!group.m_bSeparateSets)
@@ -82,7 +84,7 @@ void LayoutBands(const CGraphData& data, const PixelRect& client) {
         if (!group->IsDisplayedAsGraph())
             continue;
         group->m_nTop = y;
-        y += group->m_nHeight;
+        y = std::min(y + group->m_nHeight, kLowestTop);
     }
 }
 

@@ -36,7 +36,7 @@ QRegion CGroupDrawing::ExpandedBands(const CGraphDrawingContext& context) {
     QRegion region;
     for (const auto& group : context.GetData().GetGroups()) {
         if (group->IsDisplayedAsGraph() && group->m_bExpanded)
-            region += BandRect(context, *group).ToQRect();
+            region += BandRect(context, *group).ToQRect() & context.GetClient().ToQRect();
     }
     return region;
 }
@@ -45,7 +45,10 @@ void CGroupDrawing::Draw() {
     for (const auto& group : m_Context.GetData().GetGroups()) {
         if (!group->IsDisplayedAsGraph())
             continue;
-        m_Context.Painter().SetClip(m_Clip & BandRect(m_Context, *group).ToQRect());
+        const PixelRect band = BandRect(m_Context, *group);
+        if (band.top >= m_Context.GetClient().bottom)
+            break;
+        m_Context.Painter().SetClip(m_Clip & band.ToQRect());
         DrawHeader(*group);
         if (!group->m_bExpanded || !m_bWithContents)
             continue;
@@ -64,8 +67,6 @@ void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
     const auto left = static_cast<float>(m_Context.GetClient().left);
     m_Canvas.SetMapping(band,
                         {left, 0.0F, static_cast<float>(band.Width()), static_cast<float>(band.Height())});
-    painter.Fill(band, colors.background);
-
     painter.SetPen(colors.boxPen);
     painter.SetBrush(colors.boxBrush);
     m_Canvas.Rectangle(1, 1, 10, 10);

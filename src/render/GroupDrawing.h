@@ -17,6 +17,7 @@ public:
     CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip, bool withContents)
         : m_Context(context), m_Canvas(canvas), m_Clip(clip), m_bWithContents(withContents) {}
 
+    // Bands below the window are left out, clickable rectangles included.
     void Draw();
 
     // The pixels of all expanded bands.

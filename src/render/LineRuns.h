@@ -29,6 +29,8 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
     const int64_t rowB = (clipTo - across) * acrossSign;
     const int64_t firstRow = std::max<int64_t>(0, std::min(rowA, rowB));
     const int64_t lastRow = std::min(rows, std::max(rowA, rowB));
+    if (steps == 0 || firstRow > lastRow)
+        return;
 
     // First step of a row: the smallest k with k * rows / steps >= row - 1/2.
     const auto firstStep = [=](int64_t row) {
@@ -36,14 +38,16 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
     };
     const int64_t clipAlong = steep ? clip.top : clip.left;
     const int64_t clipAlongEnd = steep ? clip.bottom : clip.right;
+    int64_t stepFrom = firstStep(firstRow);
     for (int64_t row = firstRow; row <= lastRow; ++row) {
-        const int64_t stepFrom = firstStep(row);
         const int64_t stepTo = row == rows ? steps : std::min(steps, firstStep(row + 1));
         const int64_t pixelA = along + alongSign * stepFrom;
         const int64_t pixelB = along + alongSign * (stepTo - 1);
         const int64_t from = std::max(std::min(pixelA, pixelB), clipAlong);
         const int64_t to = std::min(std::max(pixelA, pixelB) + 1, clipAlongEnd);
-        if (stepFrom >= stepTo || from >= to)
+        const bool isEmpty = stepFrom >= stepTo || from >= to;
+        stepFrom = stepTo;
+        if (isEmpty)
             continue;
         const auto position = static_cast<int>(across + acrossSign * row);
         const auto start = static_cast<int>(from);

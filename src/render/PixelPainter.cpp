@@ -2,9 +2,31 @@
 
 #include "LineRuns.h"
 
-CPixelPainter::CPixelPainter(QPainter& painter, const QFont& font) : m_Painter(painter), m_Metrics(font) {
+#include <optional>
+
+namespace {
+
+// How far the ink of a text may reach out of its cell at either side.
+constexpr int kOverhang = 32;
+
+// The rectangle that covers just the two, when they are pieces of one column or one row that touch or
+// overlap.
+std::optional<QRect> Joined(const QRect& a, const QRect& b) {
+    const bool isColumn = a.width() == 1 && b.width() == 1 && a.x() == b.x();
+    const bool isRow = a.height() == 1 && b.height() == 1 && a.y() == b.y();
+    if (isColumn && a.y() <= b.y() + b.height() && b.y() <= a.y() + a.height())
+        return a | b;
+    if (isRow && a.x() <= b.x() + b.width() && b.x() <= a.x() + a.width())
+        return a | b;
+    return std::nullopt;
+}
+
+} // namespace
+
+CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const PixelRect& invalid)
+    : m_Painter(painter), m_Font(font), m_Drawn(invalid.ToQRect().adjusted(-2, -2, 2, 2)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
-    m_Painter.setFont(font);
+    m_Painter.setFont(font.GetFont());
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
@@ -14,19 +36,28 @@ void CPixelPainter::SetPen(const QColor& color) {
 
 void CPixelPainter::SetClip(const QRegion& clip) {
     Flush();
-    m_Painter.setClipRegion(clip);
-    m_ClipBounds = PixelRect::From(clip.boundingRect());
+    const QRegion drawn = clip & m_Drawn;
+    m_Painter.setClipRegion(drawn);
+    m_ClipBounds = PixelRect::From(drawn.boundingRect());
 }
 
 void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
     ForEachLineRun(x1, y1, x2, y2, m_ClipBounds,
-                   [this](int x, int y, int width, int height) { AddRun(x, y, width, height); });
+                   [this](int x, int y, int width, int height) { AddRun(QRect(x, y, width, height)); });
 }
 
-void CPixelPainter::AddRun(int x, int y, int width, int height) {
+// Lines of a curve meet in their columns: most runs go on where the one before ended.
+void CPixelPainter::AddRun(const QRect& run) {
+    if (m_nRuns != 0) {
+        QRect& last = m_Runs[m_nRuns - 1];
+        if (const auto joined = Joined(last, run)) {
+            last = *joined;
+            return;
+        }
+    }
     if (m_nRuns == m_Runs.size())
         Flush();
-    m_Runs[m_nRuns++] = QRect(x, y, width, height);
+    m_Runs[m_nRuns++] = run;
 }
 
 void CPixelPainter::Flush() {
@@ -47,8 +78,11 @@ void CPixelPainter::Rectangle(const PixelRect& rect) {
 }
 
 void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
+    const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
+    if (visible.isEmpty())
+        return;
     Flush();
-    m_Painter.fillRect(rect.ToQRect().intersected(m_ClipBounds.ToQRect()), color);
+    m_Painter.fillRect(visible, color);
 }
 
 void CPixelPainter::Polygon(std::span<const QPoint> points) {
@@ -58,10 +92,17 @@ void CPixelPainter::Polygon(std::span<const QPoint> points) {
     m_Painter.drawPolygon(points.data(), static_cast<int>(points.size()));
 }
 
+bool CPixelPainter::ReachesClip(int x, const QString& text) const {
+    return m_ClipBounds.Width() > 0 && x - kOverhang < m_ClipBounds.right &&
+           x + TextWidth(text) + kOverhang > m_ClipBounds.left;
+}
+
 void CPixelPainter::Text(int x, int y, const QString& text) {
+    if (!ReachesClip(x, text))
+        return;
     Flush();
     if (m_TextBackground.isValid())
         Fill({x, y, x + TextWidth(text), y + kTextHeight}, m_TextBackground);
     m_Painter.setPen(m_Text);
-    m_Painter.drawText(x, y + m_Metrics.ascent(), text);
+    m_Painter.drawText(x, y + m_Font.Ascent(), CSmallFont::Shown(text));
 }

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "PixelRect.h"
+#include "SmallFont.h"
 
 #include <QColor>
-#include <QFont>
-#include <QFontMetrics>
 #include <QPainter>
 #include <QPoint>
 #include <QRegion>
@@ -19,7 +18,8 @@
 // comes out the same whatever part of it is repainted and at every scale factor of the screen.
 class CPixelPainter {
 public:
-    CPixelPainter(QPainter& painter, const QFont& font);
+    // Pixels outside `invalid` need not be drawn.
+    CPixelPainter(QPainter& painter, CSmallFont& font, const PixelRect& invalid);
     CPixelPainter(const CPixelPainter&) = delete;
     CPixelPainter& operator=(const CPixelPainter&) = delete;
     ~CPixelPainter() { Flush(); }
@@ -40,7 +40,7 @@ public:
     // The point is the top left corner of the text's cell.
     void Text(int x, int y, const QString& text);
 
-    int TextWidth(const QString& text) const { return m_Metrics.horizontalAdvance(text); }
+    int TextWidth(const QString& text) const { return m_Font.Width(text); }
     // Height of a text's cell.
     static constexpr int kTextHeight = 13;
 
@@ -48,10 +48,12 @@ public:
     void Flush();
 
 private:
-    void AddRun(int x, int y, int width, int height);
+    void AddRun(const QRect& run);
+    bool ReachesClip(int x, const QString& text) const;
 
     QPainter& m_Painter;
-    QFontMetrics m_Metrics;
+    CSmallFont& m_Font;
+    QRect m_Drawn;
     QColor m_Pen = Qt::black;
     QColor m_Brush = Qt::white;
     QColor m_Text = Qt::black;

@@ -106,7 +106,8 @@ TEST(Primitives, TakeWorldCoordinatesAndSkipWhatIsNoNumber) {
     QImage image(40, 40, QImage::Format_RGB32);
     image.fill(Qt::black);
     QPainter painter(&image);
-    CPixelPainter pixels(painter, painter.font());
+    CSmallFont font;
+    CPixelPainter pixels(painter, font, {0, 0, 40, 40});
     pixels.SetClip(QRect(0, 0, 40, 40));
     pixels.SetPen(Qt::red);
     pixels.SetBrush(Qt::blue);

@@ -68,7 +68,7 @@ TEST(Console, ShowsValuesRightAlignedWithTheSetsDecimals) {
     data.graph.GetCanvas().CollectScreenRects(kValueRect, cells);
     ASSERT_EQ(cells.size(), 4U);
     const SCREENRECT& value = cells[1];
-    const QFontMetrics metrics(CGraphDrawingContext::SmallFont());
+    const QFontMetrics metrics(CSmallFont::Font());
     // Cursor at 49: " 24.500" ends four pixels before the unit.
     const int width = metrics.horizontalAdvance(QStringLiteral("24.500"));
     const QRect text(value.right - 4 - width, value.top, width, 11);
