@@ -3,31 +3,21 @@
 #include "PrivateFolder.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QRandomGenerator>
+
+#include <utility>
 
 namespace support {
 
 namespace {
 
 const QString kPrefix = QStringLiteral("tracelyn-run-");
-const QString kLockSuffix = QStringLiteral(".lock");
 
-// The system releases a lock with its process. The process id in the lock file may be used again or mean
-// nothing here (another machine's, a container's), so a lock is worth trying when it is old, too.
-std::unique_ptr<QLockFile> TryLock(const QString& folder) {
-    constexpr int kOldAfter = 60'000;
-    auto lock = std::make_unique<QLockFile>(folder + kLockSuffix);
-    lock->setStaleLockTime(kOldAfter);
-    return lock->tryLock(0) ? std::move(lock) : nullptr;
-}
-
-// A link is removed itself, not what it points to.
-void RemoveFolder(const QString& path) {
-    if (QFileInfo(path).isSymLink())
-        QFile::remove(path);
-    else
-        QDir(path).removeRecursively();
+void RemoveFolder(const QString& path, std::unique_ptr<FolderLock> lock) {
+    QDir(path).removeRecursively();
+    // Where an open file cannot be removed, folder and lock are still there.
+    lock.reset();
+    QDir().rmdir(path);
 }
 
 } // namespace
@@ -35,30 +25,31 @@ void RemoveFolder(const QString& path) {
 ScratchFolder::ScratchFolder() {
     RemoveStale();
     const auto parent = PrivateTemporaryFolder();
-    if (!parent)
-        return;
-    const QString number = QString::number(QRandomGenerator::system()->generate64(), 16);
-    const QString path = *parent + kPrefix + number;
-    m_pLock = TryLock(path);
-    if (m_pLock && QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
-        m_strPath = path + QDir::separator();
+    // Another process may take a folder away that is not locked yet.
+    constexpr int kTries = 10;
+    for (int i = 0; parent && !m_pLock && i < kTries; ++i) {
+        m_strPath = *parent + kPrefix + QString::number(QRandomGenerator::system()->generate64(), 16) +
+                    QDir::separator();
+        if (QDir().mkdir(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+            m_pLock = FolderLock::Take(m_strPath);
+    }
 }
 
 ScratchFolder::~ScratchFolder() {
-    if (IsValid())
-        RemoveFolder(m_strPath.chopped(1));
+    if (m_pLock)
+        RemoveFolder(m_strPath, std::move(m_pLock));
 }
 
 void ScratchFolder::RemoveStale() {
     const auto parent = PrivateTemporaryFolder();
     if (!parent)
         return;
-    const QStringList locks =
-        QDir(*parent).entryList({kPrefix + u'*' + kLockSuffix}, QDir::Files | QDir::Hidden);
-    for (const QString& name : locks) {
-        const QString path = *parent + name.chopped(kLockSuffix.size());
-        if (const auto lock = TryLock(path))
-            RemoveFolder(path);
+    const QDir folder(*parent);
+    const auto filter = QDir::Dirs | QDir::Hidden | QDir::NoSymLinks;
+    for (const QString& name : folder.entryList({kPrefix + u'*'}, filter)) {
+        const QString path = folder.filePath(name);
+        if (auto lock = FolderLock::Take(path))
+            RemoveFolder(path, std::move(lock));
     }
 }
 

@@ -1,7 +1,8 @@
 // A temporary folder that belongs to one object of one running process and goes with it.
 #pragma once
 
-#include <QLockFile>
+#include "FolderLock.h"
+
 #include <QString>
 
 #include <memory>
@@ -9,8 +10,7 @@
 namespace support {
 
 // Lies in the private temporary folder under a name of its own, so that programs that run at the same time
-// never meet in it. A lock file beside it tells that its owner lives; what a killed process leaves behind is
-// removed by the next object or call of RemoveStale.
+// never meet in it. What a killed process leaves behind is removed by the next object or call of RemoveStale.
 class ScratchFolder {
 public:
     ScratchFolder();
@@ -20,16 +20,16 @@ public:
     ~ScratchFolder();
 
     // False when the private temporary folder cannot be trusted or nothing can be made in it.
-    bool IsValid() const { return !m_strPath.isEmpty(); }
-    // Absolute, ends with a separator.
+    bool IsValid() const { return m_pLock != nullptr; }
+    // Absolute, ends with a separator. "lock" is a name that is taken.
     const QString& GetPath() const { return m_strPath; }
 
     // Removes the folders of this user's processes that ended without doing so.
     static void RemoveStale();
 
 private:
-    std::unique_ptr<QLockFile> m_pLock;
     QString m_strPath;
+    std::unique_ptr<FolderLock> m_pLock;
 };
 
 } // namespace support

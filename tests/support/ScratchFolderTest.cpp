@@ -2,7 +2,6 @@
 
 #include "PrivateFolder.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -13,7 +12,9 @@
 
 #include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 using support::ScratchFolder;
 
@@ -33,13 +34,14 @@ protected:
         QFile file(path);
         return file.open(QIODevice::WriteOnly) && file.write("text") == 4;
     }
-    // A process that is killed while its folder holds a file in a folder.
-    static void LeaveOneBehind() {
+    // A process that is killed while its folder holds a file in a folder, and a link.
+    static void LeaveOneBehind(const QString& linked) {
         EXPECT_EXIT(
             {
                 const ScratchFolder folder;
                 QDir().mkdir(folder.GetPath() + "sub");
                 Write(folder.GetPath() + "sub/file");
+                QFile::link(linked, folder.GetPath() + "link");
                 std::raise(SIGKILL);
             },
             testing::KilledBySignal(SIGKILL), "");
@@ -66,43 +68,51 @@ TEST_F(Scratch, IsTheOwnersAloneAndGoesWithItsObject) {
 }
 
 TEST_F(Scratch, OfAKilledProcessIsRemovedByTheNextAndThatOfALivingOneIsNot) {
+    const QString victim = m_parent.filePath("victim");
+    ASSERT_TRUE(QDir().mkpath(victim) && Write(victim + "/file"));
     const ScratchFolder living;
     ASSERT_TRUE(Write(living.GetPath() + "file"));
-    // Two files of the living owner: the folder, and its lock.
-    EXPECT_EQ(Entries().size(), 2);
-    LeaveOneBehind();
-    EXPECT_EQ(Entries().size(), 4);
+    LeaveOneBehind(victim);
+    // As a process leaves it that is killed before it can lock its folder.
+    ASSERT_TRUE(QDir().mkpath(*support::PrivateTemporaryFolder() + "tracelyn-run-1"));
+    EXPECT_EQ(Entries().size(), 3);
     EXPECT_EXIT(
         {
             ScratchFolder::RemoveStale();
             std::_Exit(0);
         },
         testing::ExitedWithCode(0), "");
-    EXPECT_EQ(Entries().size(), 2);
+    EXPECT_EQ(Entries().size(), 1);
     EXPECT_TRUE(QFile::exists(living.GetPath() + "file"));
+    EXPECT_TRUE(QFile::exists(victim + "/file"));
 }
 
-// Lock files as a killed owner may have left them: cut short, by a process id that another program has now,
-// on another machine or in a container.
-TEST_F(Scratch, IsRemovedWhenItsLockIsFreeWhateverTheLockFileSays) {
-    const QString victim = m_parent.filePath("victim");
-    ASSERT_TRUE(QDir().mkpath(victim) && Write(victim + "/file"));
-    using Case = std::tuple<const char*, int, bool>; // with the age in seconds
-    for (const auto& [lock, age, removed] :
-         {Case{"1\ntracelyn\n\n\n\n", 0, true}, Case{"1\ntracelyn\nelsewhere\n\n\n", 0, false},
-          Case{"1\ntracelyn\nelsewhere\n\n\n", 120, true}, Case{"", 0, false}, Case{"", 120, true}}) {
-        const QString path = *support::PrivateTemporaryFolder() + "tracelyn-run-1";
-        QFile file(path + ".lock");
-        ASSERT_TRUE(QDir().mkpath(path) && Write(path + "/file") && file.open(QIODevice::WriteOnly));
-        QFile::link(victim, path + "/link");
-        file.write(lock);
-        file.flush();
-        file.setFileTime(QDateTime::currentDateTime().addSecs(-age), QFileDevice::FileModificationTime);
-        file.close();
-        ScratchFolder::RemoveStale();
-        EXPECT_EQ(Entries().isEmpty(), removed) << lock << ' ' << age;
-        EXPECT_TRUE(QFile::exists(victim + "/file"));
+// Every process removes what is stale while others have only just made their folders.
+TEST_F(Scratch, ManyProcessesAtTheSameMomentKeepTheirFolders) {
+    constexpr int kProcesses = 8;
+    std::vector<pid_t> children;
+    for (int i = 0; i < kProcesses; ++i) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            int lost = 0;
+            for (int round = 0; round < 50; ++round) {
+                const ScratchFolder folder;
+                const QString file = folder.GetPath() + "file";
+                lost += folder.IsValid() && Write(file) && ScratchFolder().IsValid() && QFile::exists(file)
+                            ? 0
+                            : 1;
+            }
+            std::_Exit(lost);
+        }
+        children.push_back(child);
     }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(Entries(), QStringList());
 }
 
 } // namespace

@@ -1,0 +1,234 @@
+#!/usr/bin/env python3
+"""Shows that writing loses nothing: full disks, limits, read-only folders, killed processes, races.
+
+Every output must be the old file or the whole new one, and a failure must be told. Prints a line of figures for each
+subject and exits with 1 when anything did not hold.
+"""
+import argparse
+import os
+import pathlib
+import random
+import resource
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+OLD = b"what was there before\n"
+NOBODY = 65534
+
+
+def document(rows, factor):
+    columns = range(6)
+    variables = "".join(f'<TypedData Name="v{i}" Type="Float" Description="Signal {i}"><Unit Precision="3"/></TypedData>'
+                        for i in columns)
+    lines = "".join(f'<Line DataName="v{i}"/>' for i in columns)
+    data = "\n".join(",".join(f"{row * factor * (i + 7919) % 10007 / 100}" for i in columns) for row in range(rows))
+    return (f'<Analysis Name="n"><DataDefinition><IndexSet Name="t"><Unit/></IndexSet><VariablesDefinitions>{variables}'
+            f'</VariablesDefinitions></DataDefinition><Groups><Group Name="g" Expanded="1">{lines}</Group></Groups>'
+            f"<Data>{data}</Data></Analysis>")
+
+
+class Bench:
+    def __init__(self, folder, cli, save_copy):
+        self.folder = folder
+        self.temporary = folder / "tmp"
+        self.out = folder / "out"
+        self.temporary.mkdir()
+        self.temporary.chmod(0o1777)
+        # Copies, which another user can run as well.
+        self.cli = shutil.copy(cli, folder / "tracelyn-cli")
+        self.save_copy = shutil.copy(save_copy, folder / "save_copy")
+        self.failures = 0
+        self.xml = [folder / "one.xml", folder / "two.xml"]
+        self.paf = [folder / "one.paf", folder / "two.paf"]
+        for number, (xml, paf) in enumerate(zip(self.xml, self.paf)):
+            xml.write_text(document(40000, 3 + number))
+            self.run(self.command("pack", xml, paf), check=True)
+
+    def command(self, *words):
+        return [str(word) for word in (self.save_copy if words[0] == "save" else self.cli, *words)
+                if word != "save"]
+
+    def commands(self, target):
+        """One of every kind that writes, with whether it may replace a file."""
+        return {"csv": (self.command("csv", self.paf[0], target), True),
+                "render": (self.command("render", self.xml[0], target), True),
+                "pack": (self.command("pack", self.xml[0], target), True),
+                "expand": (self.command("expand", self.paf[0], target), True),
+                "save": (self.command("save", self.paf[0], target), False)}
+
+    def environment(self):
+        return {**os.environ, "TMPDIR": str(self.temporary), "LC_ALL": "C", "QT_QPA_PLATFORM": "offscreen"}
+
+    def run(self, command, **options):
+        return subprocess.run(command, env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, **options)
+
+    def start(self, command):
+        return subprocess.Popen(command, env=self.environment(), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL)
+
+    def fresh_out(self, replaces, mode=0o755):
+        """An output folder with the old file in it, where the command may replace it. Returns the target."""
+        shutil.rmtree(self.out, ignore_errors=True)
+        self.out.mkdir()
+        target = self.out / "target"
+        if replaces:
+            target.write_bytes(OLD)
+            target.chmod(0o666)
+        self.out.chmod(mode)
+        return target
+
+    def wholes(self):
+        """What each command writes when nothing goes wrong."""
+        result = {}
+        for name, (command, replaces) in self.commands(self.fresh_out(False)).items():
+            target = self.fresh_out(replaces)
+            self.run(command, check=True)
+            result[name] = target.read_bytes()
+        return result
+
+    def check(self, holds, text):
+        if not holds:
+            self.failures += 1
+            print(f"FAILED: {text}")
+
+    def expect_untouched(self, what, target, replaces, done):
+        self.check(done.returncode != 0, f"{what}: failure is told")
+        content = target.read_bytes() if target.exists() else None
+        self.check(content == (OLD if replaces else None), f"{what}: the old file is whole")
+        self.check(os.listdir(self.out) == (["target"] if replaces else []), f"{what}: nothing beside it")
+
+    def left_in_temporary(self):
+        return list(self.temporary.glob("tracelyn-*/*"))
+
+
+def full_device(bench):
+    commands = bench.commands("/dev/full")
+    for name in ("csv", "render", "pack", "expand"):
+        done = bench.run(commands[name][0])
+        bench.check(done.returncode == 1 and b"No space left" in done.stderr, f"/dev/full {name}: {done}")
+    print("/dev/full                 4 commands, each told so")
+
+
+def size_limit(bench):
+    runs = 0
+    for limit in (0, 1, 5000, 70000):
+        for deadly in (False, True):
+            for name, (command, replaces) in bench.commands(bench.out / "target").items():
+                target = bench.fresh_out(replaces)
+                done = bench.run(command, restore_signals=deadly,
+                                 preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+                if done.returncode != 0:
+                    bench.expect_untouched(f"limit {limit} {name}", target, replaces, done)
+                else:
+                    bench.check(target.stat().st_size <= limit, f"limit {limit} {name}")
+                runs += 1
+    print(f"file size limit           {runs} runs, half of them killed by it")
+
+
+def full_file_system(bench):
+    """A file system of its own, which goes with the process that mounts it."""
+    runs = 0
+    for name, (command, replaces) in bench.commands("/mnt/target").items():
+        script = ("mount -t tmpfs -o size=12k none /mnt || exit 99; [ -z $1 ] || printf 'what was there before\n' >/mnt/target;"
+                  'shift; "$@" </dev/null; code=$?; ls -A /mnt; cat /mnt/* 2>/dev/null; exit $code')
+        done = bench.run(["unshare", "--mount", "sh", "-c", script, "sh", "old" if replaces else "", *command])
+        if done.returncode == 99 or b"unshare" in done.stderr:
+            print("full file system          skipped, it takes the right to mount one")
+            return
+        bench.check(done.returncode == 1 and done.stdout == (b"target\n" + OLD if replaces else b""),
+                    f"full file system {name}: {done}")
+        runs += 1
+    print(f"full file system          {runs} commands, each told so")
+
+
+def read_only_folder(bench):
+    other = {"user": NOBODY, "group": NOBODY, "extra_groups": []} if os.geteuid() == 0 else {}
+    for name, (command, replaces) in bench.commands(bench.out / "target").items():
+        for old in {replaces, False}:
+            target = bench.fresh_out(old, mode=0o555)
+            bench.expect_untouched(f"read-only folder {name}", target, old, bench.run(command, **other))
+    print("read-only folder          9 runs, with and without a file that could be written over")
+
+
+def killed(bench, runs):
+    wholes = bench.wholes()
+    counts = {"old": 0, "new": 0, "beside": 0, "temporary": 0}
+    for name, (command, replaces) in bench.commands(bench.out / "target").items():
+        bench.fresh_out(replaces)
+        start = time.monotonic()
+        bench.run(command, check=True)
+        duration = time.monotonic() - start
+        for _ in range(runs):
+            target = bench.fresh_out(replaces)
+            process = bench.start(command)
+            process.stdin.close()
+            time.sleep(random.uniform(0, duration))
+            process.kill()
+            process.wait()
+            content = target.read_bytes() if target.exists() else None
+            bench.check(content in (OLD if replaces else None, wholes[name]), f"killed {name}: the file is whole")
+            counts["new" if content == wholes[name] else "old"] += 1
+            counts["beside"] += sum(1 for entry in os.listdir(bench.out) if entry != "target")
+            counts["temporary"] += len(bench.left_in_temporary())
+    bench.run(bench.command("info", bench.paf[0]), check=True)
+    bench.check(not bench.left_in_temporary(), f"the next load removes what is left: {bench.left_in_temporary()}")
+    print(f"killed at random moments  {5 * runs} runs: {counts['old']} old files, {counts['new']} whole new ones, "
+          f"{counts['beside']} files left beside, {counts['temporary']} temporary folders, which the next run removed")
+
+
+def save_races(bench, runs):
+    wins = [0, 0]
+    for _ in range(runs):
+        target = bench.fresh_out(False)
+        racers = [bench.start(bench.command("save", paf, target)) for paf in bench.paf]
+        for racer in random.sample(racers, 2):
+            racer.stdin.close()
+        codes = [racer.wait() for racer in racers]
+        bench.check(sorted(codes) == [0, 1], f"one of two saves wins: {codes}")
+        winner = codes.index(0) if 0 in codes else 0
+        wins[winner] += 1
+        bench.check(target.read_bytes() == bench.paf[winner].read_bytes(), "the winner's file stays")
+        bench.check(os.listdir(bench.out) == ["target"], "the loser leaves nothing")
+    print(f"races of two saves        {runs} races, won {wins[0]} and {wins[1]} times")
+
+
+def parallel_loads(bench, runs):
+    expected = [bench.run(bench.command("csv", xml, "/dev/stdout")).stdout for xml in bench.xml]
+    for _ in range(runs):
+        loads = [subprocess.Popen(bench.command("csv", paf, "/dev/stdout"), env=bench.environment(),
+                                  stdout=subprocess.PIPE) for paf in bench.paf * 2]
+        for number, load in enumerate(loads):
+            bench.check(load.communicate()[0] == expected[number % 2], "loads at the same moment stay apart")
+    bench.check(not bench.left_in_temporary(), "nothing is left of them")
+    print(f"loads at the same moment  {runs} times 4 containers")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--runs", type=int, default=100, help="kills of each command and races (default 100)")
+    parser.add_argument("cli", help="the program tracelyn-cli")
+    parser.add_argument("save_copy", help="the program save_copy of this folder")
+    options = parser.parse_args()
+    seed = random.randrange(1 << 32)
+    random.seed(seed)
+    with tempfile.TemporaryDirectory(prefix="tracelyn-writing-") as name:
+        folder = pathlib.Path(name)
+        folder.chmod(0o755)
+        bench = Bench(folder, options.cli, options.save_copy)
+        full_device(bench)
+        size_limit(bench)
+        full_file_system(bench)
+        read_only_folder(bench)
+        killed(bench, options.runs)
+        save_races(bench, options.runs)
+        parallel_loads(bench, options.runs)
+        shutil.rmtree(bench.out)
+        print(f"{bench.failures} failures" + (f" (seed {seed})" if bench.failures else ""))
+        return 1 if bench.failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
