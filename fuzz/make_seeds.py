@@ -11,7 +11,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 ROWS = 12
-SHOWN = ["00000000", "A~5!G%w2", "\"Zq08c.b", "}}}}}}}}", "kQ3x?@Pm"]  # how an analysis is shown, see AnalysisFuzzer.cpp
+SHOWN = ["00000000", "A~5!G%GB", "\"Zq08cRb", "}}}}}}}}", "kQ3x?@Pm", "@A~5!#KA", "7z~5c$^b", "wq05k&xC"]  # how an analysis is shown, see AnalysisFuzzer.cpp
 
 
 def shorten(text, rows=ROWS):
@@ -67,6 +67,7 @@ def structures():
     yield data("<Data>1,2,3\n<?stop here?>4,5,6\n</Data>")
     yield data("<Data>1,2,3\n<Row>4,5,6</Row>7,8,9</Data>")
     yield data("<Data>\n\n1,2\n\n\n,,,,,\n1\n\n\n</Data>")
+    yield data("<Data>1,2,3\r4,5,6\r\n7\r</Data>")
     yield data("<Data/>")
     yield data("<Data>   \n \t\n</Data>")
     yield data("<Data></Data><Data>1,2,3</Data>")
