@@ -5,6 +5,14 @@ add_library(tracelyn_options INTERFACE)
 target_compile_features(tracelyn_options INTERFACE cxx_std_20)
 target_compile_options(tracelyn_options INTERFACE
     -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror -fno-semantic-interposition)
+# What turns a fault in a released program into a stop instead of a way in.
+if(NOT WIN32)
+    set(hardened $<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${TRACELYN_FUZZ}>>>)
+    target_compile_options(tracelyn_options INTERFACE
+        $<${hardened}:-fstack-protector-strong> $<${hardened}:-U_FORTIFY_SOURCE> $<${hardened}:-D_FORTIFY_SOURCE=2>
+        $<${hardened}:-D_GLIBCXX_ASSERTIONS>)
+    target_link_options(tracelyn_options INTERFACE $<${hardened}:-Wl,-z,relro,-z,now>)
+endif()
 target_compile_definitions(tracelyn_options INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS TRACELYN_VERSION="${PROJECT_VERSION}")
 
