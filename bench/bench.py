@@ -21,6 +21,7 @@ BENCH = ROOT / "build/release/bench/tracelyn_bench"
 MAKE_SAMPLES = ROOT / "samples/make_samples.py"
 FILES = ROOT / "build/bench"
 SIGNALS = 16
+INFO = [CLI, "info", "--code", "47195"]  # with the code that shows every signal
 TYPE_SIZES = {"Byte": 1, "UByte": 1, "Binary": 1, "Short": 2, "UShort": 2, "Long": 4, "ULong": 4, "Float": 4}
 
 # Debian's Python has Debian's pandas, whichever Python runs this. Prints the seconds of the reading alone.
@@ -95,12 +96,12 @@ def rows_as_csv(xml):
 
 
 def stored_bytes(xml, rows):
-    """What the samples that a load without access codes keeps take in their file types."""
+    """What the samples take in their file types."""
     with open(xml, encoding="utf-8") as file:
         head = file.read(1 << 16).partition("<Data>")[0]
     variables = re.findall(r"<TypedData [^>]*>", head)
     return rows * sum(TYPE_SIZES[re.search(r'Type="(\w+)"', variable)[1]]
-                      for variable in variables if "Code=" not in variable)
+                      for variable in variables)
 
 
 # Measuring
@@ -167,10 +168,10 @@ class Inner:
 def measure(rows, samples, rounds, seconds):
     xml, xml_of_four = recording(rows), recording(4 * rows)
     paf, gz, csv = packed(xml), gzipped(xml), rows_as_csv(xml)
-    load = fastest(rounds, xml=seconds_of([CLI, "info", xml]), xmllint=seconds_of(["xmllint", "--noout", "--huge", xml]),
-                   four=seconds_of([CLI, "info", xml_of_four]), paf=seconds_of([CLI, "info", paf]),
+    load = fastest(rounds, xml=seconds_of([*INFO, xml]), xmllint=seconds_of(["xmllint", "--noout", "--huge", xml]),
+                   four=seconds_of([*INFO, xml_of_four]), paf=seconds_of([*INFO, paf]),
                    gzip=seconds_of(["gzip", "-dc", gz]), pandas=seconds_of_read_csv(csv))
-    peak = min(run([CLI, "info", xml])[1] for _ in range(min(rounds, 3)))
+    peak = min(run([*INFO, xml])[1] for _ in range(min(rounds, 3)))
     allowed = xml.stat().st_size + stored_bytes(xml, rows)
 
     inner = Inner(xml, samples, rounds, seconds)
@@ -221,7 +222,7 @@ def main():
 
     FILES.mkdir(parents=True, exist_ok=True)
     table, times = measure(rows, samples, rounds, seconds)
-    foot = (f"{rows} rows x {SIGNALS} signals; a load without access codes leaves some of them out, here and in the export.\n"
+    foot = (f"{rows} rows x {SIGNALS} signals, all loaded; the export is that of a load without access codes.\n"
             f"Frames of 1280x720 pixels, the long ones over {samples} samples x 16 signals.\n"
             f"The sides take turns, {rounds} rounds; the fastest of each counts.")
     print_table(table, foot)

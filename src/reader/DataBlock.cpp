@@ -1,6 +1,7 @@
 #include "DataBlock.h"
 
 #include "Limits.h"
+#include "LineFeeds.h"
 #include "Parallel.h"
 #include "SampleRows.h"
 #include "SampleText.h"
@@ -18,21 +19,8 @@ namespace Tracelyn {
 
 namespace {
 
-// The text is read in pieces that stay in a processor core's own memory while they are converted.
-constexpr int64_t kPiece = 1 << 18;
-
-// Counted in bytes, block by block: the compiler then looks at many characters at once.
-int64_t CountLineFeeds(std::string_view text) {
-    constexpr size_t Block = std::numeric_limits<unsigned char>::max();
-    int64_t count = 0;
-    for (; !text.empty(); text.remove_prefix(std::min(Block, text.size()))) {
-        unsigned char inBlock = 0;
-        for (const char c : text.substr(0, Block))
-            inBlock = static_cast<unsigned char>(inBlock + (c == '\n' ? 1 : 0));
-        count += inBlock;
-    }
-    return count;
-}
+// Stays in a processor core's own memory while it is converted.
+constexpr int64_t kPiece = CSampleText::kPiece;
 
 // A piece holds the rows that begin behind its line feeds; the first one also holds the first row.
 struct Piece {
@@ -74,11 +62,15 @@ public:
     // Numbers the rows of all pieces. Returns how many there are; nothing when the text cannot be read.
     std::optional<int64_t> CountRows(const support::Progress& progress) {
         const auto count = [this](int worker, Piece& piece) {
-            CPieceText& buffer = m_Buffers[static_cast<size_t>(worker)];
             piece.rows = piece.from == 0 ? 1 : 0;
+            if (const auto known = m_Text.KnownLineFeeds(piece.from, piece.to)) {
+                piece.rows += *known;
+                return true;
+            }
+            CPieceText& buffer = m_Buffers[static_cast<size_t>(worker)];
             if (!ReadPiece(piece, buffer))
                 return false;
-            piece.rows += CountLineFeeds(buffer.Text());
+            piece.rows += support::CountLineFeeds(buffer.Text());
             return true;
         };
         if (ForEachPiece(count, progress) != PieceCount())

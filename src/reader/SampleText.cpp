@@ -26,13 +26,20 @@ private:
 
 class CFileText : public CSampleText {
 public:
-    CFileText(std::shared_ptr<support::CSharedFile> file, int64_t from, int64_t size)
-        : m_File(std::move(file)), m_nFrom(from), m_nSize(size) {
+    CFileText(std::shared_ptr<support::CSharedFile> file, int64_t from, int64_t size,
+              std::vector<int64_t> lineFeeds)
+        : m_File(std::move(file)), m_nFrom(from), m_nSize(size), m_LineFeeds(std::move(lineFeeds)) {
         CutTrailingLineEnds();
     }
 
     int64_t GetSize() const override { return m_nSize; }
     bool Read(int64_t at, std::span<char> text) const override { return m_File->Read(m_nFrom + at, text); }
+
+    std::optional<int64_t> KnownLineFeeds(int64_t from, int64_t to) const override {
+        const auto piece = static_cast<size_t>(from / kPiece);
+        const bool isWhole = to - from == kPiece;
+        return isWhole && piece < m_LineFeeds.size() ? std::optional(m_LineFeeds[piece]) : std::nullopt;
+    }
 
 private:
     void CutTrailingLineEnds() {
@@ -53,6 +60,7 @@ private:
     std::shared_ptr<support::CSharedFile> m_File;
     int64_t m_nFrom;
     int64_t m_nSize;
+    std::vector<int64_t> m_LineFeeds;
 };
 
 } // namespace
@@ -62,8 +70,8 @@ std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text) {
 }
 
 std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
-                                              int64_t size) {
-    return std::make_unique<CFileText>(std::move(file), from, size);
+                                              int64_t size, std::vector<int64_t> lineFeeds) {
+    return std::make_unique<CFileText>(std::move(file), from, size, std::move(lineFeeds));
 }
 
 } // namespace Tracelyn

@@ -18,6 +18,8 @@ namespace Tracelyn {
 
 namespace limits = support::limits;
 
+static_assert(CSampleText::kPiece == XmlTextRange::kPiece);
+
 namespace {
 
 constexpr ColorRef kIndexColor = 0xFF8080;
@@ -96,7 +98,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
         return;
     const auto& apart = document.GetTextApart();
     const std::unique_ptr<CSampleText> text =
-        apart ? SampleTextInFile(apart->file, apart->range.from, apart->range.size)
+        apart ? SampleTextInFile(apart->file, apart->range.from, apart->range.size, apart->range.lineFeeds)
               : SampleTextInMemory(block.GetTextUtf8());
     if (const auto problem = ReadDataBlock(*text, m_Variables, support::StepOf(progress, kFound, 1)))
         Fail(ResultCode::UnknownError, *problem);

@@ -1,5 +1,6 @@
 #include "XmlPlainText.h"
 
+#include "LineFeeds.h"
 #include "Parallel.h"
 #include "SharedFile.h"
 
@@ -15,7 +16,7 @@ using support::CSharedFile;
 
 namespace {
 
-constexpr int64_t kWindow = 1 << 18;
+constexpr int64_t kWindow = XmlTextRange::kPiece;
 constexpr size_t kLongestTag = 4096;
 constexpr size_t kBlock = 1024;
 constexpr std::string_view kWhiteSpace = " \t\r\n";
@@ -110,8 +111,8 @@ public:
         : m_File(file), m_nFrom(from),
           m_Parts(static_cast<size_t>((file.GetSize() - from + kWindow - 1) / kWindow)) {}
 
-    // The size of the plain text when a "<" ends it.
-    std::optional<int64_t> Run(const support::Progress& progress) {
+    // The plain text when a "<" ends it.
+    std::optional<XmlTextRange> Run(const support::Progress& progress) {
         const auto count = static_cast<int64_t>(m_Parts.size());
         std::vector<CWindow> windows(static_cast<size_t>(support::WorkerCount(count)), CWindow(m_File, 1));
         const int64_t last = support::ForEachParallel(
@@ -123,13 +124,18 @@ public:
         if (std::ranges::any_of(parts, &Part::hasLoneReturn) || std::ranges::all_of(parts, &Part::isBlank) ||
             parts.back().next != '<')
             return std::nullopt;
-        return last * kWindow + static_cast<int64_t>(parts.back().plain);
+        XmlTextRange range{.from = m_nFrom, .size = last * kWindow, .lineFeeds = {}};
+        range.size += static_cast<int64_t>(parts.back().plain);
+        for (const Part& part : parts)
+            range.lineFeeds.push_back(part.lineFeeds);
+        return range;
     }
 
 private:
     struct Part {
         size_t plain = 0;
         char next = '\0'; // behind the plain characters
+        int64_t lineFeeds = 0;
         bool isBlank = true;
         bool hasLoneReturn = false;
     };
@@ -141,6 +147,7 @@ private:
         part.plain = std::min<size_t>(CountPlain(text), kWindow);
         const std::string_view plain = text.substr(0, part.plain);
         part.next = part.plain < text.size() ? text[part.plain] : '\0';
+        part.lineFeeds = support::CountLineFeeds(plain);
         part.isBlank = plain.find_first_not_of(kWhiteSpace) == std::string_view::npos;
         part.hasLoneReturn = HasLoneCarriageReturn(text.substr(0, part.plain + 1));
         return part.plain == kWindow;
@@ -158,6 +165,5 @@ std::optional<XmlTextRange> FindPlainText(CSharedFile& file, std::string_view ta
     const std::optional<int64_t> from = FindTextStart(file, tagName);
     if (!from)
         return std::nullopt;
-    const std::optional<int64_t> size = CPlainTextScan(file, *from).Run(progress);
-    return size ? std::optional(XmlTextRange{*from, *size}) : std::nullopt;
+    return CPlainTextScan(file, *from).Run(progress);
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace support {
 class CSharedFile;
@@ -14,8 +15,12 @@ class CSharedFile;
 
 // A part of a file, in bytes.
 struct XmlTextRange {
+    static constexpr int64_t kPiece = 1 << 18;
+
     int64_t from = 0;
     int64_t size = 0;
+    // The line feeds in every piece of that size, the last one shorter: counted while the text was looked at.
+    std::vector<int64_t> lineFeeds;
 };
 
 // The text from the end of the first start tag of that name to the next "<". Nothing unless it is plain:
