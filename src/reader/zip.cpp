@@ -1,6 +1,7 @@
 #include "zip.h"
 
 #include "EntryPath.h"
+#include "Limits.h"
 #include "OutputFile.h"
 
 #include <QBuffer>
@@ -17,6 +18,8 @@
 #include <new>
 #include <optional>
 #include <span>
+
+namespace limits = support::limits;
 
 namespace Tracelyn {
 
@@ -97,8 +100,11 @@ struct Entry {
     DeflatedContents contents;
 };
 
-// Nothing when the header is not one of ours or promises more than the rest of the file can hold. Deflate
-// cannot do better than 1032 to 1, so a larger promise is a lie.
+bool IsBomb(const DeflatedContents& contents) {
+    return contents.uncompressedSize > limits::kExpanded + limits::kExpansion * contents.compressedSize;
+}
+
+// Nothing when the header is not one of ours or promises more than anybody needs.
 std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     const bool ours = header.Get32(0) == kLocalSignature && header.Get16(4) == kVersion &&
                       header.Get16(6) == 0 && header.Get16(28) == kExtraLength;
@@ -111,8 +117,7 @@ std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     entry.contents.uncompressedSize = header.Get32(22);
     if (!Read(archive, {entry.name.data(), static_cast<size_t>(entry.name.size())}) ||
         !Read(archive, entry.contents.streamEnds) ||
-        entry.contents.compressedSize > archive.size() - archive.pos() ||
-        entry.contents.uncompressedSize > uint64_t{1032} * entry.contents.compressedSize + 1024)
+        entry.contents.compressedSize > archive.size() - archive.pos() || IsBomb(entry.contents))
         return std::nullopt;
     return entry;
 }
@@ -204,7 +209,7 @@ bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
     if (!writeHeader({}))
         return false;
     const std::optional<DeflatedContents> contents = Deflate(source, archive);
-    if (!contents)
+    if (!contents || IsBomb(*contents))
         return false;
     file.crc = contents->crc;
     file.uncompressedSize = contents->uncompressedSize;

@@ -20,6 +20,10 @@ inline constexpr int64_t kDtd =
 inline constexpr int64_t kNamespaceBytes = 1 << 20;
 inline constexpr int64_t kNamespaceBytesPerByte = 4;
 
+// Elements, attributes, comments and whatever else becomes a node of the document's tree, some 200 bytes
+// each; a recording has hundreds.
+inline constexpr int64_t kNodes = 2'000'000;
+
 // The model. A window shows some dozens; a hundred thousand would take seconds for every frame.
 inline constexpr size_t kVariables = 10'000;
 inline constexpr size_t kGroups = 10'000;
@@ -34,6 +38,11 @@ inline constexpr size_t kResults = 1000;
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kSamplesPerCharacter = 8;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
+
+// A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
+// of a machine that stands still to hundreds.
+inline constexpr uint64_t kExpanded = 160 << 20;
+inline constexpr uint64_t kExpansion = 32;
 
 // What is shown. More decimals than any number has, and pixels far outside every window that 64-bit
 // arithmetic can still handle.

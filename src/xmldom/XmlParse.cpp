@@ -32,6 +32,7 @@ struct ParseState {
     std::exception_ptr exception = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
+    int64_t nodes = 0;
     int defaults = 0;
     bool failed = false;
     bool readFailed = false;
@@ -76,6 +77,30 @@ void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* 
         watch->tagEnd = xmlByteConsumed(context);
 }
 
+// False when the tree would become too large.
+bool CountNodes(void* context, int count) {
+    ParseState& state = StateOf(context);
+    state.nodes += count;
+    if (state.nodes > limits::kNodes)
+        Refuse(context, "The document has too many nodes");
+    return state.nodes <= limits::kNodes;
+}
+
+void AddComment(void* context, const xmlChar* text) {
+    if (CountNodes(context, 1))
+        xmlSAX2Comment(context, text);
+}
+
+void AddInstruction(void* context, const xmlChar* target, const xmlChar* data) {
+    if (CountNodes(context, 1))
+        xmlSAX2ProcessingInstruction(context, target, data);
+}
+
+void AddCData(void* context, const xmlChar* text, int length) {
+    if (CountNodes(context, 1))
+        xmlSAX2CDataBlock(context, text, length);
+}
+
 // Declared attribute defaults stay out of the tree, except namespaces: those are copied into every element,
 // so a few bytes could grow without end. What they cost may not outgrow what was read.
 void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
@@ -95,7 +120,7 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     else if (state.namespaceBytes >
              limits::kNamespaceBytes + limits::kNamespaceBytesPerByte * state.bytesRead)
         Refuse(context, "Namespace defaults make the document too large");
-    else
+    else if (CountNodes(context, 1 + namespaceCount + attributeCount))
         xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount,
                               defaultedCount, attributes);
 }
@@ -196,6 +221,9 @@ void InstallCallbacks(xmlParserCtxt& context, ParseState& state) {
     context.sax->unparsedEntityDecl = RefuseUnparsedEntity;
     context.sax->attributeDecl = RefuseManyDefaults;
     context.sax->startElementNs = StartElement;
+    context.sax->comment = AddComment;
+    context.sax->processingInstruction = AddInstruction;
+    context.sax->cdataBlock = AddCData;
     context.sax->serror = KeepFirstFatalError;
 }
 

@@ -206,6 +206,23 @@ TEST_F(Zip, ABombEndsAtTheSizeThatItAnnounces) {
     }
 }
 
+TEST_F(Zip, NeitherPacksNorExpandsMoreThanAnybodyNeeds) {
+    constexpr int64_t kAllowed = (160 << 20) + 32 * 7; // for an entry of 7 bytes
+    for (const int64_t size : {kAllowed, kAllowed + 1}) {
+        const auto announced = qToLittleEndian(static_cast<uint32_t>(size));
+        const QByteArray bytes(reinterpret_cast<const char*>(&announced), 4);
+        WriteFile(Path("a.paf"), Archive(Hello("tmpandat.bin")).replace(22, 4, bytes));
+        bool begun = false;
+        EXPECT_FALSE(CZip(Path("a.paf")).Expand(Out(), kEntry, [&](double) { begun = true; }));
+        EXPECT_EQ(begun, size == kAllowed);
+    }
+    QFile zeros(Path("zeros")); // nothing but a hole
+    ASSERT_TRUE(zeros.open(QIODevice::WriteOnly) && zeros.resize(kAllowed + 32 * 300'000));
+    CZip zip(Path("b.paf"));
+    zip.AddFileAs(Path("zeros"), kEntry);
+    EXPECT_FALSE(zip.Pack());
+}
+
 #ifdef Q_OS_UNIX
 TEST_F(Zip, NeverWritesThroughWhatStandsInItsPlace) {
     const QByteArray archive = Archive(Hello("tmpandat.bin"));

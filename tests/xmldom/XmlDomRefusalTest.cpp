@@ -73,3 +73,11 @@ TEST(XmlDomRefusal, StopsBeforeMarkupBecomesExpensive) {
             EXPECT_EQ(ErrorOf(document), QString("[string input] (1): %1 (Error)\n").arg(reason));
     }
 }
+
+TEST(XmlDomRefusal, StopsBeforeTheTreeBecomesLarge) {
+    const auto document = [](int count) { // of elements, attributes, comments, instructions, CDATA sections
+        return "<r>" + QByteArray("<a b=''/><!----><?p?><![CDATA[]]>").repeated(count / 5) + "</r>";
+    };
+    EXPECT_EQ(ErrorOf(document(1'999'995)), "");
+    EXPECT_EQ(ErrorOf(document(2'000'000)), "[string input] (1): The document has too many nodes (Error)\n");
+}
