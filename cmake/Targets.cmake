@@ -4,7 +4,7 @@
 add_library(tracelyn_options INTERFACE)
 target_compile_features(tracelyn_options INTERFACE cxx_std_20)
 target_compile_options(tracelyn_options INTERFACE
-    -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror -fno-semantic-interposition)
+    -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 # What turns a fault in a released program into a stop instead of a way in.
 if(NOT WIN32)
     set(hardened $<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${TRACELYN_FUZZ}>>>)
@@ -24,6 +24,8 @@ function(tracelyn_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} tracelyn_options)
+    # The toolkit asks for -fPIC, which would keep functions from being inlined within their file.
+    target_compile_options(${name} PRIVATE -fno-semantic-interposition)
 endfunction()
 
 # tracelyn_test(NAME SOURCES a.cpp... LINKS target...)

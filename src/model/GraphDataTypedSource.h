@@ -67,6 +67,10 @@ public:
             return;
         }
         const auto samples = Samples();
+        if (step == 1 && first >= 0 && static_cast<size_t>(first) + values.size() <= samples.size()) {
+            std::ranges::copy(samples.subspan(static_cast<size_t>(first), values.size()), values.begin());
+            return;
+        }
         int64_t index = first;
         for (double& value : values) {
             value = samples[ClampIndex(index)];

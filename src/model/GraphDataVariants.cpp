@@ -1,5 +1,8 @@
 #include "GraphDataVariants.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace {
 
 constexpr ColorRef kFixedColor = 0x602020;
@@ -25,6 +28,10 @@ double CGraphDataFixedSet::GetScaledValue(int /*index*/, int /*refIndex*/) const
     return static_cast<float>((double{*m_pValue} + GetUnitOffset()) * GetUnitFactor());
 }
 
+void CGraphDataFixedSet::GetValues(int /*first*/, int /*step*/, std::span<double> values) const {
+    std::ranges::fill(values, double{*m_pValue});
+}
+
 MinMax CGraphDataFixedSet::Scan(int /*from*/, int /*to*/) const {
     return {*m_pValue, *m_pValue};
 }
@@ -44,6 +51,14 @@ double CGraphDataIndexSet::GetScaledValue(int index, int refIndex) const {
     if (refIndex == kNoReference)
         return static_cast<float>((double{GetUnitOffset()} + index) * GetUnitFactor());
     return static_cast<float>(double(Difference(index, refIndex)) * GetUnitFactor());
+}
+
+void CGraphDataIndexSet::GetValues(int first, int step, std::span<double> values) const {
+    int64_t index = first;
+    for (double& value : values) {
+        value = static_cast<int>(index);
+        index += step;
+    }
 }
 
 // The values rise with the index.

@@ -11,6 +11,7 @@ public:
     double GetValue(int index, int refIndex) const override;
     double GetScaledValue(int index, int refIndex) const override;
     bool IsBinary() const override { return false; }
+    void GetValues(int first, int step, std::span<double> values) const override;
 
 protected:
     MinMax Scan(int from, int to) const override;
@@ -39,6 +40,7 @@ public:
     double GetValue(int index, int refIndex) const override;
     double GetScaledValue(int index, int refIndex) const override;
     bool IsBinary() const override { return false; }
+    void GetValues(int first, int step, std::span<double> values) const override;
 
 protected:
     MinMax Scan(int from, int to) const override;

@@ -5,6 +5,7 @@
 COffscreenWindow::COffscreenWindow(QSize size, double scale)
     : m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
     m_Image.setDevicePixelRatio(scale);
+    m_Image.fill(Qt::black);
 }
 
 const QImage& COffscreenWindow::Paint(CGraph& graph) {

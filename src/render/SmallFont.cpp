@@ -2,15 +2,19 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kPixels = 11;
 
-// The narrowest letters are three pixels wide: more of them than this reach out of any window.
-constexpr qsizetype kMaximumCharacters = 4096;
+// Letters are three pixels wide or more: a text with as many of them as the window has pixels reaches far out
+// of it. The toolkit takes a millisecond for some thousand.
+constexpr int kFewestShown = 256;
+constexpr int kMostShown = 4096;
 
 // What the widths may keep in memory, in characters; an entry costs some itself.
-constexpr size_t kMaximumRemembered = 2'000'000;
+constexpr size_t kMaximumRemembered = 8'000'000;
 constexpr size_t kEntry = 50;
 
 } // namespace
@@ -23,11 +27,15 @@ QFont CSmallFont::Font() {
     return font;
 }
 
-QString CSmallFont::Shown(const QString& text) {
-    if (text.size() <= kMaximumCharacters)
+void CSmallFont::SetWindowWidth(int width) {
+    m_nMaximumShown = std::clamp(width, kFewestShown, kMostShown);
+}
+
+QString CSmallFont::Shown(const QString& text) const {
+    if (text.size() <= m_nMaximumShown)
         return text;
-    const bool endsInsideOne = text[kMaximumCharacters - 1].isHighSurrogate();
-    return text.left(kMaximumCharacters - (endsInsideOne ? 1 : 0));
+    const bool endsInsidePair = text[m_nMaximumShown - 1].isHighSurrogate();
+    return text.left(m_nMaximumShown - (endsInsidePair ? 1 : 0));
 }
 
 int CSmallFont::Width(const QString& text) {

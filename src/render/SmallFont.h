@@ -12,23 +12,27 @@
 // application object.
 class CSmallFont {
 public:
-    CSmallFont() : m_Font(Font()), m_Metrics(m_Font) {}
+    CSmallFont() : m_Font(Font()), m_Metrics(m_Font) { SetWindowWidth(0); }
     CSmallFont(const CSmallFont&) = delete;
     CSmallFont& operator=(const CSmallFont&) = delete;
 
     // 8 points at 96 dpi, whatever the screen.
     static QFont Font();
-    // As much of a text as a window could ever show; nothing else is drawn or measured.
-    static QString Shown(const QString& text);
+
+    // In pixels. Texts are cut by it, see Shown.
+    void SetWindowWidth(int width);
+    // As much of a text as the window could show; nothing else is drawn or measured.
+    QString Shown(const QString& text) const;
+    // Of what is shown of the text, in pixels.
+    int Width(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }
     int Ascent() const { return m_Metrics.ascent(); }
-    // In pixels.
-    int Width(const QString& text);
 
 private:
     QFont m_Font;
     QFontMetrics m_Metrics;
+    qsizetype m_nMaximumShown = 0;
     std::unordered_map<QString, int> m_Widths;
     size_t m_nRemembered = 0;
 };

@@ -8,8 +8,10 @@
 #include <QPainter>
 #include <QRegion>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 class RecordingWindow : public CGraphWindow {
@@ -87,6 +89,16 @@ public:
         auto& set = graph.GetData().Make<CGraphDataTypedSet<float>>(name, source.get());
         m_Stores.push_back(source);
         set.SetColor(color);
+        group.AddSet(&set);
+        return set;
+    }
+
+    template <class T>
+    CGraphDataSet& AddTyped(CGraphDataGroup& group, std::span<const T> samples) {
+        auto source = std::make_shared<CGraphDataTypedSource<T>>();
+        std::ranges::copy(samples, source->Append(static_cast<int>(samples.size())).begin());
+        auto& set = graph.GetData().Make<CGraphDataTypedSet<T>>(QStringLiteral("t"), source.get());
+        m_Stores.push_back(source);
         group.AddSet(&set);
         return set;
     }
