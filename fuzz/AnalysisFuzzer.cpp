@@ -110,7 +110,7 @@ void Export(const CGraph& graph) {
 // their rows, or a long first field, that ends shortly before the end of a piece.
 std::string Stretched(std::string_view document, Settings& settings) {
     constexpr size_t kPiece = 1 << 18;
-    const unsigned choice = settings.Below(8);
+    const unsigned choice = settings.Below(32);
     const size_t length = kPiece - settings.Below(64);
     const size_t tag = std::min(document.find("<Data>"), document.find("<Data "));
     const size_t rows = document.find('>', tag);

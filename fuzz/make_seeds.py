@@ -11,7 +11,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 ROWS = 12
-SHOWN = ["00000000", "A~5!G%GB", "\"Zq08cRb", "}}}}}}}}", "kQ3x?@Pm", "@A~5!#KA", "7z~5c$^b", "wq05k&xC"]  # how an analysis is shown, see AnalysisFuzzer.cpp
+SHOWN = ["00000000", "A~5!G%GB", "\"Zq08cRb", "}}}}}}}}", "kQ3x?@Pm", "@A~5!#KA", "7z~5c$^b", "wq05k&x#"]  # how an analysis is shown, see AnalysisFuzzer.cpp
 
 
 def shorten(text, rows=ROWS):
