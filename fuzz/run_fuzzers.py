@@ -91,13 +91,20 @@ class Fuzzer:
         self.edges = max(self.edges, last(r"\bcov: (\d+)", text))
         if status == 0:
             return False
-        names = re.findall(r"Test unit written to (\S+)", text)
-        self.findings += [Path(name).name for name in names]
-        for name in names:
-            shutil.copyfile(log, name + ".log")
-        if not names:
+        inputs = [Path(name) for name in re.findall(r"Test unit written to (\S+)", text) if "slow-unit" not in name]
+        for path in inputs:
+            if path.name.startswith("timeout") and self.passes(path):
+                path.unlink()  # the machine stood still, not the program
+            else:
+                self.findings.append(path.name)
+                shutil.copyfile(log, f"{path}.log")
+        if not inputs:
             self.broken = f"stopped with {status} and no input, see {log}"
-        return bool(names) and executions > 0
+        return bool(inputs) and executions > 0
+
+    def passes(self, path):
+        return subprocess.run(self.command(path), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.environment,
+                              check=False).returncode == 0
 
     def minimise(self):
         """Keeps a smaller corpus that covers the same."""
