@@ -36,8 +36,8 @@ inline constexpr size_t kResults = 1000;
 // Samples. Rows that are empty, or shorter than the list of variables, could ask for a multiple of their
 // text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
-inline constexpr int64_t kSamplesPerCharacter = 8;
-inline constexpr size_t kField = 4096; // characters of one field that are looked at
+inline constexpr int64_t kSamplesPerCharacter = 2; // a full row has at most one for two characters
+inline constexpr size_t kField = 4096;             // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
 // of a machine that stands still to hundreds.
