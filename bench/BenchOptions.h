@@ -16,3 +16,6 @@ const BenchOptions& Options();
 
 // One benchmark for each type of sample.
 void RegisterModelBenchmarks();
+
+// One for each odd picture.
+void RegisterOddBenchmarks();

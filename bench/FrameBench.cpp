@@ -1,5 +1,4 @@
 // Frames: the first after a load, those after zooming and scrolling, and what a cursor step repaints.
-#include "OffscreenWindow.h"
 #include "Recording.h"
 
 #include <benchmark/benchmark.h>
@@ -8,7 +7,6 @@
 #include <QPainter>
 #include <QRegion>
 
-#include <chrono>
 #include <utility>
 
 namespace {
@@ -37,13 +35,6 @@ private:
     QImage m_Picture;
     QRegion m_Invalid;
 };
-
-// Paints a frame and returns how long it took.
-double SecondsOfFrame(COffscreenWindow& window, CGraph& graph) {
-    const auto start = std::chrono::steady_clock::now();
-    window.Paint(graph);
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 // The given frame after a load of the recording, the first being number 0.
 void FrameAfterLoad(benchmark::State& state, int number) {

@@ -4,8 +4,10 @@
 #include "BenchOptions.h"
 #include "Graph.h"
 #include "GraphDataVariants.h"
+#include "OffscreenWindow.h"
 #include "XmlReader.h"
 
+#include <chrono>
 #include <cmath>
 #include <memory>
 #include <stdexcept>
@@ -33,57 +35,75 @@ inline CGraph& LoadedGraph() {
     return SharedGraph().GetData().HasData() ? SharedGraph() : LoadAgain();
 }
 
-// Sixteen signals of all types, on/off signals too. Their shape has `shape` samples, each of them repeated
-// `repeat` times, so that recordings of any length look alike.
-class MadeRecording {
+// A recording made in memory: the graph and the stores of its signals.
+class MemoryRecording {
 public:
-    MadeRecording(int shape, int repeat) : m_nShape(shape), m_nRepeat(repeat) {
-        for (const char* name : {"A", "B"}) {
-            CGraphDataGroup& group = AddGroup(name);
-            AddSignals<float, int16_t, int32_t>(group);
-        }
-        CGraphDataGroup& separate = AddGroup("C");
-        separate.m_bSeparateSets = true;
-        AddSignals<uint16_t, uint32_t, uint8_t, int8_t, float, int16_t>(separate);
-        CGraphDataGroup& bits = AddGroup("D");
-        bits.m_bSeparateSets = true;
-        for (int i = 0; i < 4; ++i)
-            AddSignal<uint8_t, CGraphDataBinarySet>(bits);
-        graph.SetResetPending();
+    CGraphDataGroup& AddGroup(const QString& name) {
+        graph.GetData().AddGroup(std::make_unique<CGraphDataGroup>(name));
+        return *graph.GetData().GetGroups().back();
+    }
+
+    // A signal of that many samples, each given by value(index).
+    template <class T, class Set = CGraphDataTypedSet<T>, class Value>
+    CGraphDataSet& AddSignal(CGraphDataGroup& group, const QString& name, int count, Value value) {
+        auto source = std::make_shared<CGraphDataTypedSource<T>>();
+        int index = 0;
+        for (T& sample : source->Append(count))
+            sample = static_cast<T>(value(index++));
+        auto& set = graph.GetData().Make<Set>(name, source.get());
+        group.AddSet(&set);
+        m_Stores.push_back(std::move(source));
+        return set;
     }
 
     CGraph graph;
 
 private:
-    CGraphDataGroup& AddGroup(const char* name) {
-        graph.GetData().AddGroup(std::make_unique<CGraphDataGroup>(QString::fromLatin1(name)));
-        return *graph.GetData().GetGroups().back();
+    std::vector<std::shared_ptr<void>> m_Stores;
+};
+
+// Sixteen signals of all types, on/off signals too. Their shape has `shape` samples, each of them repeated
+// `repeat` times, so that recordings of any length look alike.
+class MadeRecording : public MemoryRecording {
+public:
+    MadeRecording(int shape, int repeat) : m_nShape(shape), m_nRepeat(repeat) {
+        for (const char* name : {"A", "B"})
+            AddWaves<float, int16_t, int32_t>(AddGroup(QLatin1String(name)));
+        CGraphDataGroup& separate = AddGroup(QStringLiteral("C"));
+        separate.m_bSeparateSets = true;
+        AddWaves<uint16_t, uint32_t, uint8_t, int8_t, float, int16_t>(separate);
+        CGraphDataGroup& bits = AddGroup(QStringLiteral("D"));
+        bits.m_bSeparateSets = true;
+        for (int i = 0; i < 4; ++i)
+            AddWave<uint8_t, CGraphDataBinarySet>(bits, [](double wave) { return wave > 0; });
+        graph.SetResetPending();
     }
 
+private:
     template <class... T>
-    void AddSignals(CGraphDataGroup& group) {
-        (AddSignal<T, CGraphDataTypedSet<T>>(group), ...);
+    void AddWaves(CGraphDataGroup& group) {
+        (AddWave<T, CGraphDataTypedSet<T>>(group, [](double wave) { return 60 + wave; }), ...);
     }
 
-    template <class T, class Set>
-    void AddSignal(CGraphDataGroup& group) {
-        const bool isBinary = std::is_same_v<Set, CGraphDataBinarySet>;
+    template <class T, class Set, class Shape>
+    void AddWave(CGraphDataGroup& group, Shape shape) {
         const double phase = ++m_nSignals;
-        auto source = std::make_shared<CGraphDataTypedSource<T>>();
-        source->SetSize(m_nShape * m_nRepeat);
-        for (int i = 0; i < m_nShape; ++i) {
-            const double wave = std::sin(i * 0.002 * phase) * 40 + std::sin(i * 0.9 + phase) * 10;
-            const T value = static_cast<T>(isBinary ? wave > 0 : 60 + wave);
-            for (int k = 0; k < m_nRepeat; ++k)
-                source->Add(value);
-        }
-        auto& set = graph.GetData().Make<Set>(QStringLiteral("Signal %1").arg(m_nSignals), source.get());
-        group.AddSet(&set);
-        m_Stores.push_back(std::move(source));
+        std::vector<T> wave;
+        for (int i = 0; i < m_nShape; ++i)
+            wave.push_back(
+                static_cast<T>(shape(std::sin(i * 0.002 * phase) * 40 + std::sin(i * 0.9 + phase) * 10)));
+        AddSignal<T, Set>(group, QStringLiteral("Signal %1").arg(m_nSignals), m_nShape * m_nRepeat,
+                          [&](int i) { return wave[static_cast<size_t>(i / m_nRepeat)]; });
     }
 
     int m_nShape;
     int m_nRepeat;
     int m_nSignals = 0;
-    std::vector<std::shared_ptr<void>> m_Stores;
 };
+
+// Paints a frame and returns how long it took.
+inline double SecondsOfFrame(COffscreenWindow& window, CGraph& graph) {
+    const auto start = std::chrono::steady_clock::now();
+    window.Paint(graph);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}

@@ -41,5 +41,6 @@ int main(int argc, char** argv) {
         }
     }
     RegisterModelBenchmarks();
+    RegisterOddBenchmarks();
     return benchmark::RunSpecifiedBenchmarks() > 0 ? 0 : 1;
 }

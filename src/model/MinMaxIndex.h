@@ -37,9 +37,10 @@ struct Extreme {
         std::array<T, kLanes> lanes;
         lanes.fill(None());
         const size_t whole = values.size() / kLanes * kLanes;
+        const T* const data = values.data(); // a checked access would keep the loop from becoming vectors
         for (size_t at = 0; at < whole; at += kLanes) {
             for (size_t lane = 0; lane < kLanes; ++lane)
-                lanes[lane] = Of(lanes[lane], values[at + lane]);
+                lanes[lane] = Of(lanes[lane], data[at + lane]);
         }
         T best = None();
         for (const T value : lanes)
