@@ -1,11 +1,11 @@
 // The whole road of a document: from bytes to the model, its layout, frames and the CSV table.
 //
-// A seed ends with a comment of eight characters, <!--12345678-->, which choose how it is shown.
+// A seed ends with a comment, <!--...-->, whose characters choose how it is shown.
 #include "CsvExport.h"
 #include "CsvFile.h"
+#include "Driving.h"
 #include "FuzzInput.h"
 #include "Graph.h"
-#include "OffscreenWindow.h"
 #include "PlainReading.h"
 #include "Scratch.h"
 #include "XmlReader.h"
@@ -54,46 +54,14 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
 }
 
 void CheckModel(const CGraphData& data, Settings& settings) {
+    if (CountValues(data) > kManyValues)
+        return;
     const int count = data.GetMaxCount();
     const int from = static_cast<int>(settings.Byte()) * count / 200 - 3;
     const int to = from + static_cast<int>(settings.Byte()) * count / 200;
     const int step = static_cast<int>(settings.Below(7)) + 1;
     for (const auto& set : data.GetSets())
         CheckBatches(*set, from, to, step);
-}
-
-QSize PictureSize(Settings& settings) {
-    static constexpr std::array kSizes{QSize(320, 240), QSize(640, 100), QSize(1, 1), QSize(7, 900),
-                                       QSize(1000, 3)};
-    return kSizes[settings.Below(kSizes.size())];
-}
-
-void Show(CGraph& graph, Settings& settings) {
-    COffscreenWindow window(PictureSize(settings));
-    graph.SetResetPending();
-    window.Paint(graph);
-    const unsigned change = settings.Byte();
-    const int last = graph.GetLastIndex();
-    if ((change & 1U) != 0) {
-        for (const auto& group : graph.GetData().GetGroups())
-            group->m_bExpanded = !group->m_bExpanded;
-    }
-    if ((change & 2U) != 0)
-        graph.ToggleBackground(window);
-    if ((change & 4U) != 0)
-        graph.SetFixedCursor(window, last / 3);
-    if ((change & 8U) != 0)
-        graph.Zoom(window, 1.25F);
-    if ((change & 16U) != 0)
-        graph.Zoom(window, 40.0F);
-    if ((change & 32U) != 0)
-        graph.OnHScroll(window, static_cast<ScrollCode>(settings.Below(10)), settings.Byte());
-    if ((change & 64U) != 0)
-        graph.SetCursorPosition(window, last - 1);
-    if ((change & 128U) != 0)
-        graph.SelectNextGroup(window);
-    if (change != 0)
-        window.Paint(graph);
 }
 
 void Export(const CGraph& graph) {
@@ -140,10 +108,10 @@ void Run(std::string_view input) {
         Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
                 "the rows of a file that stays as it is can be read");
     }
-    Show(graph, settings);
+    CheckModel(graph.GetData(), settings);
+    Drive(graph, settings);
     if (CountValues(graph.GetData()) > kManyValues)
         return;
-    CheckModel(graph.GetData(), settings);
     if (reader.GetResults().empty())
         CompareWithPlainReading(path, reader.GetAccessLevel(), graph.GetData());
     Export(graph);

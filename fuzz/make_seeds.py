@@ -11,7 +11,25 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 ROWS = 12
-SHOWN = ["00000000", "A~5!G%GB", "\"Zq08cRb", "}}}}}}}}", "kQ3x?@Pm", "@A~5!#KA", "7z~5c$^b", "wq05k&x#"]  # how an analysis is shown, see AnalysisFuzzer.cpp
+
+
+def choice(value, choices):
+    """A printable character that a fuzzer takes for this one of so many choices."""
+    return next(chr(c) for c in range(0x30, 0x7F) if c % choices == value)
+
+
+def shown(stretch=0, distance=0, level=0, size=0, scale=0, steps=()):
+    """The comment that chooses how an analysis is shown, see AnalysisFuzzer.cpp and Driving.cpp. It is read from its end."""
+    taken = [choice(stretch, 32), choice(distance, 64), choice(level, 4), "0", "p", "2", choice(size, 5), choice(scale, 4),
+             choice(len(steps), 6)]
+    for action, amount in steps:
+        taken += [choice(action, 16), chr(amount)]
+    return "<!--" + "".join(reversed(taken)) + "-->"
+
+
+SHOWN = [shown(), shown(level=3, steps=[(0, 64)]), shown(2, 7, 1, steps=[(1, 60), (2, 90)]), shown(1, 11, size=1, steps=[(4, 64), (1, 80), (5, 52)]),
+         shown(2, 18, 2, 2), shown(2, 30, 3, 3, steps=[(6, 48), (9, 48), (10, 48)]), shown(3, 56, 2, 4, 2), shown(level=2, scale=2, steps=[(3, 64), (0, 64), (0, 64), (7, 60)]),
+         shown(level=3, steps=[(12, 64), (13, 60), (15, 120)]), shown(level=1, scale=3, steps=[(8, 51), (11, 64), (14, 64), (1, 55), (2, 75)]), shown(level=3, size=1, steps=[(2, 72), (1, 70)]), shown(level=3, steps=[(6, 48)])]
 
 
 def shorten(text, rows=ROWS):
@@ -122,11 +140,10 @@ def analysis_seeds():
         documents.append(shorten((ROOT / "samples/bend.xml").read_text(encoding="utf-8"), rows).encode())
     documents.append((ROOT / "tests/data/eight_types.xml").read_bytes())
     for i, document in enumerate(documents):
-        shown = f"<!--{SHOWN[i % len(SHOWN)]}-->"
         wide = next((c for start, c in ((b"\xff\xfe", "utf-16-le"), (b"\xfe\xff", "utf-16-be")) if document.startswith(start)), "ascii")
-        yield document.rstrip(b"\n") + shown.encode(wide)
-    for shown in SHOWN:
-        yield SMALL.encode() + f"<!--{shown}-->".encode()
+        yield document.rstrip(b"\n") + SHOWN[i % len(SHOWN)].encode(wide)
+    for comment in SHOWN:
+        yield SMALL.encode() + comment.encode()
 
 
 def entry(contents, name=b"tmpandat.bin", **changes):
