@@ -47,7 +47,7 @@ private:
         while (m_nSize > 0) {
             const auto count = static_cast<size_t>(std::min<int64_t>(m_nSize, buffer.size()));
             const std::span<char> bytes = std::span(buffer).first(count);
-            if (!Read(m_nSize - static_cast<int64_t>(count), bytes))
+            if (!m_File->Read(m_nFrom + m_nSize - static_cast<int64_t>(count), bytes))
                 return; // whoever reads the rows meets the error again
             const size_t last = std::string_view(bytes.data(), count).find_last_not_of("\r\n");
             const size_t kept = last == std::string_view::npos ? 0 : last + 1;
