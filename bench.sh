@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# ./bench.sh [--short] [--json FILE] [--rows N]: builds Tracelyn and measures it against its targets.
+# ./bench.sh [--short] [--odd] [--json FILE] [--rows N]: builds Tracelyn and measures it against its targets.
 #   --short   few rows and repetitions: shows that everything runs; the figures mean little
+#   --odd     instead: how long frames of recordings take that nobody would record
 #   --json    where the figures go, by default build/bench/results.json
 #   --rows    samples of the recording to measure with, by default 1500000
 set -euo pipefail
