@@ -211,7 +211,7 @@ def measure_odd_pictures(rounds):
         name = result["run_name"].split("/")[1]
         for frame in "first", "later":
             slowest[name, frame] = min(result[frame], slowest.get((name, frame), result[frame]))
-    return [Row(name, f"{frame} frame", "<= 200 ms", 0.2, seconds) for (name, frame), seconds in slowest.items()]
+    return [Row(name, f"{frame} frame", "<= 200 ms", 0.2, seconds) for (name, frame), seconds in sorted(slowest.items())]
 
 
 def print_table(table, foot):

@@ -63,9 +63,8 @@ void CPixelPainter::AddRun(const QRect& run) {
 void CPixelPainter::Flush() {
     if (m_nRuns == 0)
         return;
-    m_Painter.setPen(Qt::NoPen);
     m_Painter.setBrush(m_Pen);
-    m_Painter.drawRects(m_Runs.data(), static_cast<int>(m_nRuns));
+    FillRuns(m_Painter, std::span(m_Runs).first(m_nRuns));
     m_nRuns = 0;
 }
 

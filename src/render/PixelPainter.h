@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PixelRect.h"
+#include "RunFill.h"
 #include "SmallFont.h"
 
 #include <QColor>
@@ -59,6 +60,6 @@ private:
     QColor m_Text = Qt::black;
     QColor m_TextBackground;
     PixelRect m_ClipBounds;
-    std::array<QRect, 512> m_Runs;
+    std::array<QRect, kRunsAtOnce> m_Runs;
     size_t m_nRuns = 0;
 };
