@@ -8,19 +8,19 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
 using namespace Tracelyn;
 
-static int g_allocationsLeft = -1; // the one after them fails; negative: none does
-static size_t g_allocatedBytes = 0;
+static std::atomic<int> g_allocationsLeft = -1; // the one after them fails; negative: none does
+static std::atomic<size_t> g_allocatedBytes = 0;
 
 void* operator new(size_t size) {
     g_allocatedBytes += size;
-    void* const memory = g_allocationsLeft == 0 ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (g_allocationsLeft >= 0)
-        --g_allocationsLeft;
+    const bool fails = g_allocationsLeft >= 0 && g_allocationsLeft-- == 0;
+    void* const memory = fails ? nullptr : std::malloc(size == 0 ? 1 : size);
     return memory ? memory : throw std::bad_alloc();
 }
 
