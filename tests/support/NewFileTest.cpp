@@ -1,4 +1,5 @@
 #include "NewFile.h"
+#include "TestFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,24 +13,12 @@ using support::Placing;
 
 namespace {
 
-class NewFile : public testing::Test {
+class NewFile : public testing::Test, protected TestFolder {
 protected:
-    QString Path(const QString& name) const { return m_folder.filePath(name); }
-    QString Write(const QString& name, const QByteArray& content) const {
-        QFile file(Path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        return file.fileName();
-    }
-    static QByteArray Read(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-    }
     QStringList Entries() const {
-        return QDir(m_folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        return QDir(Folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                        QDir::NoDotAndDotDot);
     }
-
-    const QTemporaryDir m_folder;
 };
 
 TEST_F(NewFile, IsAWholeCopyWithThePermissions) {
@@ -48,7 +37,7 @@ TEST_F(NewFile, IsAWholeCopyWithThePermissions) {
 TEST_F(NewFile, NeverReplacesAndLeavesNothingWhenItFails) {
     const QString from = Write("from", "new");
     const QString taken = Write("taken", "old");
-    ASSERT_TRUE(QFile::link(Path("nowhere"), Path("dangling")) && QDir(m_folder.path()).mkdir("folder"));
+    ASSERT_TRUE(QFile::link(Path("nowhere"), Path("dangling")) && QDir(Folder()).mkdir("folder"));
     const QStringList before = Entries();
     for (const QString& to :
          {taken, Path("dangling"), Path("folder"), from, Path("no/such"), taken + "/x", QString()})
