@@ -6,6 +6,7 @@
 #include "Driving.h"
 #include "FuzzInput.h"
 #include "Graph.h"
+#include "Limits.h"
 #include "PlainReading.h"
 #include "Scratch.h"
 #include "XmlReader.h"
@@ -17,6 +18,8 @@
 #include <array>
 #include <cmath>
 #include <string>
+
+namespace limits = support::limits;
 
 namespace {
 
@@ -51,6 +54,18 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
     float max = 0;
     set.GetMinMax(from, to, min, max);
     Require(AreSame(min, smallest) && AreSame(max, largest), "extremes are those of the single values");
+}
+
+void CheckLimits(const Tracelyn::CXmlReader& reader, const CGraphData& data) {
+    Require(reader.GetResults().size() <= limits::kResults + 1, "problems beyond the limit are only counted");
+    for (const Tracelyn::ReadResult& result : reader.GetResults()) {
+        Require(!result.GetText().isEmpty(), "a problem has a text");
+        Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
+                "the rows of a file that stays as it is can be read");
+    }
+    for (const auto& set : data.GetSets())
+        Require(set->GetName().size() <= limits::kText && set->GetUnit().size() <= limits::kText,
+                "long texts are cut");
 }
 
 void CheckModel(const CGraphData& data, Settings& settings) {
@@ -103,11 +118,7 @@ void Run(std::string_view input) {
     Tracelyn::CXmlReader reader;
     reader.SetAccessLevel(static_cast<int>(settings.Below(4)));
     reader.ReadAnalysis(graph.GetData(), path);
-    for (const Tracelyn::ReadResult& result : reader.GetResults()) {
-        Require(!result.GetText().isEmpty(), "a problem has a text");
-        Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
-                "the rows of a file that stays as it is can be read");
-    }
+    CheckLimits(reader, graph.GetData());
     CheckModel(graph.GetData(), settings);
     Drive(graph, settings);
     if (CountValues(graph.GetData()) > kManyValues)

@@ -122,6 +122,9 @@ def structures():
     yield replaced(("<?xml version=\"1.0\" encoding=\"UTF-8\"?>", "<?xml version=\"1.1\" standalone=\"yes\"?><?pi x?><!-- c -->"))
     yield replaced(("</Analysis>", "</Analysis><!-- after --><?pi?>"))
     yield replaced(("<Data>", "<Data xml:space='preserve'>"), ("Description=\"Path\"", "Description=\"\u05d0\u0301\u202e\""))
+    # Beyond limits.
+    yield replaced(("<VariablesDefinitions>", "<VariablesDefinitions>" + "<x/>" * 1100))
+    yield replaced(("Description=\"Path\"", f"Description=\"{'n' * 10_100}\""))
     yield SMALL[: len(SMALL) // 2]
     yield "<Analysis/>"
     yield "<Analysis Name='deep'>" + "<a>" * 100 + "</a>" * 100 + "</Analysis>"
