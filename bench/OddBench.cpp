@@ -107,6 +107,12 @@ const std::array kPictures{
         [](auto& recording) { AddLongNames(recording, QStringLiteral("e\u0301\u0302\u0303\u0304"), 10); }},
     OddPicture{"500 groups, names of 100,000 letters", kWindow,
                [](auto& recording) { AddLongNames(recording, QStringLiteral("Wide name "), 500); }},
+    OddPicture{
+        "500 groups, names of mixed scripts", kWindow,
+        [](auto& recording) { AddLongNames(recording, QStringLiteral("a\u0628b\u05E9\u4E00\u0915"), 500); }},
+    OddPicture{
+        "500 groups, names that change direction", kWindow,
+        [](auto& recording) { AddLongNames(recording, QStringLiteral("\u202Ea\u202Db\u2067c\u2069"), 500); }},
     OddPicture{"size ratios huge, negative and zero", kWindow, AddRatios},
     OddPicture{"5000 decimals", kWindow, AddDecimals},
     OddPicture{"no samples", kWindow,
@@ -116,6 +122,7 @@ const std::array kPictures{
                }},
     OddPicture{"one pixel", {1, 1}, AddNoise},
     OddPicture{"large picture", kLargest, [](auto& recording) { AddBands(recording, 8); }},
+    OddPicture{"noise on the largest screens", {3840, 2160}, AddNoise},
     OddPicture{"large picture of noise", kLargest, AddNoise},
 };
 

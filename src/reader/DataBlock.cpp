@@ -148,8 +148,8 @@ bool AreTooMany(int64_t rows, const CSampleText& text, std::span<TypedDataBase* 
     const auto stored = static_cast<int64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
     const int64_t samples = stored * rows;
     return rows > std::numeric_limits<int>::max() ||
-           (samples > support::limits::kSamplesOfAnyFile &&
-            samples / support::limits::kSamplesPerCharacter > text.GetSize());
+           samples - support::limits::kSamplesOfAnyFile >
+               text.GetSize() / support::limits::kCharactersPerSample;
 }
 
 } // namespace

@@ -135,10 +135,15 @@ void CConsole::DrawBitCell(CCanvas& canvas, const CGraphDataSet& set, int column
     const bool on = set.GetValue(cursor, kNoReference) != 0.0;
     painter.SetTextColor(on ? m_Context.Colors().background : color);
     painter.SetTextBackground(on ? color : QColor());
+    const PixelRect cell{x - 1, y, x + painter.TextWidth(set.GetName()) + 2, y + CPixelPainter::kTextHeight};
+    // A step repaints the cell alone: accents that reach out of it would keep the colour of the state before.
+    const QRegion clip = painter.GetClip();
+    painter.SetClip(clip & cell.ToQRect());
     TextAt(canvas, x, y, set.GetName());
+    painter.SetClip(clip);
     painter.SetTextBackground(QColor());
-    canvas.AddScreenRect(kValueRect, World(x - 1), World(y), World(x + painter.TextWidth(set.GetName()) + 2),
-                         World(y + CPixelPainter::kTextHeight));
+    canvas.AddScreenRect(kValueRect, World(cell.left), World(cell.top), World(cell.right),
+                         World(cell.bottom));
 }
 
 void CConsole::TextAt(CCanvas& canvas, int x, int y, const QString& text) {

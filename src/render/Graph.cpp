@@ -26,7 +26,6 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
     const PixelRect client = window.GetClientRect();
     if (!m_Font)
         m_Font.emplace();
-    m_Font->SetWindowWidth(client.Width());
     CGraphDrawingContext context(painter, *m_Font, client, invalid, m_Data, m_bDarkScheme);
     UpdateScrollBar(window);
     std::vector<SCREENRECT> valuesBefore;

@@ -1,6 +1,7 @@
 #include "GraphLayout.h"
 
 #include "GraphData.h"
+#include "Limits.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -90,6 +91,13 @@ void LayoutBands(const CGraphData& data, const PixelRect& client) {
 
 ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(const QString&)>& textWidth) {
     ConsoleMetrics console;
+    int64_t charactersLeft = support::limits::kConsoleTexts;
+    const auto widen = [&](int& widest, const QString& text) {
+        if (charactersLeft <= 0)
+            return;
+        charactersLeft -= std::min<int64_t>(text.size(), support::limits::kShownText);
+        widest = std::max(widest, textWidth(text));
+    };
     bool any = false;
     for (const auto& group : data.GetGroups()) {
         if (!group->IsDisplayedInConsole())
@@ -97,8 +105,8 @@ ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(co
         for (const CGraphDataSet* set : group->m_Sets) {
             if (!set->IsDisplayedInConsole() || set->IsBinary())
                 continue;
-            console.widestName = std::max(console.widestName, textWidth(set->GetName()));
-            console.widestUnit = std::max(console.widestUnit, textWidth(set->GetUnit()));
+            widen(console.widestName, set->GetName());
+            widen(console.widestUnit, set->GetUnit());
         }
         const int binaries = group->CountBinarySets(DisplayType::Console);
         group->m_nConsoleLines = (binaries + Metrics::kBinariesPerRow - 1) / Metrics::kBinariesPerRow + 1 +

@@ -13,5 +13,5 @@ class CGraphData;
 void LayoutBands(const CGraphData& data, const PixelRect& client);
 
 // Gives every group shown in the console its line count and measures the console with the given text width in
-// pixels.
+// pixels. Texts behind the first 50,000 characters do not widen it.
 ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(const QString&)>& textWidth);

@@ -36,9 +36,9 @@ void CPixelPainter::SetPen(const QColor& color) {
 
 void CPixelPainter::SetClip(const QRegion& clip) {
     Flush();
-    const QRegion drawn = clip & m_Drawn;
-    m_Painter.setClipRegion(drawn);
-    m_ClipBounds = PixelRect::From(drawn.boundingRect());
+    m_Clip = clip & m_Drawn;
+    m_Painter.setClipRegion(m_Clip);
+    m_ClipBounds = PixelRect::From(m_Clip.boundingRect());
 }
 
 void CPixelPainter::Line(int x1, int y1, int x2, int y2) {

@@ -31,6 +31,7 @@ public:
     // Text is drawn over a filled cell of this colour; an invalid colour makes the background transparent.
     void SetTextBackground(const QColor& color) { m_TextBackground = color; }
     void SetClip(const QRegion& clip);
+    const QRegion& GetClip() const { return m_Clip; }
 
     // From the first point up to, but without, the second.
     void Line(int x1, int y1, int x2, int y2);
@@ -59,6 +60,7 @@ private:
     QColor m_Brush = Qt::white;
     QColor m_Text = Qt::black;
     QColor m_TextBackground;
+    QRegion m_Clip;
     PixelRect m_ClipBounds;
     std::array<QRect, kRunsAtOnce> m_Runs;
     size_t m_nRuns = 0;

@@ -1,17 +1,12 @@
 #include "SmallFont.h"
 
-#include <QStringList>
+#include "Limits.h"
 
-#include <algorithm>
+#include <QStringList>
 
 namespace {
 
 constexpr int kPixels = 11;
-
-// Letters are three pixels wide or more: a text with as many of them as the window has pixels reaches far out
-// of it. The toolkit takes a millisecond for some thousand.
-constexpr int kFewestShown = 256;
-constexpr int kMostShown = 4096;
 
 // What the widths may keep in memory, in characters; an entry costs some itself.
 constexpr size_t kMaximumRemembered = 8'000'000;
@@ -27,15 +22,12 @@ QFont CSmallFont::Font() {
     return font;
 }
 
-void CSmallFont::SetWindowWidth(int width) {
-    m_nMaximumShown = std::clamp(width, kFewestShown, kMostShown);
-}
-
-QString CSmallFont::Shown(const QString& text) const {
-    if (text.size() <= m_nMaximumShown)
+QString CSmallFont::Shown(const QString& text) {
+    constexpr qsizetype kMost = support::limits::kShownText;
+    if (text.size() <= kMost)
         return text;
-    const bool endsInsidePair = text[m_nMaximumShown - 1].isHighSurrogate();
-    return text.left(m_nMaximumShown - (endsInsidePair ? 1 : 0));
+    const bool endsInsidePair = text[kMost - 1].isHighSurrogate();
+    return text.left(kMost - (endsInsidePair ? 1 : 0)) + QChar(0x2026);
 }
 
 int CSmallFont::Width(const QString& text) {

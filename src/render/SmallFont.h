@@ -12,17 +12,16 @@
 // application object.
 class CSmallFont {
 public:
-    CSmallFont() : m_Font(Font()), m_Metrics(m_Font) { SetWindowWidth(0); }
+    CSmallFont() : m_Font(Font()), m_Metrics(m_Font) {}
     CSmallFont(const CSmallFont&) = delete;
     CSmallFont& operator=(const CSmallFont&) = delete;
 
     // 8 points at 96 dpi, whatever the screen.
     static QFont Font();
 
-    // In pixels. Texts are cut by it, see Shown.
-    void SetWindowWidth(int width);
-    // As much of a text as the window could show; nothing else is drawn or measured.
-    QString Shown(const QString& text) const;
+    // A text that nobody would read to its end is cut and ends with three dots: the toolkit takes a
+    // millisecond for some thousand letters, for some hundred of mixed scripts.
+    static QString Shown(const QString& text);
     // Of what is shown of the text, in pixels.
     int Width(const QString& text);
 
@@ -32,7 +31,6 @@ public:
 private:
     QFont m_Font;
     QFontMetrics m_Metrics;
-    qsizetype m_nMaximumShown = 0;
     std::unordered_map<QString, int> m_Widths;
     size_t m_nRemembered = 0;
 };

@@ -14,8 +14,9 @@ inline constexpr int MaxFixedDecimals = limits::kDecimals;
 // Enough for any value: sign, 39 digits, point, decimals.
 inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;
 
-// What printf("%1.*f", precision, value) writes. A negative precision means 6 decimals, more than 1000 means
-// 1000. Returns the written front of the buffer; a buffer that is too small is a programming error.
+// What printf("%1.*f", precision, value) writes. A negative precision means 6 decimals, more than
+// MaxFixedDecimals means those. Returns the written front of the buffer; a buffer that is too small is a
+// programming error.
 std::string_view FormatFixed(std::span<char> buffer, float value, int precision);
 
 } // namespace support

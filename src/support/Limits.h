@@ -33,20 +33,22 @@ inline constexpr int kText = 10'000;
 // Problems that are kept; of further ones only the number.
 inline constexpr size_t kResults = 1000;
 
-// Samples. Rows that are empty, or shorter than the list of variables, could ask for a multiple of their
-// text.
+// Samples: so many, and one more for so many characters, which a full row keeps to. Rows that are empty, or
+// shorter than the list of variables, could ask for a multiple of their text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
-inline constexpr int64_t kSamplesPerCharacter = 2; // a full row has at most one for two characters
-inline constexpr size_t kField = 4096;             // characters of one field that are looked at
+inline constexpr int64_t kCharactersPerSample = 2;
+inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
 // of a machine that stands still to hundreds.
-inline constexpr uint64_t kExpanded = 160 << 20;
+inline constexpr uint64_t kExpanded = 128 << 20;
 inline constexpr uint64_t kExpansion = 32;
 
-// What is shown. More decimals than any number has, and pixels far outside every window that 64-bit
-// arithmetic can still handle.
-inline constexpr int kDecimals = 1000;
+// What is shown. Decimals that reach the digits of the smallest normal number, and pixels far outside every
+// window that 64-bit arithmetic can still handle.
+inline constexpr int kDecimals = 48;
+inline constexpr int kShownText = 400;           // characters of a text that are drawn and measured
+inline constexpr int64_t kConsoleTexts = 50'000; // characters of all texts that the console's width heeds
 inline constexpr float kPixel = 268435456.0F;
 inline constexpr int kPictureSide = 16384; // pixels of a picture's side
 

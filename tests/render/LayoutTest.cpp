@@ -1,4 +1,5 @@
 #include "GraphLayout.h"
+#include "Limits.h"
 #include "RenderTesting.h"
 
 #include <gtest/gtest.h>
@@ -116,4 +117,18 @@ TEST(ConsoleLayout, CountsLinesAndMeasuresTheWidestTexts) {
     EXPECT_EQ(console.numberWidth, 110);
     EXPECT_EQ(console.width, 40 + 4 + 2 + 110 + 90);
     EXPECT_EQ(console.height, 12 * 2 + 4 + 12 * 4);
+}
+
+TEST(ConsoleLayout, DoesNotMeasureTextsWithoutEnd) {
+    GraphWithData data;
+    CGraphDataGroup& group = data.AddGroup(QStringLiteral("g"));
+    for (int i = 0; i < 1000; ++i)
+        data.AddSignal(group, 1, kSignal, 0, QString(10'000 + i, QLatin1Char('n')));
+    int64_t measured = 0;
+    MeasureConsole(data.graph.GetData(), [&](const QString& text) {
+        measured += CSmallFont::Shown(text).size();
+        return 1;
+    });
+    EXPECT_GE(measured, support::limits::kConsoleTexts);
+    EXPECT_LE(measured, support::limits::kConsoleTexts * 11 / 10);
 }

@@ -154,7 +154,7 @@ TEST(LongNames, AreShownAsFarAsTheWindowReaches) {
     };
     for (const QString& unit :
          {QStringLiteral("W"), QStringLiteral("some words "), QStringLiteral("\u05E9\u05DC\u05D5\u05DD "),
-          QStringLiteral("e\u0301"), QStringLiteral("\U0001F468\u200D\U0001F469")}) {
+          QStringLiteral("e\u0301\u0302\u0303\u0304\u0323"), QStringLiteral("\U0001F468\u200D\U0001F469")}) {
         SCOPED_TRACE(unit.toStdString());
         const auto cut = graphNamed(Repeated(unit, 5'000));
         const auto long1 = graphNamed(Repeated(unit, 100'000));

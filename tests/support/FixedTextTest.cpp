@@ -18,7 +18,7 @@ namespace {
 void ExpectAsPrinted(float value, int precision) {
     std::array<char, support::FixedTextCapacity> buffer = {};
     std::array<char, support::FixedTextCapacity + 1> printed = {};
-    const int decimals = precision < 0 ? 6 : std::min(precision, 1000);
+    const int decimals = precision < 0 ? 6 : std::min(precision, support::MaxFixedDecimals);
     std::snprintf(printed.data(), printed.size(), "%1.*f", decimals, double{value});
     ASSERT_EQ(FormatFixed(buffer, value, precision), printed.data())
         << std::hexfloat << value << " with " << precision;
@@ -30,7 +30,7 @@ TEST(FixedText, IsWhatPrintfWrites) {
     using Limits = std::numeric_limits<float>;
     for (const float value : {0.0F, 1e-9F, 999.9999F, 0x1p32F, 0x1.fffffep31F, Limits::max(), Limits::min(),
                               Limits::denorm_min(), HUGE_VALF, NAN}) {
-        for (const int precision : {-5, -1, 0, 1, 2, 6, 11, 12, 17, 149, 999, 1000, 1001, INT_MAX}) {
+        for (const int precision : {-5, -1, 0, 1, 2, 6, 11, 12, 17, 47, 48, 49, 1000, INT_MAX}) {
             ExpectAsPrinted(value, precision);
             ExpectAsPrinted(-value, precision);
         }

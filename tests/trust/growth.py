@@ -5,8 +5,7 @@
 
 A file of 1 MB may take 2 s and one of 10 MB may take 10 s, with sizes between in proportion. Machines are noisy: only a
 time of more than twice its bound counts as broken (exit code 1), and so does a tool that crashes or runs out of memory.
-The times are seconds of CPU or of the clock, whichever are fewer. A table of all samples may be hundreds of times as large as
-its file, so csv may take twice as long.
+The times are seconds of CPU or of the clock, whichever are fewer.
 """
 import argparse
 import json
@@ -29,12 +28,11 @@ MEMORY = 4 << 30       # address space that the tool may take
 STOPPED_AFTER = 4      # times the bound
 BROKEN_ABOVE = 2
 PATIENCE = 5           # seconds of the clock for a second of CPU, on a busy machine
-SLOWER = {"csv": 2}
 EXPECTED_CODES = (0, 1, 3)
 
 
-def bound(megabytes, command):
-    return (2 + max(0.0, megabytes - 1) * 8 / 9) * SLOWER.get(command, 1)
+def bound(megabytes):
+    return 2 + max(0.0, megabytes - 1) * 8 / 9
 
 
 def run(command, limit):
@@ -69,7 +67,7 @@ def measure(program, kind, make, extension, sizes, folder):
         for name, row in rows.items():
             if "too slow" in row["problems"]:
                 continue
-            allowed = bound(size, name)
+            allowed = bound(size)
             seconds, memory, problem = run([program, *COMMANDS[name](str(file))], allowed * STOPPED_AFTER)
             if not problem and seconds > allowed * BROKEN_ABOVE:
                 problem = "beyond twice its bound"
