@@ -15,6 +15,11 @@ constexpr bool EndsField(char c) {
     return c == ',' || c == '\n' || c == '\r';
 }
 
+// A carriage return may stand before a number, too, as any white space may.
+constexpr bool IsEmptyField(char first) {
+    return first == ',' || first == '\n';
+}
+
 const char* FindFieldEnd(const char* at) {
     while (*at != ',' && *at != '\n')
         ++at;
@@ -62,7 +67,7 @@ const char* Read(const char* at, float& sample) {
         count += decimals;
     }
     if (count - 1 >= kExactDigits || !EndsField(*digits.end)) {
-        sample = digits.end == at && EndsField(*at) ? 0.0F : support::ParseFloatField(FieldAt(at));
+        sample = IsEmptyField(*at) ? 0.0F : support::ParseFloatField(FieldAt(at));
         return FindFieldEnd(digits.end);
     }
     const double value = static_cast<double>(digits.value) / kPowersOfTen[decimals];
@@ -77,7 +82,7 @@ const char* Read(const char* at, int32_t& sample) {
     const auto count = static_cast<size_t>(digits.end - start);
     constexpr size_t kSafeDigits = 9;
     if (count - 1 >= kSafeDigits || !EndsField(*digits.end)) {
-        sample = digits.end == at && EndsField(*at) ? 0 : support::ParseIntegerField(FieldAt(at));
+        sample = IsEmptyField(*at) ? 0 : support::ParseIntegerField(FieldAt(at));
         return FindFieldEnd(digits.end);
     }
     const auto value = static_cast<int32_t>(digits.value);

@@ -50,7 +50,7 @@ TEST(DataBlock, HandsTheFieldsOfEveryRowToTheVariablesInTheirOrder) {
           Case{"s-s", "1,2,3\n4,5,6", "1 4||3 6"}, Case{"-s-", "1\n2", "|1 2|"}, Case{"--", "1,2", "|"},
           // which lines are rows
           Case{"s", "\n\n", "0"}, Case{"s", "\n1\n\n\n", "0 1"}, Case{"ss", "1,2\n\n3,4", "1 0 3|2 0 4"},
-          Case{"ss", "1,2\r\n3,4\r\n", "1 3|2 4"}})
+          Case{"ss", "1,2\r\n3,4\r\n", "1 3|2 4"}, Case{"ss", "1,\r2\n,\r\n\r3,\r", "1 0 3|2 0 0"}})
         EXPECT_EQ(Samples(columns, text), samples) << columns << ' ' << testing::PrintToString(text);
 }
 
