@@ -42,8 +42,9 @@ int ProportionalHeight(const CGraphDataGroup& group, int64_t available, int64_t 
     const int minimum = MinimumBandHeight(group);
     if (totalRatio == 0)
         return minimum;
-    const int64_t share =
-        group.m_nSizeRatio * (available - Metrics::kSeparatorLines) / totalRatio + Metrics::kSeparatorLines;
+    // Thousands of absurd bands before this one leave less room than its ratio could be multiplied with.
+    const int64_t room = std::max<int64_t>(available - Metrics::kSeparatorLines, -kLowestTop);
+    const int64_t share = group.m_nSizeRatio * room / totalRatio + Metrics::kSeparatorLines;
     return static_cast<int>(std::clamp<int64_t>(share, minimum, std::max<int64_t>(minimum, kMaximumBand)));
 }
 

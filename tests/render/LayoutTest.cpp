@@ -97,6 +97,26 @@ TEST(BandLayout, SurvivesAbsurdRatios) {
     }
 }
 
+// Ratios that double the missing room with every band, up to the largest band, and then meet it with the
+// smallest number divided by minus one.
+TEST(BandLayout, SurvivesRoomMissingBeyondAllNumbers) {
+    std::vector<int> ratios{2};
+    for (int i = 0; i < 4200; ++i)
+        ratios.insert(ratios.end(), {1, -1});
+    ratios.insert(ratios.end(), {INT32_MIN, INT32_MAX});
+    GraphWithData data;
+    for (const int ratio : ratios) {
+        CGraphDataGroup& group = data.AddGroup(QStringLiteral("g"));
+        group.m_nSizeRatio = ratio;
+        data.AddSignal(group, 1, kSignal);
+    }
+    LayoutBands(data.graph.GetData(), {0, 0, 300, 400});
+    const auto& groups = data.graph.GetData().GetGroups();
+    EXPECT_EQ(groups[8399]->m_nHeight, 1 << 20) << "or no room is missing";
+    EXPECT_EQ(groups[groups.size() - 2]->m_nHeight, 12);
+    EXPECT_EQ(groups.back()->m_nHeight, 12);
+}
+
 TEST(ConsoleLayout, CountsLinesAndMeasuresTheWidestTexts) {
     GraphWithData data;
     data.AddIndex();
