@@ -94,6 +94,14 @@ bool IsHuge(std::string_view number, bool hex) {
     return power + place * (hex ? 4 : 1) > 0;
 }
 
+// A hexadecimal number without an exponent of two signs: from_chars would take "p+-1" as one.
+std::string_view WithoutExponentOfTwoSigns(std::string_view number) {
+    const std::size_t exponentAt = number.find_first_of("pP");
+    const bool hasTwoSigns =
+        exponentAt != std::string_view::npos && number.substr(exponentAt + 1).starts_with("+-");
+    return hasTwoSigns ? number.substr(0, exponentAt) : number;
+}
+
 Reading<double> ReadFloat(std::string_view text) {
     Cursor cursor(text);
     cursor.SkipSpace();
@@ -103,8 +111,11 @@ Reading<double> ReadFloat(std::string_view text) {
 
     const bool hex = cursor.AtHexPrefix() &&
                      (IsHexDigit(cursor.Peek(2)) || (cursor.Peek(2) == '.' && IsHexDigit(cursor.Peek(3))));
-    if (hex)
+    if (hex) {
         cursor.at += 2;
+        const auto left = static_cast<std::size_t>(cursor.end - cursor.at);
+        cursor = Cursor(WithoutExponentOfTwoSigns({cursor.at, left}));
+    }
 
     double value = 0;
     const auto [end, error] = std::from_chars(cursor.at, cursor.end, value,
