@@ -64,7 +64,7 @@ void CPixelPainter::Flush() {
     if (m_nRuns == 0)
         return;
     m_Painter.setBrush(m_Pen);
-    FillRuns(m_Painter, std::span(m_Runs).first(m_nRuns));
+    m_Fill.Fill(m_Painter, std::span(m_Runs).first(m_nRuns));
     m_nRuns = 0;
 }
 

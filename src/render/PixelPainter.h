@@ -64,4 +64,5 @@ private:
     PixelRect m_ClipBounds;
     std::array<QRect, kRunsAtOnce> m_Runs;
     size_t m_nRuns = 0;
+    CRunFill m_Fill;
 };

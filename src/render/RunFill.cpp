@@ -4,15 +4,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <limits>
+#include <numeric>
 
 namespace {
 
 // Rows of a large picture that are near at hand for a processor; a column goes through one of them at a time.
-constexpr int kStrip = 256;
-// Fewer common rows are not worth a rectangle of their own.
-constexpr int kFewestCommonRows = 16;
+constexpr int kStrip = 1024;
+// Columns side by side that are filled together: a row of eight pixels costs as much as one of one.
+constexpr size_t kColumnsTogether = 8;
+// Columns that are lower on average are not worth cutting into rows.
+constexpr int kFewestRows = 64;
 // As few runs as a cursor step draws are filled as they come.
 constexpr size_t kFewestToSort = 32;
 
@@ -20,66 +22,81 @@ int Bottom(const QRect& rect) {
     return rect.y() + rect.height();
 }
 
-QRect Rows(int x, int width, int top, int bottom) {
-    return {x, top, width, bottom - top};
+// The first runs, as far as they are columns side by side from left to right; at least one run.
+std::span<const QRect> FirstNeighbours(std::span<const QRect> runs) {
+    const size_t most = std::min(runs.size(), kColumnsTogether);
+    size_t count = 1;
+    while (count < most && runs[count].width() == 1 && runs[count].x() == runs[count - 1].x() + 1)
+        ++count;
+    return runs.first(runs[0].width() == 1 ? count : 1);
 }
 
-// Rectangles of one bundle: two runs become at most five.
-struct Pieces {
-    std::array<QRect, kRunsAtOnce * 5 / 2> rects;
-    size_t count = 0;
-    int top = std::numeric_limits<int>::max();
-    int bottom = std::numeric_limits<int>::min();
-
-    void Add(const QRect& rect) {
-        if (rect.height() <= 0)
-            return;
-        rects[count++] = rect;
-        top = std::min(top, rect.y());
-        bottom = std::max(bottom, Bottom(rect));
-    }
-
-    // A row of two pixels costs as much as one of one: what neighbouring columns have in common is taken
-    // together. False when that is little.
-    bool AddPair(const QRect& a, const QRect& b) {
-        const int commonTop = std::max(a.y(), b.y());
-        const int commonBottom = std::min(Bottom(a), Bottom(b));
-        if (a.width() != 1 || b.width() != 1 || std::abs(a.x() - b.x()) != 1 ||
-            commonBottom - commonTop < kFewestCommonRows)
-            return false;
-        Add(Rows(std::min(a.x(), b.x()), 2, commonTop, commonBottom));
-        for (const QRect& rect : {a, b}) {
-            Add(Rows(rect.x(), 1, rect.y(), commonTop));
-            Add(Rows(rect.x(), 1, commonBottom, Bottom(rect)));
-        }
-        return true;
-    }
-};
+bool AreHigh(std::span<const QRect> columns) {
+    const int rows = std::accumulate(columns.begin(), columns.end(), 0,
+                                     [](int sum, const QRect& column) { return sum + column.height(); });
+    return rows >= kFewestRows * static_cast<int>(columns.size());
+}
 
 } // namespace
 
-void FillRuns(QPainter& painter, std::span<const QRect> runs) {
+void CRunFill::Fill(QPainter& painter, std::span<const QRect> runs) {
     painter.setPen(Qt::NoPen);
     if (runs.size() < kFewestToSort) {
         painter.drawRects(runs.data(), static_cast<int>(runs.size()));
         return;
     }
-    Pieces pieces;
+    m_Pieces.clear();
+    int top = std::numeric_limits<int>::max();
+    int bottom = std::numeric_limits<int>::min();
+    for (const QRect& run : runs) {
+        top = std::min(top, run.y());
+        bottom = std::max(bottom, Bottom(run));
+    }
     while (!runs.empty()) {
-        const bool isPair = runs.size() > 1 && pieces.AddPair(runs[0], runs[1]);
-        if (!isPair)
-            pieces.Add(runs[0]);
-        runs = runs.subspan(isPair ? 2 : 1);
+        const auto columns = FirstNeighbours(runs);
+        if (columns.size() > 1 && AreHigh(columns))
+            AddPieces(columns);
+        else
+            m_Pieces.insert(m_Pieces.end(), columns.begin(), columns.end());
+        runs = runs.subspan(columns.size());
     }
-    std::array<QRect, pieces.rects.size()> part;
-    for (int top = pieces.top; top < pieces.bottom; top += kStrip) {
-        size_t count = 0;
-        for (const QRect& rect : std::span(pieces.rects).first(pieces.count)) {
-            const QRect seen =
-                Rows(rect.x(), rect.width(), std::max(rect.y(), top), std::min(Bottom(rect), top + kStrip));
-            if (seen.height() > 0)
-                part[count++] = seen;
-        }
-        painter.drawRects(part.data(), static_cast<int>(count));
+    for (; top < bottom; top += kStrip)
+        FillStrip(painter, top);
+}
+
+// Cuts the columns at all their ends: between two of those every column is there as a whole or not at all.
+void CRunFill::AddPieces(std::span<const QRect> columns) {
+    std::array<int, 2 * kColumnsTogether> ends;
+    size_t count = 0;
+    for (const QRect& column : columns) {
+        ends[count++] = column.y();
+        ends[count++] = Bottom(column);
     }
+    const auto sorted = std::span(ends).first(count);
+    std::ranges::sort(sorted);
+    for (size_t i = 1; i < count; ++i)
+        AddRows(columns, sorted[i - 1], sorted[i]);
+}
+
+void CRunFill::AddRows(std::span<const QRect> columns, int top, int bottom) {
+    if (top == bottom)
+        return;
+    const auto isThere = [=](const QRect& column) { return column.y() <= top && bottom <= Bottom(column); };
+    auto from = std::ranges::find_if(columns, isThere);
+    while (from != columns.end()) {
+        const auto to = std::find_if_not(from, columns.end(), isThere);
+        m_Pieces.emplace_back(from->x(), top, static_cast<int>(to - from), bottom - top);
+        from = std::find_if(to, columns.end(), isThere);
+    }
+}
+
+void CRunFill::FillStrip(QPainter& painter, int top) {
+    m_Strip.clear();
+    for (const QRect& piece : m_Pieces) {
+        const int from = std::max(piece.y(), top);
+        const int to = std::min(Bottom(piece), top + kStrip);
+        if (from < to)
+            m_Strip.emplace_back(piece.x(), from, piece.width(), to - from);
+    }
+    painter.drawRects(m_Strip.data(), static_cast<int>(m_Strip.size()));
 }

@@ -1,4 +1,4 @@
-// Whatever FillRuns makes of the runs, their pixels and no others are filled.
+// Whatever CRunFill makes of the runs, their pixels and no others are filled.
 #include "RunFill.h"
 
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ TEST(RunFill, FillsEachPixelOfTheRunsAndNoOther) {
                 for (const QRect& run : runs)
                     painter.fillRect(run, Qt::green);
             });
-            const QImage filled = Picture([&](QPainter& painter) { FillRuns(painter, runs); });
+            const QImage filled = Picture([&](QPainter& painter) { CRunFill().Fill(painter, runs); });
             EXPECT_EQ(filled, expected) << count << " runs up to " << tallest;
         }
     }
