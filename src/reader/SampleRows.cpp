@@ -103,16 +103,23 @@ const char* ReadInto(std::monostate /*dropped*/, size_t /*row*/, const char* at)
 }
 
 template <class T>
-void ParseInto(std::span<T> column, size_t row, std::string_view field) {
+void Put(std::span<T> column, size_t row, const FieldNumbers& numbers) {
     if constexpr (std::is_floating_point_v<T>)
-        column[row] = support::ParseFloatField(field);
+        column[row] = numbers.asFloat;
     else
-        column[row] = static_cast<T>(support::ParseIntegerField(field));
+        column[row] = static_cast<T>(numbers.asInteger);
 }
 
-void ParseInto(std::monostate /*dropped*/, size_t /*row*/, std::string_view /*field*/) {}
+void Put(std::monostate /*dropped*/, size_t /*row*/, const FieldNumbers& /*numbers*/) {}
 
 } // namespace
+
+CRowConverter::CRowConverter(std::span<const SampleColumn> columns) : m_Columns(columns) {
+    for (size_t column = 0; column < columns.size(); ++column) {
+        if (!std::holds_alternative<std::monostate>(columns[column]))
+            m_Stored.push_back(column);
+    }
+}
 
 bool CRowConverter::Convert(std::string_view rows, size_t row, size_t count) {
     const char* at = rows.data();
@@ -144,20 +151,21 @@ const char* CRowConverter::ConvertRow(const char* const begin, size_t row) {
     return at + 1;
 }
 
-// Fills the columns that the row's own fields did not reach.
+// Fills the columns that the row's own fields did not reach. Each field becomes a number just once, however
+// many columns take it.
 void CRowConverter::StartOver(std::string_view text, size_t row) {
     m_Fields.clear();
     for (size_t from = 0;;) {
         const size_t comma = text.find(',', from);
-        m_Fields.push_back(text.substr(from, std::min(comma - from, support::limits::kField)));
+        const std::string_view field = text.substr(from, std::min(comma - from, support::limits::kField));
+        m_Fields.push_back({support::ParseFloatField(field), support::ParseIntegerField(field)});
         if (comma == std::string_view::npos)
             break;
         from = comma + 1;
     }
     const size_t fields = m_Fields.size();
-    for (size_t column = fields; column < m_Columns.size(); ++column)
-        std::visit([&](auto samples) { ParseInto(samples, row, m_Fields[column % fields]); },
-                   m_Columns[column]);
+    for (auto column = std::ranges::lower_bound(m_Stored, fields); column != m_Stored.end(); ++column)
+        std::visit([&](auto samples) { Put(samples, row, m_Fields[*column % fields]); }, m_Columns[*column]);
 }
 
 } // namespace Tracelyn

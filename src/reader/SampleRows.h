@@ -15,11 +15,17 @@ using SampleColumn =
     std::variant<std::monostate, std::span<float>, std::span<int8_t>, std::span<uint8_t>, std::span<int16_t>,
                  std::span<uint16_t>, std::span<int32_t>, std::span<uint32_t>>;
 
+// What a field is as a number of either kind.
+struct FieldNumbers {
+    float asFloat;
+    int32_t asInteger;
+};
+
 // One for each thread: threads convert different rows into the same columns.
 class CRowConverter {
 public:
     // Borrows the columns; there is at least one.
-    explicit CRowConverter(std::span<const SampleColumn> columns) : m_Columns(columns) {}
+    explicit CRowConverter(std::span<const SampleColumn> columns);
 
     // Each row ends with a line feed, the last one too. `row` is the number of the first, counted from 0.
     // Fields are read as support::ParseFloatField and ParseIntegerField read them, integers then cut to the
@@ -32,7 +38,8 @@ private:
     void StartOver(std::string_view text, size_t row);
 
     std::span<const SampleColumn> m_Columns;
-    std::vector<std::string_view> m_Fields;
+    std::vector<size_t> m_Stored; // numbers of the columns that are not dropped
+    std::vector<FieldNumbers> m_Fields;
 };
 
 } // namespace Tracelyn
