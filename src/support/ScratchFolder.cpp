@@ -30,8 +30,11 @@ ScratchFolder::ScratchFolder() {
     for (int i = 0; parent && !m_pLock && i < kTries; ++i) {
         m_strPath = *parent + kPrefix + QString::number(QRandomGenerator::system()->generate64(), 16) +
                     QDir::separator();
-        if (QDir().mkdir(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
-            m_pLock = FolderLock::Take(m_strPath);
+        if (!QDir().mkdir(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+            continue;
+        m_pLock = FolderLock::Take(m_strPath);
+        if (!m_pLock)
+            QDir().rmdir(m_strPath);
     }
 }
 

@@ -11,6 +11,7 @@
 #ifndef _WIN32
 
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -33,6 +34,10 @@ protected:
     static bool Write(const QString& path) {
         QFile file(path);
         return file.open(QIODevice::WriteOnly) && file.write("text") == 4;
+    }
+    static void LimitOpenFiles(rlim_t count) {
+        const rlimit limit = {count, count};
+        ::setrlimit(RLIMIT_NOFILE, &limit);
     }
     // A process that is killed while its folder holds a file in a folder, and a link.
     static void LeaveOneBehind(const QString& linked) {
@@ -62,6 +67,14 @@ TEST_F(Scratch, IsTheOwnersAloneAndGoesWithItsObject) {
         EXPECT_EQ(status.st_mode & 0777U, 0700U);
         EXPECT_TRUE(QDir(one.GetPath()).mkpath("a/b") && Write(one.GetPath() + "a/b/file"));
     }
+    EXPECT_EQ(Entries(), QStringList());
+    // No file can be opened, so none can be locked.
+    EXPECT_EXIT(
+        {
+            LimitOpenFiles(3);
+            std::_Exit(ScratchFolder().IsValid() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
     EXPECT_EQ(Entries(), QStringList());
     qputenv("TMPDIR", "/nowhere");
     EXPECT_FALSE(ScratchFolder().IsValid());
