@@ -60,6 +60,10 @@ ExitCode ReportResults(const Analysis& analysis) {
     return analysis.results.empty() ? ExitCode::Success : ExitCode::ReadWithProblems;
 }
 
+bool IsNothingRead(const Analysis& analysis, const CGraphData& data) {
+    return !analysis.results.empty() && data.GetGroups().empty();
+}
+
 ExitCode WrongUsage(const QString& error) {
     std::fprintf(stderr, "tracelyn-cli: %s\n%s", error.toUtf8().constData(),
                  UsageText().toUtf8().constData());
@@ -85,6 +89,10 @@ ExitCode RunCsv(const Options& options) {
     const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
     if (!analysis)
         return Fail(error);
+    if (IsNothingRead(*analysis, data)) {
+        ReportResults(*analysis);
+        return ExitCode::Failed;
+    }
     support::OutputFile output(options.output);
     if (!output.IsOpen())
         return FailToWrite(options.output, output.ErrorText());

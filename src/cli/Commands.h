@@ -15,4 +15,6 @@ ExitCode RunExpand(const Options& options);
 void PrintError(const QString& text);
 // Prints every result of the reader; says whether there was one.
 ExitCode ReportResults(const Analysis& analysis);
+// There are problems and no group: a file made of it would say nothing, and replace one that may say more.
+bool IsNothingRead(const Analysis& analysis, const CGraphData& data);
 ExitCode WrongUsage(const QString& error);

@@ -50,6 +50,10 @@ ExitCode RunRender(const Options& options) {
         PrintError(error);
         return ExitCode::Failed;
     }
+    if (IsNothingRead(*analysis, graph.GetData())) {
+        ReportResults(*analysis);
+        return ExitCode::Failed;
+    }
     COffscreenWindow window(options.size);
     if (window.GetImage().isNull()) {
         PrintError(QStringLiteral("Not enough memory for the picture"));

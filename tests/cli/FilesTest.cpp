@@ -12,6 +12,17 @@ TEST_F(Cli, CsvWritesScaledValuesAlsoOverAnExistingFile) {
               "5.0,6.500,0,0.000000,0,5,1,nan\r\n");
 }
 
+TEST_F(Cli, WritesNothingWhenNothingCouldBeRead) {
+    const QString broken = Write("broken.xml", "<Analysis><DataDefinition>");
+    const QString existing = Write("out", "as it was");
+    for (const char* command : {"csv", "render"}) {
+        const Outcome outcome = Run({command, broken, existing});
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_EQ(outcome.err.find("ERROR: Xml Parse error: "), 0U) << outcome.err;
+        EXPECT_EQ(Read(existing), "as it was");
+    }
+}
+
 TEST_F(Cli, PackAndExpandGiveTheDocumentBack) {
     const QString packed = Path("packed.PAF");
     const QString expanded = Path("expanded.Xml");
