@@ -7,6 +7,7 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QFile>
+#include <QFileInfo>
 #include <QIODevice>
 #include <QSaveFile>
 #include <QtEndian>
@@ -196,10 +197,10 @@ bool CZip::PackFiles(QIODevice& archive) {
 // The header is written twice: to make room, and when everything it says is known.
 bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
     QFile source(file.path.isEmpty() ? m_strBaseFolder + file.folder + file.name : file.path);
-    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!QFileInfo(source).isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return !file.required;
     const qint64 offset = archive.pos();
-    if (source.isSequential() || static_cast<uint64_t>(offset) > kLargest)
+    if (static_cast<uint64_t>(offset) > kLargest)
         return false;
     const QByteArray name = StoredName(file).value_or(QByteArray());
     const auto writeHeader = [&](const DeflatedContents& contents) {
@@ -245,7 +246,8 @@ bool CZip::WriteDirectory(QIODevice& archive) const {
 bool CZip::Expand(const QString& targetFolder, const QString& entryName,
                   const support::Progress& progress) const {
     QFile archive(m_strArchivePath);
-    if (!archive.open(QIODevice::ReadOnly))
+    // To open a pipe would wait for somebody who writes into it.
+    if (!QFileInfo(archive).isFile() || !archive.open(QIODevice::ReadOnly))
         return false;
     FilesBegun files;
     for (;;) {

@@ -1,11 +1,14 @@
 #include "SharedFile.h"
 
+#include <QFileInfo>
+
 namespace support {
 
 std::shared_ptr<CSharedFile> CSharedFile::Open(const QString& path) {
     std::shared_ptr<CSharedFile> shared(new CSharedFile);
     shared->m_File.setFileName(path);
-    if (!shared->m_File.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || shared->m_File.isSequential())
+    // To open a pipe would wait for somebody who writes into it.
+    if (!QFileInfo(path).isFile() || !shared->m_File.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return nullptr;
     shared->m_nSize = shared->m_File.size();
     return shared;

@@ -13,7 +13,7 @@ namespace support {
 
 class CSharedFile {
 public:
-    // Null when the file cannot be opened or has no size, as a pipe.
+    // Null when the file cannot be opened or is none, as a pipe.
     static std::shared_ptr<CSharedFile> Open(const QString& path);
 
     CSharedFile(const CSharedFile&) = delete;

@@ -32,6 +32,9 @@ QString ErrorText(const QString& source, long line, const QString& reason) {
 
 XmlParseResult ParseFile(const QString& fileName, const support::Progress& progress) {
     QFile file(fileName);
+    // To open a pipe would wait for somebody who writes into it.
+    if (const QFileInfo info(fileName); !info.isFile() && !info.isDir())
+        return {.document = nullptr, .line = 0, .reason = QStringLiteral("This is no file")};
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {.document = nullptr, .line = 0, .reason = file.errorString()};
     return ParseXml(file, {.progress = progress});

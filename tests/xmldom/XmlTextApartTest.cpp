@@ -5,6 +5,10 @@
 #include <QRegularExpression>
 #include <QStringEncoder>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 QByteArray Declared(const char* encoding, const QByteArray& text) {
@@ -90,4 +94,12 @@ TEST(XmlTextApart, ErrorsAreThoseOfTheWholeDocument) {
     QString error;
     EXPECT_FALSE(CXmlDomDocument().LoadWithTextApart("/no/such/file", "Data", error));
     EXPECT_EQ(error, "File does not exist");
+#ifndef _WIN32
+    const XmlFile removed("");
+    const QByteArray pipe = removed.Path().toUtf8() + ".pipe";
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    EXPECT_FALSE(CXmlDomDocument().LoadWithTextApart(pipe, "Data", error)) << "but waits for nobody";
+    EXPECT_EQ(error, pipe + " (0): This is no file (Error)\n");
+    QFile::remove(pipe);
+#endif
 }
