@@ -7,6 +7,8 @@
 #include "SampleText.h"
 #include "XmlVariable.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -50,6 +52,13 @@ private:
     size_t m_nSize = 0;
 };
 
+std::string_view FirstRows(std::string_view text, int64_t rows) {
+    size_t end = 0;
+    for (int64_t row = 0; row < rows; ++row)
+        end = text.find('\n', end) + 1;
+    return text.substr(0, end);
+}
+
 class CBlockReader {
 public:
     explicit CBlockReader(const CSampleText& text) : m_Text(text) {
@@ -83,6 +92,15 @@ public:
         return rows;
     }
 
+    // Leaves the rows from that one on out of what is converted.
+    void KeepRows(int64_t rows) {
+        while (m_Pieces.back().row >= rows && m_Pieces.size() > 1)
+            m_Pieces.pop_back();
+        Piece& last = m_Pieces.back();
+        m_bCut = last.row + last.rows > rows;
+        last.rows = std::min(last.rows, rows - last.row);
+    }
+
     // Returns how many rows were converted: fewer than were counted when the text cannot be read or is not
     // what it was. The rows behind them are undefined.
     int64_t Convert(std::span<const SampleColumn> columns, const support::Progress& progress) {
@@ -96,6 +114,8 @@ public:
             std::string_view text = buffer.Text();
             if (piece.from != 0)
                 text = text.substr(text.find('\n') + 1);
+            if (m_bCut && &piece == &m_Pieces.back())
+                text = FirstRows(text, piece.rows);
             return converters[static_cast<size_t>(worker)].Convert(text, static_cast<size_t>(piece.row),
                                                                    static_cast<size_t>(piece.rows));
         };
@@ -141,15 +161,22 @@ private:
 
     const CSampleText& m_Text;
     std::vector<Piece> m_Pieces;
+    bool m_bCut = false;               // the last piece has more rows than it counts
     std::vector<CPieceText> m_Buffers; // one for each thread
 };
 
-bool AreTooMany(int64_t rows, const CSampleText& text, std::span<TypedDataBase* const> variables) {
-    const auto stored = static_cast<int64_t>(std::ranges::count_if(variables, &TypedDataBase::HasStore));
-    const int64_t samples = stored * rows;
-    return rows > std::numeric_limits<int>::max() ||
-           samples - support::limits::kSamplesOfAnyFile >
-               text.GetSize() / support::limits::kCharactersPerSample;
+// How many of the rows are read.
+int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, std::span<TypedDataBase* const> variables) {
+    int64_t columns = 0;
+    int64_t sets = 1; // the index
+    for (const TypedDataBase* const variable : variables) {
+        columns += variable->HasStore() ? 1 : 0;
+        sets += variable->CountSets();
+    }
+    const int64_t samples =
+        support::limits::kSamplesOfAnyFile + text.GetSize() / support::limits::kCharactersPerSample;
+    const int64_t values = std::max(samples, support::limits::kValuesOfAnyFile);
+    return std::min({rows, samples / columns, values / sets, int64_t{std::numeric_limits<int>::max()}});
 }
 
 } // namespace
@@ -165,26 +192,37 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
     constexpr double Converted = 0.95;
     const QString unreadable = QStringLiteral("The sample rows cannot be read to their end");
     CBlockReader block(text);
-    const std::optional<int64_t> rows = block.CountRows(support::StepOf(progress, 0, Counted));
-    if (!rows)
+    const std::optional<int64_t> allRows = block.CountRows(support::StepOf(progress, 0, Counted));
+    if (!allRows)
         return unreadable;
-    if (AreTooMany(*rows, text, variables))
-        return QStringLiteral("There are too many sample rows (%1)").arg(*rows);
+    const int64_t rows = RowsWithinLimits(*allRows, text, variables);
+    block.KeepRows(rows);
 
-    std::vector<SampleColumn> columns;
-    for (TypedDataBase* const variable : variables)
-        columns.push_back(variable->Append(static_cast<int>(*rows)));
-    const int64_t converted = block.Convert(columns, support::StepOf(progress, Counted, Converted));
-    const auto missing = static_cast<int>(*rows - converted);
+    int64_t converted = 0;
+    {
+        std::vector<SampleColumn> columns;
+        columns.reserve(variables.size());
+        // Also when memory runs out on the way: what was appended and not written is no sample.
+        const auto takeBack = qScopeGuard([&] {
+            for (TypedDataBase* const variable : variables.first(columns.size()))
+                variable->RemoveLast(static_cast<int>(rows - converted));
+        });
+        for (TypedDataBase* const variable : variables)
+            columns.push_back(variable->Append(static_cast<int>(rows)));
+        converted = block.Convert(columns, support::StepOf(progress, Counted, Converted));
+    }
     support::ForEachParallel(
         static_cast<int64_t>(variables.size()),
         [&](int /*worker*/, int64_t item) {
-            variables[static_cast<size_t>(item)]->RemoveLast(missing);
             variables[static_cast<size_t>(item)]->BuildIndex();
             return true;
         },
         support::StepOf(progress, Converted, 1));
-    return missing == 0 ? std::nullopt : std::optional(unreadable);
+    if (converted < rows)
+        return unreadable;
+    if (rows < *allRows)
+        return QStringLiteral("Only the first %1 of %2 sample rows are shown").arg(rows).arg(*allRows);
+    return std::nullopt;
 }
 
 } // namespace Tracelyn

@@ -24,6 +24,9 @@ inline constexpr int64_t kNamespaceBytesPerByte = 4;
 // each; a recording has hundreds.
 inline constexpr int64_t kNodes = 2'000'000;
 
+// Bytes of a file whose rows are looked for before it is parsed: some memory goes to each 256 KB of it.
+inline constexpr int64_t kTextApart = int64_t{1} << 38;
+
 // The model. A window shows some dozens; a hundred thousand would take seconds for every frame.
 inline constexpr size_t kVariables = 10'000;
 inline constexpr size_t kGroups = 10'000;
@@ -37,6 +40,9 @@ inline constexpr size_t kResults = 1000;
 // shorter than the list of variables, could ask for a multiple of their text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kCharactersPerSample = 2;
+// Values are the index and the samples of all lines, as a table has them; many lines may show one variable. So
+// many, or as many as samples are allowed where that is more.
+inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those

@@ -1,5 +1,6 @@
 #include "XmlPlainText.h"
 
+#include "Limits.h"
 #include "LineFeeds.h"
 #include "Parallel.h"
 #include "SharedFile.h"
@@ -96,6 +97,8 @@ std::optional<int64_t> FindTextStart(CSharedFile& file, std::string_view tagName
     CWindow window(file, kLongestTag);
     for (int64_t from = 0; from < file.GetSize(); from += kWindow) {
         const std::string_view text = window.Read(from);
+        if (text.find('\0') != std::string_view::npos)
+            return std::nullopt;
         for (size_t at = text.find(opening); at < kWindow; at = text.find(opening, at + 1)) {
             if (const auto length = TagLength(text.substr(at, kLongestTag), opening))
                 return from + static_cast<int64_t>(at + *length);
@@ -162,6 +165,8 @@ private:
 
 std::optional<XmlTextRange> FindPlainText(CSharedFile& file, std::string_view tagName,
                                           const support::Progress& progress) {
+    if (file.GetSize() > support::limits::kTextApart)
+        return std::nullopt;
     const std::optional<int64_t> from = FindTextStart(file, tagName);
     if (!from)
         return std::nullopt;

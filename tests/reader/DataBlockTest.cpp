@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -47,7 +46,8 @@ TEST(DataBlock, HandsTheFieldsOfEveryRowToTheVariablesInTheirOrder) {
           Case{"sss", "1,2", "1|2|1"}, Case{"sssss", "1,2\n3", "1 3|2 3|1 3|2 3|1 3"},
           Case{"sss", "1,", "1|0|1"},
           // columns that nobody shows are counted but not kept
-          Case{"s-s", "1,2,3\n4,5,6", "1 4||3 6"}, Case{"-s-", "1\n2", "|1 2|"}, Case{"--", "1,2", "|"},
+          Case{"s-s", "1,2,3\n4,5,6", "1 4||3 6"}, Case{"-s--s-s", "1,2\n7", "|2 7|||1 7||1 7"},
+          Case{"-s-", "1\n2", "|1 2|"}, Case{"--", "1,2", "|"},
           // which lines are rows
           Case{"s", "\n\n", "0"}, Case{"s", "\n1\n\n\n", "0 1"}, Case{"ss", "1,2\n\n3,4", "1 0 3|2 0 4"},
           Case{"ss", "1,2\r\n3,4\r\n", "1 3|2 4"}, Case{"ss", "1,\r2\n,\r\n\r3,\r", "1 0 3|2 0 0"}})
@@ -106,21 +106,29 @@ TEST(DataBlock, KeepsWhatCouldBeReadBeforeTheFileWasGone) {
     }
 }
 
-TEST(DataBlock, RefusesMoreRowsThanItCanNumber) {
-    class CEmptyRows : public CSampleText {
-    public:
-        int64_t GetSize() const override { return (int64_t{1} << 31) + 7; }
-        bool Read(int64_t /*at*/, std::span<char> text) const override {
-            std::memset(text.data(), '\n', text.size());
-            return true;
+// Rows that start over, and lines that show the same variable, ask for far more than their text.
+TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
+    using Case = std::tuple<size_t, int, int>; // columns, lines for each, rows that are read
+    for (const auto& [columns, lines, expected] :
+         {Case{200, 1, (16'777'216 + 300'000) / 200}, Case{1, 300, 67'108'864 / 301}}) {
+        std::string text;
+        for (int row = 0; row < 300'000; ++row)
+            text += {static_cast<char>('0' + row % 10), '\n'};
+        const CXmlReader owner;
+        CGraphData data;
+        std::vector<TypedDataBase*> variables;
+        for (size_t i = 0; i < columns; ++i) {
+            variables.push_back(CreateVariable("UByte", data));
+            for (int line = 0; line < lines; ++line)
+                variables.back()->CreateSet();
         }
-    };
-    const CXmlReader owner;
-    CGraphData data;
-    TypedDataBase* const variable = CreateVariable("UByte", data);
-    const CGraphDataSet& set = variable->CreateSet();
-    EXPECT_EQ(ReadDataBlock(CEmptyRows(), {&variable, 1}), "There are too many sample rows (2147483656)");
-    EXPECT_EQ(set.GetCount(), 0);
+        EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables),
+                  QStringLiteral("Only the first %1 of 300000 sample rows are shown").arg(expected));
+        for (const CGraphDataSet* set : {data.GetSets().front().get(), data.GetSets().back().get()}) {
+            EXPECT_EQ(set->GetCount(), expected);
+            EXPECT_EQ(set->GetValue(expected - 1, -1), (expected - 1) % 10);
+        }
+    }
 }
 
 TEST(DataBlock, CutsAFieldWhereNoNumberIsThatLong) {
