@@ -1,5 +1,6 @@
 #include "DataBlock.h"
 
+#include "FixedText.h"
 #include "Limits.h"
 #include "LineFeeds.h"
 #include "Parallel.h"
@@ -165,18 +166,25 @@ private:
     std::vector<CPieceText> m_Buffers; // one for each thread
 };
 
+int64_t CountValues(const TypedDataBase& variable) {
+    const auto& units = variable.GetUnits();
+    const bool isSlow = !units.empty() && units.front().precision > support::MaxFastDecimals;
+    return int64_t{variable.CountSets()} * (isSlow ? support::limits::kValueOfManyDecimals : 1);
+}
+
 // How many of the rows are read.
 int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, std::span<TypedDataBase* const> variables) {
     int64_t columns = 0;
-    int64_t sets = 1; // the index
+    int64_t valuesOfRow = 1; // the index
     for (const TypedDataBase* const variable : variables) {
         columns += variable->HasStore() ? 1 : 0;
-        sets += variable->CountSets();
+        valuesOfRow += CountValues(*variable);
     }
     const int64_t samples =
         support::limits::kSamplesOfAnyFile + text.GetSize() / support::limits::kCharactersPerSample;
     const int64_t values = std::max(samples, support::limits::kValuesOfAnyFile);
-    return std::min({rows, samples / columns, values / sets, int64_t{std::numeric_limits<int>::max()}});
+    return std::min(
+        {rows, samples / columns, values / valuesOfRow, int64_t{std::numeric_limits<int>::max()}});
 }
 
 } // namespace

@@ -15,13 +15,12 @@ namespace support {
 
 namespace {
 
-constexpr std::array<uint64_t, 12> kPowersOfTen = [] {
-    std::array<uint64_t, 12> powers{1};
+constexpr std::array<uint64_t, MaxFastDecimals + 1> kPowersOfTen = [] {
+    std::array<uint64_t, MaxFastDecimals + 1> powers{1};
     for (size_t i = 1; i < powers.size(); ++i)
         powers[i] = 10 * powers[i - 1];
     return powers;
 }();
-constexpr int kExactDecimals = kPowersOfTen.size() - 1;
 
 // "00" to "99".
 constexpr std::array<char, 200> kPairs = [] {
@@ -34,7 +33,7 @@ constexpr std::array<char, 200> kPairs = [] {
 }();
 
 // A sign, ten digits, a point, the decimals.
-constexpr size_t kExactCapacity = 1 + 10 + 1 + kExactDecimals;
+constexpr size_t kExactCapacity = 1 + 10 + 1 + MaxFastDecimals;
 
 // The digits of `value`, as many as `count`, before `end`.
 void WriteDigits(char* end, uint64_t value, int count) {
@@ -96,7 +95,7 @@ std::optional<Rounded> RoundExactly(uint32_t magnitude, int decimals) {
 std::string_view FormatFixed(std::span<char> buffer, float value, int precision) {
     const int decimals = precision < 0 ? 6 : std::min(precision, MaxFixedDecimals);
     char* const begin = buffer.data();
-    if (decimals <= kExactDecimals && buffer.size() >= kExactCapacity) {
+    if (decimals <= MaxFastDecimals && buffer.size() >= kExactCapacity) {
         const auto bits = std::bit_cast<uint32_t>(value);
         if (const std::optional<Rounded> rounded = RoundExactly(bits & 0x7FFF'FFFFU, decimals)) {
             char* at = begin;

@@ -10,6 +10,8 @@
 namespace support {
 
 inline constexpr int MaxFixedDecimals = limits::kDecimals;
+// More decimals take three times as long.
+inline constexpr int MaxFastDecimals = 11;
 
 // Enough for any value: sign, 39 digits, point, decimals.
 inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;

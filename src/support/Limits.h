@@ -41,8 +41,9 @@ inline constexpr size_t kResults = 1000;
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kCharactersPerSample = 2;
 // Values are the index and the samples of all lines, as a table has them; many lines may show one variable. So
-// many, or as many as samples are allowed where that is more.
+// many, or as many as samples are allowed where that is more; one of many decimals counts for so many.
 inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
+inline constexpr int kValueOfManyDecimals = 3;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those

@@ -108,9 +108,11 @@ TEST(DataBlock, KeepsWhatCouldBeReadBeforeTheFileWasGone) {
 
 // Rows that start over, and lines that show the same variable, ask for far more than their text.
 TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
-    using Case = std::tuple<size_t, int, int>; // columns, lines for each, rows that are read
-    for (const auto& [columns, lines, expected] :
-         {Case{200, 1, (16'777'216 + 300'000) / 200}, Case{1, 300, 67'108'864 / 301}}) {
+    using Case =
+        std::tuple<size_t, int, int, int>; // columns, lines and decimals for each, rows that are read
+    for (const auto& [columns, lines, decimals, expected] :
+         {Case{200, 1, 3, (16'777'216 + 300'000) / 200}, Case{1, 300, 11, 67'108'864 / 301},
+          Case{1, 100, 12, 67'108'864 / 301}}) {
         std::string text;
         for (int row = 0; row < 300'000; ++row)
             text += {static_cast<char>('0' + row % 10), '\n'};
@@ -119,6 +121,7 @@ TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
         std::vector<TypedDataBase*> variables;
         for (size_t i = 0; i < columns; ++i) {
             variables.push_back(CreateVariable("UByte", data));
+            variables.back()->AddUnit({"u", 0, 1, decimals});
             for (int line = 0; line < lines; ++line)
                 variables.back()->CreateSet();
         }
