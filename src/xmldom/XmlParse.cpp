@@ -68,6 +68,11 @@ void RefuseUnparsedEntity(void* context, const xmlChar* /*name*/, const xmlChar*
     Refuse(context, "Entity declarations are not allowed");
 }
 
+// The library keeps these as nodes, even inside of attributes, and what stands behind one in a text is lost.
+void RefuseUndeclaredEntity(void* context, const xmlChar* /*name*/) {
+    Refuse(context, "Undeclared entities are not allowed");
+}
+
 // The tag is read up to its ">", which comes next.
 void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* prefix) {
     XmlTagWatch* const watch = StateOf(context).options.watch;
@@ -219,6 +224,7 @@ void InstallCallbacks(xmlParserCtxt& context, ParseState& state) {
     context._private = &state;
     context.sax->entityDecl = RefuseEntity;
     context.sax->unparsedEntityDecl = RefuseUnparsedEntity;
+    context.sax->reference = RefuseUndeclaredEntity;
     context.sax->attributeDecl = RefuseManyDefaults;
     context.sax->startElementNs = StartElement;
     context.sax->comment = AddComment;
