@@ -10,8 +10,11 @@ namespace support::limits {
 // Markup. The parser's own effort grows with the square of some of these.
 inline constexpr int kDepth = 256;       // elements inside each other; a recording has four
 inline constexpr int kAttributes = 1024; // of one element, each compared with the others
-inline constexpr int kNamespaces = 1024; // declared around one element, likewise
 inline constexpr int kDefaults = 16;     // declared attribute defaults, made anew for every element
+// Namespaces declared around one element, its own and its parents'. For every element and attribute with a
+// prefix the parser goes through all of them, and compares byte by byte.
+inline constexpr int kNamespaces = 16;
+inline constexpr int kPrefix = 32; // bytes
 inline constexpr int64_t kDtd =
     64 << 10; // bytes of a document type declaration, whose lists are compared, too
 

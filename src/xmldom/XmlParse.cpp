@@ -112,14 +112,19 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
                   int namespaceCount, const xmlChar** namespaces, int attributeCount, int defaultedCount,
                   const xmlChar** attributes) {
     ParseState& state = StateOf(context);
-    for (int i = 0; i < namespaceCount; ++i) // pairs of prefix and address
+    int longestPrefix = 0;
+    for (int i = 0; i < namespaceCount; ++i) { // pairs of prefix and address
+        longestPrefix = std::max(longestPrefix, xmlStrlen(namespaces[2 * i]));
         state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
+    }
 
     NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
     if (attributeCount > limits::kAttributes)
         Refuse(context, kTooManyAttributes);
     else if (state.context->nsNr / 2 > limits::kNamespaces)
         Refuse(context, kTooManyNamespaces);
+    else if (longestPrefix > limits::kPrefix)
+        Refuse(context, "A namespace prefix is too long");
     else if (state.context->nodeNr >= limits::kDepth)
         Refuse(context, "Elements are nested too deeply");
     else if (state.namespaceBytes >

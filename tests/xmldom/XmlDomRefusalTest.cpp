@@ -58,6 +58,10 @@ TEST(XmlDomRefusal, StopsBeforeMarkupBecomesExpensive) {
     };
     const auto written = [&](int count) { return "<r" + numbered(count, " a", "=''") + "/>"; };
     const auto namespaces = [&](int count) { return "<r" + numbered(count, " xmlns:n", "='u'") + "/>"; };
+    const auto nestedNamespaces = [](int count) {
+        return QByteArray("<a xmlns:n='u'>").repeated(count) + QByteArray("</a>").repeated(count);
+    };
+    const auto prefix = [](int length) { return "<r xmlns:" + QByteArray(length, 'p') + "='u'/>"; };
     const auto nested = [](int count) {
         return QByteArray("<a>").repeated(count) + QByteArray("</a>").repeated(count);
     };
@@ -70,11 +74,14 @@ TEST(XmlDomRefusal, StopsBeforeMarkupBecomesExpensive) {
     const auto list = [&](int count) {
         return typed("<!ATTLIST r a (b" + numbered(count, "|c", "") + ") #IMPLIED>");
     };
-    for (const QByteArray& sound : {written(1024), namespaces(1024), nested(256), defaults(16), list(5000)})
+    for (const QByteArray& sound : {written(1024), namespaces(16), nestedNamespaces(16), prefix(32),
+                                    nested(256), defaults(16), list(5000)})
         EXPECT_EQ(ErrorOf(sound), "") << sound.left(60).constData();
     for (const auto& [reason, documents] :
          {std::pair{"Too many attributes", std::vector{written(1025), written(1'000'000)}},
-          std::pair{"Too many namespaces", std::vector{namespaces(1025), namespaces(500'000)}},
+          std::pair{"Too many namespaces",
+                    std::vector{namespaces(17), namespaces(500'000), nestedNamespaces(17)}},
+          std::pair{"A namespace prefix is too long", std::vector{prefix(33), prefix(1'000'000)}},
           std::pair{"Elements are nested too deeply", std::vector{nested(257), nested(200'000)}},
           std::pair{"Too many attribute defaults", std::vector{defaults(17), defaults(2000)}},
           std::pair{"The document type declaration is too long",
