@@ -6,6 +6,7 @@
 #include "Limits.h"
 #include "NumberText.h"
 #include "SampleText.h"
+#include "ShownText.h"
 #include "XmlDomDocument.h"
 #include "XmlDomElement.h"
 #include "XmlDomNodeIterator.h"
@@ -75,7 +76,8 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     QString error;
     const support::Progress& progress = GetProgress();
     if (!document.LoadWithTextApart(path, "Data", error, support::StepOf(progress, 0, kFound))) {
-        Fail(ResultCode::XmlParseError, error);
+        // Uncut: the path may be long, and the reason, which the parser keeps short, stands behind it.
+        m_Results.push_back({ResultCode::XmlParseError, error});
         return;
     }
     CXmlDomElement root;
@@ -262,7 +264,7 @@ bool CXmlReader::IsFull(size_t count, size_t limit, const char* what) {
 
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {
     if (m_Results.size() < limits::kResults)
-        m_Results.push_back({code, detail});
+        m_Results.push_back({code, support::ShownText(detail)});
     else
         ++m_nFurtherResults;
     return false;

@@ -49,7 +49,7 @@ private:
     QString ReadText(const CXmlDomElement& element, const char* attribute);
     // Whether nothing more may be added; the first time that is a result.
     bool IsFull(size_t count, size_t limit, const char* what);
-    // Keeps the result, or counts it when there are very many.
+    // Keeps the result, its detail as far as it is shown, or counts it when there are very many.
     bool Fail(ResultCode code, const QString& detail);
     void ReportFurtherResults();
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);

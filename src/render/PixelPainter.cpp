@@ -1,6 +1,7 @@
 #include "PixelPainter.h"
 
 #include "LineRuns.h"
+#include "ShownText.h"
 
 #include <optional>
 
@@ -103,5 +104,5 @@ void CPixelPainter::Text(int x, int y, const QString& text) {
     if (m_TextBackground.isValid())
         Fill({x, y, x + TextWidth(text), y + kTextHeight}, m_TextBackground);
     m_Painter.setPen(m_Text);
-    m_Painter.drawText(x, y + m_Font.Ascent(), m_Font.Shown(text));
+    m_Painter.drawText(x, y + m_Font.Ascent(), support::ShownText(text));
 }

@@ -1,6 +1,6 @@
 #include "SmallFont.h"
 
-#include "Limits.h"
+#include "ShownText.h"
 
 #include <QStringList>
 
@@ -22,16 +22,8 @@ QFont CSmallFont::Font() {
     return font;
 }
 
-QString CSmallFont::Shown(const QString& text) {
-    constexpr qsizetype kMost = support::limits::kShownText;
-    if (text.size() <= kMost)
-        return text;
-    const bool endsInsidePair = text[kMost - 1].isHighSurrogate();
-    return text.left(kMost - (endsInsidePair ? 1 : 0)) + QChar(0x2026);
-}
-
 int CSmallFont::Width(const QString& text) {
-    const QString shown = Shown(text);
+    const QString shown = support::ShownText(text);
     const auto found = m_Widths.find(shown);
     if (found != m_Widths.end())
         return found->second;

@@ -19,10 +19,8 @@ public:
     // 8 points at 96 dpi, whatever the screen.
     static QFont Font();
 
-    // A text that nobody would read to its end is cut and ends with three dots: the toolkit takes a
-    // millisecond for some thousand letters, for some hundred of mixed scripts.
-    static QString Shown(const QString& text);
-    // Of what is shown of the text, in pixels.
+    // Of what is shown of the text, in pixels: the toolkit takes a millisecond for some thousand letters, for
+    // some hundred of mixed scripts.
     int Width(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }

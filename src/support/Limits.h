@@ -57,7 +57,7 @@ inline constexpr uint64_t kExpansion = 32;
 // What is shown. Decimals that reach the digits of the smallest normal number, and pixels far outside every
 // window that 64-bit arithmetic can still handle.
 inline constexpr int kDecimals = 40;
-inline constexpr int kShownText = 400;           // characters of a text that are drawn and measured
+inline constexpr int kShownText = 400;           // characters of a text
 inline constexpr int64_t kConsoleTexts = 50'000; // characters of all texts that the console's width heeds
 inline constexpr float kPixel = 268435456.0F;
 inline constexpr int kPictureSide = 16384; // pixels of a picture's side

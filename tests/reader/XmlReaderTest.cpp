@@ -258,6 +258,21 @@ TEST(XmlReader, KeepsTheFirstThousandProblemsAndCountsTheRest) {
     }
 }
 
+TEST(XmlReader, ShowsOnlyTheBeginningOfLongDetails) {
+    const QByteArray longName(500'000, 'x');
+    const std::string shown = std::string(400, 'x') + "\u2026";
+    const auto problems = [](const QByteArray& variables, const QByteArray& groups = "") {
+        return Reading(Document(variables, groups)).problems;
+    };
+    EXPECT_EQ(Reading("<" + longName + "/>").problems, "Invalid root name: " + shown);
+    EXPECT_EQ(problems("<" + longName + "/>"), "Invalid node name: " + shown);
+    EXPECT_EQ(problems("", "<Group Name='A'><Line DataName='" + longName.left(5000) + "'/></Group>"),
+              "Data not found: " + shown);
+    EXPECT_EQ(problems("<" + QByteArray(400, 'x') + "/>"), "Invalid node name: " + std::string(400, 'x'));
+    EXPECT_EQ(problems("<" + QByteArray(399, 'x') + "\xF0\x90\x80\x80/>"),
+              "Invalid node name: " + std::string(399, 'x') + "\u2026");
+}
+
 TEST(XmlReader, CutsWhatIsTooLongOrTooManyAndShowsTheRest) {
     const QByteArray variable = "<TypedData Name='V' Type='Long'/>";
     const QByteArray group = "<Group Name='A'><Line DataName='V'/></Group>";

@@ -1,6 +1,7 @@
 #include "GraphLayout.h"
 #include "Limits.h"
 #include "RenderTesting.h"
+#include "ShownText.h"
 
 #include <gtest/gtest.h>
 
@@ -146,7 +147,7 @@ TEST(ConsoleLayout, DoesNotMeasureTextsWithoutEnd) {
         data.AddSignal(group, 1, kSignal, 0, QString(10'000 + i, QLatin1Char('n')));
     int64_t measured = 0;
     MeasureConsole(data.graph.GetData(), [&](const QString& text) {
-        measured += CSmallFont::Shown(text).size();
+        measured += support::ShownText(text).size();
         return 1;
     });
     EXPECT_GE(measured, support::limits::kConsoleTexts);
