@@ -12,7 +12,6 @@
 #include "XmlDomNodeIterator.h"
 #include "XmlVariable.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace Tracelyn {
@@ -114,7 +113,7 @@ bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* defi
         return false;
     return ForEachElement(variables, [&](const CXmlDomElement& child, const QString& name) {
         if (name == QLatin1String("TypedData"))
-            return IsFull(m_Variables.size(), limits::kVariables, "variables") || ReadVariable(data, child);
+            return IsFull(m_VariableLimit, m_Variables.size()) || ReadVariable(data, child);
         Fail(ResultCode::InvalidNodeName, name);
         return true;
     });
@@ -169,7 +168,7 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
 
 bool CXmlReader::ReadGroups(CGraphData& data, const CXmlDomElement& groups) {
     return ForEachElement(groups, [&](const CXmlDomElement& child, const QString& name) {
-        return name != QLatin1String("Group") || IsFull(data.GetGroups().size(), limits::kGroups, "groups") ||
+        return name != QLatin1String("Group") || IsFull(m_GroupLimit, data.GetGroups().size()) ||
                ReadGroup(data, child);
     });
 }
@@ -188,7 +187,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
     group.m_bSeparateSets = element.GetAttributeBool("SeparateSets", false);
     group.m_bInverted = element.GetAttribute("Orientation") == QLatin1String("Inverted");
     return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
-        if (IsFull(data.GetSets().size(), limits::kSets, "signals"))
+        if (IsFull(m_SignalLimit, data.GetSets().size()))
             return true;
         if (childName == QLatin1String("Line"))
             return ReadLine(group, child);
@@ -203,8 +202,9 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
     const auto found = m_VariablesByName.find(dataName);
+    // One that may be among the variables left out must not stop the others.
     if (found == m_VariablesByName.end())
-        return Fail(ResultCode::DataNotFound, dataName);
+        return m_VariableLimit.reported || Fail(ResultCode::DataNotFound, dataName);
     TypedDataBase& variable = *found->second;
     if (GetAccessLevel() < variable.GetCode())
         return true;
@@ -252,13 +252,15 @@ QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribut
     return text;
 }
 
-bool CXmlReader::IsFull(size_t count, size_t limit, const char* what) {
-    if (count < limit)
+bool CXmlReader::IsFull(Limit& limit, size_t count) {
+    if (count < limit.most)
         return false;
-    const QString problem =
-        QStringLiteral("Only %1 %2 are shown, and there are more").arg(limit).arg(QLatin1String(what));
-    if (std::ranges::find(m_Results, problem, &CResult::detail) == m_Results.end())
-        Fail(ResultCode::UnknownError, problem);
+    if (!limit.reported)
+        m_Results.push_back(
+            {ResultCode::UnknownError, QStringLiteral("Only %1 %2 are shown, and there are more")
+                                           .arg(limit.most)
+                                           .arg(QLatin1String(limit.what))});
+    limit.reported = true;
     return true;
 }
 

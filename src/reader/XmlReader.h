@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AutomaticColors.h"
+#include "Limits.h"
 #include "ReadResult.h"
 #include "SignalFileReader.h"
 
@@ -33,6 +34,12 @@ public:
     const std::vector<CResult>& GetResults() const { return m_Results; }
 
 private:
+    struct Limit {
+        size_t most = 0;
+        const char* what = nullptr;
+        bool reported = false;
+    };
+
     // The steps return false when reading must stop; they have added the reason to the results by then.
     void ReadDocument(CGraphData& data, const QString& path);
     // A null definition stands for the missing element.
@@ -47,8 +54,8 @@ private:
     Unit ReadUnit(const CXmlDomElement& element);
     // The attribute's text; of a text that is too long, the beginning and a result.
     QString ReadText(const CXmlDomElement& element, const char* attribute);
-    // Whether nothing more may be added; the first time that is a result.
-    bool IsFull(size_t count, size_t limit, const char* what);
+    // Whether nothing more may be added; the first time that is a result, however many there are.
+    bool IsFull(Limit& limit, size_t count);
     // Keeps the result, its detail as far as it is shown, or counts it when there are very many.
     bool Fail(ResultCode code, const QString& detail);
     void ReportFurtherResults();
@@ -57,6 +64,9 @@ private:
 
     std::vector<CResult> m_Results;
     size_t m_nFurtherResults = 0;
+    Limit m_VariableLimit{support::limits::kVariables, "variables"};
+    Limit m_GroupLimit{support::limits::kGroups, "groups"};
+    Limit m_SignalLimit{support::limits::kSets, "signals"};
     std::vector<TypedDataBase*> m_Variables;
     // The first of each name. A QHash would end the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;

@@ -273,6 +273,15 @@ TEST(XmlReader, ShowsOnlyTheBeginningOfLongDetails) {
               "Invalid node name: " + std::string(399, 'x') + "\u2026");
 }
 
+TEST(XmlReader, SaysWhatIsLeftOutHoweverManyProblemsThereAre) {
+    const Reading reading(
+        Document("<TypedData Name='V' Type='Long'/>" + QByteArray("<Bad/>").repeated(1002),
+                 "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(10'020) + "</Group>"));
+    EXPECT_EQ(reading.problems.substr(reading.problems.find("Unknown")),
+              "Unknown error: Only 10000 signals are shown, and there are more; "
+              "Unknown error: There are 2 more problems");
+}
+
 TEST(XmlReader, CutsWhatIsTooLongOrTooManyAndShowsTheRest) {
     const QByteArray variable = "<TypedData Name='V' Type='Long'/>";
     const QByteArray group = "<Group Name='A'><Line DataName='V'/></Group>";
@@ -287,6 +296,9 @@ TEST(XmlReader, CutsWhatIsTooLongOrTooManyAndShowsTheRest) {
     expect(variable, "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(10'020) + "</Group>",
            10'000, "Only 10000 signals are shown, and there are more");
     expect(variable.repeated(10'002), group, 2, "Only 10000 variables are shown, and there are more");
+    expect(variable.repeated(10'000) + "<TypedData Name='W' Type='Long'/>",
+           "<Group Name='A'><Line DataName='V'/><Line DataName='W'/><Line DataName='V'/></Group>", 3,
+           "Only 10000 variables are shown, and there are more");
 
     const QByteArray name(20'000, 'n');
     const QByteArray longNamed = "<TypedData Name='" + name + "' Type='Long'/>";
