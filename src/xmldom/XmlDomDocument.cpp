@@ -95,28 +95,36 @@ bool CXmlDomDocument::LoadXmlBytes(std::string_view bytes, QString& error) {
 
 bool CXmlDomDocument::LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
                                         const support::Progress& progress) {
-    return (Create(error) && ParseWithTextApart(fileName, childName, progress)) ||
-           Load(fileName, error, progress);
+    std::optional<XmlTextApart> apart;
+    std::optional<XmlParseResult> result = ParseWithTextApart(fileName, childName, progress, apart);
+    if (!result)
+        return Load(fileName, error, progress);
+    const bool loaded = Create(error) && Take(std::move(*result), fileName, error);
+    m_TextApart = std::move(apart);
+    return loaded;
 }
 
 // The parser reads the file without the text. That stands for the file only if the parser, too, saw the start
-// tag where the text was cut out.
-bool CXmlDomDocument::ParseWithTextApart(const QString& fileName, const char* childName,
-                                         const support::Progress& progress) {
+// tag where the text was cut out, or came to an end before that.
+std::optional<XmlParseResult> CXmlDomDocument::ParseWithTextApart(const QString& fileName,
+                                                                  const char* childName,
+                                                                  const support::Progress& progress,
+                                                                  std::optional<XmlTextApart>& apart) {
     const std::shared_ptr<support::CSharedFile> file = support::CSharedFile::Open(fileName);
     const std::optional<XmlTextRange> range =
         file == nullptr ? std::nullopt : FindPlainText(*file, childName, progress);
     if (!range)
-        return false;
+        return std::nullopt;
     CXmlFileWithoutText rest(*file, *range);
     XmlTagWatch watch{.name = childName, .tagEnd = {}};
     XmlParseResult result = ParseXml(rest, {.watch = &watch});
+    if (result.document == nullptr && !result.readFailed && !rest.IsPastTheGap())
+        return result;
     if (result.document == nullptr || watch.tagEnd != range->from - 1 ||
         !KeepsAscii(result.document->encoding))
-        return false;
-    m_pXMLDoc = std::move(result.document);
-    m_TextApart = XmlTextApart{file, *range};
-    return true;
+        return std::nullopt;
+    apart = XmlTextApart{file, *range};
+    return result;
 }
 
 bool CXmlDomDocument::Take(XmlParseResult result, const QString& source, QString& error) {

@@ -41,7 +41,7 @@ public:
 
     // As Load. When the text at the start of the root's first child of that name is plain (see FindPlainText)
     // it is left in the file: that element is empty then, and GetTextApart says where its text lies. Sound
-    // documents only: all others are loaded as ever.
+    // documents only: all others are loaded, or refused, as ever.
     bool LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
                            const support::Progress& progress = {});
     const std::optional<XmlTextApart>& GetTextApart() const { return m_TextApart; }
@@ -54,8 +54,10 @@ public:
     bool Save(const QString& path) const;
 
 private:
-    bool ParseWithTextApart(const QString& fileName, const char* childName,
-                            const support::Progress& progress);
+    // Nothing when only the whole file can tell.
+    static std::optional<XmlParseResult> ParseWithTextApart(const QString& fileName, const char* childName,
+                                                            const support::Progress& progress,
+                                                            std::optional<XmlTextApart>& apart);
     // Takes over the parsed document, or an empty one and the error text.
     bool Take(XmlParseResult result, const QString& source, QString& error);
 

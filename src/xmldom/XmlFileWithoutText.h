@@ -11,6 +11,8 @@ public:
     CXmlFileWithoutText(support::CSharedFile& file, const XmlTextRange& leftOut);
 
     bool isSequential() const override { return true; }
+    // Whether anything behind the part was asked for.
+    bool IsPastTheGap() const { return m_nAt > m_LeftOut.from; }
 
 protected:
     qint64 readData(char* data, qint64 size) override;

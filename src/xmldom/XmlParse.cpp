@@ -266,7 +266,7 @@ XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
         std::rethrow_exception(state.exception);
 
     if (state.readFailed)
-        return {.document = nullptr, .line = state.line, .reason = device.errorString()};
+        return {.document = nullptr, .line = state.line, .reason = device.errorString(), .readFailed = true};
     if (state.failed)
         return {.document = nullptr, .line = state.line, .reason = WithoutLineEnd(state.reason.data())};
     if (document == nullptr)

@@ -17,6 +17,7 @@ struct XmlParseResult {
     std::shared_ptr<xmlDoc> document; // null on failure, which the rest then explains
     long line = 0;
     QString reason;
+    bool readFailed = false; // and not the document
 };
 
 // Notes where the start tag of the root's first child of that name ends.

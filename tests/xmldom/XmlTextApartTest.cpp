@@ -79,10 +79,15 @@ TEST(XmlTextApart, EverythingElseIsParsedAsEver) {
 
 TEST(XmlTextApart, ErrorsAreThoseOfTheWholeDocument) {
     const QByteArray large = QByteArray("1,2\n").repeated(100'000);
+    const QByteArray deep = QByteArray("<a>\n").repeated(300);
     for (const QByteArray& xml :
          {"<r><Data>" + large, "<r><Data>" + large + "</Date></r>", "<r><Data>" + large + "</Data></r><r/>",
           "<r><Data>" + large + "</Data><a b=1/></r>", "<r a='1'a='2'><Data>" + large + "</Data></r>",
-          "<r><Data>" + large + "<x>&undefined;</x></Data></r>", QByteArray()}) {
+          "<r><Data>" + large + "<x>&undefined;</x></Data></r>", QByteArray(),
+          // known before the text, inside of what was taken for it, and behind it
+          "<r>\n" + deep + "<Data>" + large + "</Data></r>", QByteArray("<r>\n<a b=1/><Data>1</Data></r>"),
+          "<r>" + QByteArray("\n<a/>").repeated(2000) + "</s><Data>" + large + "</Data></r>",
+          "<r><!--<Data>" + large + "--></s><a/>-->", "<r><Data>" + large + "</Data>\n" + deep + "</r>"}) {
         const XmlFile file(xml);
         QString apart;
         QString whole;
