@@ -57,6 +57,15 @@ def with_columns(columns, rows, type_name="Float"):
     return document(of_variables(columns, type_name), all_lines(columns), rows)
 
 
+ANOTHER_FILE = '<!DOCTYPE Analysis SYSTEM "x">'  # might declare entities
+
+
+def with_namespaces(count, length, elements):
+    """Namespaces whose prefixes differ only at their ends, and an element of the last one in place of each @."""
+    prefixes = [f"{i:@>{length}}".replace("@", "p") for i in range(count)]
+    return {"root": "".join(f' xmlns:{prefix}="u"' for prefix in prefixes), "groups": elements.replace("@", f"<{prefixes[-1]}:x/>")}
+
+
 def noise(size):
     return random.Random(1).randbytes(size)
 
@@ -81,6 +90,9 @@ DOCUMENTS = {
     # Unexpected nodes.
     "bad nodes among variables": lambda s: document(many("<x/>", s)),
     "bad nodes with long names": lambda s: document(many(f"<{'x' * 1000}/>", s)),
+    "bad nodes with long names of their own": lambda s: document(many(f"<{'x' * 1000}{{}}/>", s)),
+    "bad nodes among problems and signals": lambda s: document(
+        '<TypedData Name="a" Type="Float"/>' + f"<{'x' * 48}/>" * 1000, group(LINE * 10_000 + many("<y/>", s))),
     "bad nodes of a variable": lambda s: document(f'<TypedData Name="a" Type="Float">{many("<x/>", s)}</TypedData>'),
     "bad nodes among groups": lambda s: document(groups=many("<x/>", s)),
     "nodes before everything": lambda s: document().replace(b"<DataDefinition>", many("<x/>", s).encode() + b"<DataDefinition>"),
@@ -116,6 +128,11 @@ DOCUMENTS = {
     "nested namespaces": lambda s: document(groups=many('<x xmlns:a{}="u">', s)),
     "nested namespaces, one prefix": lambda s: document(groups="<x xmlns:a='u'>" * (s // 20) + "</x>" * (s // 20)),
     "prefixed elements deep below": lambda s: document(root=' xmlns:a="u"', groups="<x>" * (s // 6) + "<a:x/>" * (s // 12)),
+    "long prefixes alike": lambda s: document(**with_namespaces(1000, 60, "@" * (s // 64))),
+    "prefixes alike": lambda s: document(**with_namespaces(16, 32, "@" * (s // 36))),
+    "undeclared entities among groups": lambda s: document(head=ANOTHER_FILE, groups="&a;" * (s // 3)),
+    "undeclared entities in the rows": lambda s: document(head=ANOTHER_FILE, rows="1&a;\n" * (s // 5)),
+    "undeclared entities in an attribute": lambda s: document(head=ANOTHER_FILE, root=f' x="{"&a;" * (s // 3)}"'),
     "long prefix": lambda s: document(root=f' xmlns:{"a" * s}="u"'),
     "declared attributes": lambda s: document(head=f"<!DOCTYPE Analysis [{many('<!ATTLIST x a{} CDATA #IMPLIED>', s)}]>"),
     "declared elements": lambda s: document(head=f"<!DOCTYPE Analysis [{many('<!ELEMENT x{} ANY>', s)}]>"),
@@ -218,6 +235,10 @@ CONTAINERS = {
                                                  variables='<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>'),
     "container of a comment": bomb(LARGEST, "c", head="<!--@-->"),
     "container of bad nodes": bomb(LARGEST, "<x/>", variables="@"),
+    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 120_000}{i}/>" for i in range(1000)))) + DIRECTORY,
+    "container of undeclared entities": bomb(LARGEST, "&a;", head=ANOTHER_FILE, groups="@"),
+    "container of long prefixes alike": lambda s: entry(document(**with_namespaces(1000, 60, "@" * 1_900_000))) + DIRECTORY,
+    "container of prefixes alike": lambda s: entry(document(**with_namespaces(16, 32, "@" * 1_900_000))) + DIRECTORY,
     "container of nested elements": bomb(LARGEST, "<x>", groups="@"),
     "container of lines": bomb(LARGEST, LINE, groups=group("@")),
     "container of a long name": bomb(LARGEST, "n", name="@"),
