@@ -28,7 +28,7 @@ QString CXmlDomNode::GetNodeName() const {
     case XML_COMMENT_NODE:
         return QStringLiteral("#comment");
     case XML_ELEMENT_NODE:
-        return QString::fromStdString(QualifiedName(node->ns, node->name));
+        return QualifiedName(node->ns, node->name);
     default:
         return QString::fromUtf8(ViewOf(node->name));
     }

@@ -1,9 +1,10 @@
 // What the wrappers share when they look at libxml2's nodes.
 #pragma once
 
+#include <QString>
+
 #include <libxml/tree.h>
 
-#include <string>
 #include <string_view>
 
 inline std::string_view ViewOf(const xmlChar* text) {
@@ -22,11 +23,11 @@ inline xmlNode* FirstChild(const xmlNode* node) {
 }
 
 // A name as written in the document, with its prefix.
-inline std::string QualifiedName(const xmlNs* space, const xmlChar* localName) {
-    std::string name;
-    if (space != nullptr && space->prefix != nullptr)
-        name.append(ViewOf(space->prefix)).append(1, ':');
-    return name.append(ViewOf(localName));
+inline QString QualifiedName(const xmlNs* space, const xmlChar* localName) {
+    const QString name = QString::fromUtf8(ViewOf(localName));
+    return space == nullptr || space->prefix == nullptr
+               ? name
+               : QString::fromUtf8(ViewOf(space->prefix)) + QLatin1Char(':') + name;
 }
 
 inline bool HasName(const xmlNs* space, const xmlChar* localName, std::string_view name) {
