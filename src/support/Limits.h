@@ -17,6 +17,7 @@ inline constexpr int kNamespaces = 16;
 inline constexpr int kPrefix = 32; // bytes
 inline constexpr int64_t kDtd =
     64 << 10; // bytes of a document type declaration, whose lists are compared, too
+inline constexpr int64_t kToken = 16 << 20; // bytes of an attribute, comment or instruction
 
 // Declared namespaces are copied into every element: their bytes may come to this and so many for each byte
 // read.
@@ -25,7 +26,7 @@ inline constexpr int64_t kNamespaceBytesPerByte = 4;
 
 // Elements, attributes, comments and whatever else becomes a node of the document's tree, some 200 bytes
 // each; a recording has hundreds.
-inline constexpr int64_t kNodes = 2'000'000;
+inline constexpr int64_t kNodes = 1'000'000;
 
 // Bytes of a file whose rows are looked for before it is parsed: some memory goes to each 256 KB of it.
 inline constexpr int64_t kTextApart = int64_t{1} << 38;
@@ -43,8 +44,8 @@ inline constexpr size_t kResults = 1000;
 // shorter than the list of variables, could ask for a multiple of their text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kCharactersPerSample = 2;
-// Values are the index and the samples of all lines, as a table has them; many lines may show one variable. So
-// many, or as many as samples are allowed where that is more; one of many decimals counts for so many.
+// Values are the index and the samples of all lines, as a table has them; many lines may show one variable.
+// So many, or as many as samples are allowed where that is more; one of many decimals counts for so many.
 inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
 inline constexpr int kValueOfManyDecimals = 3;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at

@@ -28,7 +28,9 @@ struct ParseState {
     QIODevice& device;
     const XmlParseOptions& options;
     xmlParserCtxtPtr context = nullptr;
-    std::optional<int64_t> dtdFrom = std::nullopt; // bytes read when the declaration began
+    // Bytes read when a document type declaration, or a piece of markup, was first seen that goes on.
+    std::optional<int64_t> dtdFrom = std::nullopt;
+    std::optional<int64_t> tokenFrom = std::nullopt;
     std::exception_ptr exception = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
@@ -92,11 +94,13 @@ bool CountNodes(void* context, int count) {
 }
 
 void AddComment(void* context, const xmlChar* text) {
+    StateOf(context).tokenFrom.reset();
     if (CountNodes(context, 1))
         xmlSAX2Comment(context, text);
 }
 
 void AddInstruction(void* context, const xmlChar* target, const xmlChar* data) {
+    StateOf(context).tokenFrom.reset();
     if (CountNodes(context, 1))
         xmlSAX2ProcessingInstruction(context, target, data);
 }
@@ -112,6 +116,7 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
                   int namespaceCount, const xmlChar** namespaces, int attributeCount, int defaultedCount,
                   const xmlChar** attributes) {
     ParseState& state = StateOf(context);
+    state.tokenFrom.reset();
     int longestPrefix = 0;
     for (int i = 0; i < namespaceCount; ++i) { // pairs of prefix and address
         longestPrefix = std::max(longestPrefix, xmlStrlen(namespaces[2 * i]));
@@ -178,8 +183,18 @@ private:
     void* m_pOldContext;
 };
 
+// Whether more than `most` bytes were read since this began to last.
+bool LastsTooLong(bool isThere, std::optional<int64_t>& from, int64_t bytesRead, int64_t most) {
+    if (!isThere)
+        from.reset();
+    else if (!from)
+        from = bytesRead;
+    return from && bytesRead - *from > most;
+}
+
 // What the parser gathers before it tells anybody: the attributes and namespaces of a start tag, and the
-// lists of a document type declaration. It looks for equal ones among all of them.
+// lists of a document type declaration, among all of which it looks for equal ones; one long attribute,
+// comment or instruction.
 const char* FindExcess(ParseState& state) {
     constexpr int SlotsPerAttribute = 5;
     constexpr int Growth = 2; // of the parser's tables
@@ -188,12 +203,12 @@ const char* FindExcess(ParseState& state) {
         return kTooManyAttributes;
     if (context.nsNr / 2 > Growth * limits::kNamespaces)
         return kTooManyNamespaces;
-    if (context.inSubset == 0)
-        state.dtdFrom.reset();
-    else if (!state.dtdFrom)
-        state.dtdFrom = state.bytesRead;
-    else if (state.bytesRead - *state.dtdFrom > limits::kDtd)
+    if (LastsTooLong(context.inSubset != 0, state.dtdFrom, state.bytesRead, limits::kDtd))
         return "The document type declaration is too long";
+    const bool isToken = context.instate == XML_PARSER_ATTRIBUTE_VALUE ||
+                         context.instate == XML_PARSER_COMMENT || context.instate == XML_PARSER_PI;
+    if (LastsTooLong(isToken, state.tokenFrom, state.bytesRead, limits::kToken))
+        return "A piece of markup is too long";
     return nullptr;
 }
 

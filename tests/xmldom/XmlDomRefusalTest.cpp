@@ -91,10 +91,23 @@ TEST(XmlDomRefusal, StopsBeforeMarkupBecomesExpensive) {
     }
 }
 
+TEST(XmlDomRefusal, StopsInsideAPieceOfMarkupThatNobodyWouldWrite) {
+    const QByteArray fill(1 << 20, 'x');
+    for (const auto& [begin, end] : {std::pair{"<r a='", "'/>"}, {"<!--", "--><r/>"}, {"<?p ", "?><r/>"}}) {
+        EXPECT_EQ(ErrorOf(begin + fill.repeated(15) + end), "") << begin;
+        EXPECT_EQ(ErrorOf(begin + fill.repeated(18) + end),
+                  "[string input] (1): A piece of markup is too long (Error)\n")
+            << begin;
+    }
+    // Many long ones are no very long one.
+    const QByteArray some = "<a b='" + fill + "'/><!--" + fill + "--><?p " + fill + "?>";
+    EXPECT_EQ(ErrorOf("<r>" + some.repeated(18) + "<![CDATA[" + fill.repeated(18) + "]]></r>"), "");
+}
+
 TEST(XmlDomRefusal, StopsBeforeTheTreeBecomesLarge) {
     const auto document = [](int count) { // of elements, attributes, comments, instructions, CDATA sections
         return "<r>" + QByteArray("<a b=''/><!----><?p?><![CDATA[]]>").repeated(count / 5) + "</r>";
     };
-    EXPECT_EQ(ErrorOf(document(1'999'995)), "");
-    EXPECT_EQ(ErrorOf(document(2'000'000)), "[string input] (1): The document has too many nodes (Error)\n");
+    EXPECT_EQ(ErrorOf(document(999'995)), "");
+    EXPECT_EQ(ErrorOf(document(1'000'000)), "[string input] (1): The document has too many nodes (Error)\n");
 }
