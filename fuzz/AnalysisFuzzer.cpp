@@ -57,7 +57,7 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
 }
 
 void CheckLimits(const Tracelyn::CXmlReader& reader, const CGraphData& data) {
-    Require(reader.GetResults().size() <= limits::kResults + 4, "problems beyond the limit are only counted");
+    Require(reader.GetResults().size() <= limits::kResults + 5, "problems beyond the limit are only counted");
     for (const Tracelyn::ReadResult& result : reader.GetResults()) {
         Require(!result.GetText().isEmpty(), "a problem has a text");
         Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),

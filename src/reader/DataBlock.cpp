@@ -1,6 +1,5 @@
 #include "DataBlock.h"
 
-#include "FixedText.h"
 #include "Limits.h"
 #include "LineFeeds.h"
 #include "Parallel.h"
@@ -166,31 +165,20 @@ private:
     std::vector<CPieceText> m_Buffers; // one for each thread
 };
 
-int64_t CountValues(const TypedDataBase& variable) {
-    const auto& units = variable.GetUnits();
-    const bool isSlow = !units.empty() && units.front().precision > support::MaxFastDecimals;
-    return int64_t{variable.CountSets()} * (isSlow ? support::limits::kValueOfManyDecimals : 1);
-}
-
 // How many of the rows are read.
-int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, std::span<TypedDataBase* const> variables) {
-    int64_t columns = 0;
-    int64_t valuesOfRow = 1; // the index
-    for (const TypedDataBase* const variable : variables) {
-        columns += variable->HasStore() ? 1 : 0;
-        valuesOfRow += CountValues(*variable);
-    }
+int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, int64_t columns, int64_t valuesOfRow) {
     const int64_t samples =
         support::limits::kSamplesOfAnyFile + text.GetSize() / support::limits::kCharactersPerSample;
-    const int64_t values = std::max(samples, support::limits::kValuesOfAnyFile);
-    return std::min(
-        {rows, samples / columns, values / valuesOfRow, int64_t{std::numeric_limits<int>::max()}});
+    const int64_t values =
+        std::max(samples * support::limits::kValuesPerSample, support::limits::kValuesOfAnyFile);
+    return std::min({rows, samples / columns, values / std::max(valuesOfRow, columns),
+                     int64_t{std::numeric_limits<int>::max()}});
 }
 
 } // namespace
 
 std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
-                                     const support::Progress& progress) {
+                                     int64_t valuesOfRow, const support::Progress& progress) {
     while (!variables.empty() && !variables.back()->HasStore())
         variables = variables.first(variables.size() - 1);
     if (variables.empty())
@@ -203,7 +191,8 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
     const std::optional<int64_t> allRows = block.CountRows(support::StepOf(progress, 0, Counted));
     if (!allRows)
         return unreadable;
-    const int64_t rows = RowsWithinLimits(*allRows, text, variables);
+    const int64_t rows = RowsWithinLimits(
+        *allRows, text, std::ranges::count_if(variables, &TypedDataBase::HasStore), valuesOfRow);
     block.KeepRows(rows);
 
     int64_t converted = 0;

@@ -1,6 +1,7 @@
 #include "XmlReader.h"
 
 #include "DataBlock.h"
+#include "FixedText.h"
 #include "GraphData.h"
 #include "GraphDataVariants.h"
 #include "Limits.h"
@@ -101,8 +102,9 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     const std::unique_ptr<CSampleText> text =
         apart ? SampleTextInFile(apart->file, apart->range.from, apart->range.size, apart->range.lineFeeds)
               : SampleTextInMemory(block.GetTextUtf8());
-    if (const auto problem = ReadDataBlock(*text, m_Variables, support::StepOf(progress, kFound, 1)))
-        Fail(ResultCode::UnknownError, *problem);
+    const auto rest = support::StepOf(progress, kFound, 1);
+    if (const auto problem = ReadDataBlock(*text, m_Variables, m_nValuesOfRow, rest))
+        m_Results.push_back({ResultCode::UnknownError, *problem}); // however many there are
 }
 
 bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {
@@ -217,6 +219,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (set.IsDisplayedInConsole())
         ApplyUnit(set, variable.GetUnits().empty() ? Unit{} : variable.GetUnits().front());
     group.AddSet(&set);
+    m_nValuesOfRow += set.GetPrecision() > support::MaxFastDecimals ? limits::kValueOfManyDecimals : 1;
     return true;
 }
 

@@ -67,6 +67,7 @@ private:
     Limit m_VariableLimit{support::limits::kVariables, "variables"};
     Limit m_GroupLimit{support::limits::kGroups, "groups"};
     Limit m_SignalLimit{support::limits::kSets, "signals"};
+    int64_t m_nValuesOfRow = 0; // of all lines
     std::vector<TypedDataBase*> m_Variables;
     // The first of each name. A QHash would end the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;

@@ -10,7 +10,6 @@ namespace Tracelyn {
 
 template <class T>
 const CGraphDataTypedSource<T>* TypedData<T>::GetSource() {
-    CountSet();
     if (!m_pStore)
         m_pStore = std::make_unique<CXmlVariableSource<T>>();
     return &m_pStore->GetSource();

@@ -43,9 +43,8 @@ public:
     // A new set over the variable's samples, named by the description and owned by the model. All sets of a
     // variable share one store.
     virtual CGraphDataSet& CreateSet() = 0;
-    int CountSets() const { return m_nSets; }
     // True once a set was created: only then the variable's column is stored.
-    bool HasStore() const { return m_nSets > 0; }
+    virtual bool HasStore() const = 0;
     // Appends a field of the variable's column as a sample; without a store it is dropped.
     virtual void AddValue(std::string_view field) = 0;
     // Appends that many samples, to be written into what is returned. Nothing may be asked for until they
@@ -71,11 +70,9 @@ public:
 
 protected:
     CGraphData& GetOwner() const { return m_Owner; }
-    void CountSet() { ++m_nSets; }
 
 private:
     CGraphData& m_Owner;
-    int m_nSets = 0;
     QString m_strName;
     QString m_strDescription;
     QString m_strColor;
@@ -89,6 +86,7 @@ public:
     using TypedDataBase::TypedDataBase;
 
     CGraphDataSet& CreateSet() override;
+    bool HasStore() const override { return m_pStore != nullptr; }
     void AddValue(std::string_view field) override {
         if (m_pStore)
             m_pStore->AddValue(field);
@@ -106,7 +104,7 @@ public:
     }
 
 protected:
-    // The store's samples, for one more set; the store is created with the first.
+    // The store's samples; the store is created when first asked for.
     const CGraphDataTypedSource<T>* GetSource();
 
 private:

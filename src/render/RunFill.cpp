@@ -39,6 +39,15 @@ bool AreHigh(std::span<const QRect> columns) {
 
 } // namespace
 
+CRunFill::CRunFill() {
+    // Between the ends of a group lie twice its columns less one stretches; at most every second column of
+    // one is there.
+    constexpr size_t kMostOfGroup = (2 * kColumnsTogether - 1) * (kColumnsTogether / 2);
+    constexpr size_t kMost = kRunsAtOnce / kColumnsTogether * kMostOfGroup;
+    m_Pieces.reserve(kMost);
+    m_Strip.reserve(kMost);
+}
+
 void CRunFill::Fill(QPainter& painter, std::span<const QRect> runs) {
     painter.setPen(Qt::NoPen);
     if (runs.size() < kFewestToSort) {

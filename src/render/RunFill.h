@@ -14,6 +14,9 @@ inline constexpr size_t kRunsAtOnce = 512;
 
 class CRunFill {
 public:
+    // Takes all the memory it needs; later there may be none.
+    CRunFill();
+
     // Fills at most kRunsAtOnce rectangles with the painter's brush, whatever its pen. They may overlap and
     // come in any order; the runs of steep lines, columns one pixel wide, are what it is made for.
     void Fill(QPainter& painter, std::span<const QRect> runs);
@@ -23,7 +26,6 @@ private:
     void AddRows(std::span<const QRect> columns, int top, int bottom);
     void FillStrip(QPainter& painter, int top);
 
-    // Kept from one call to the next for their memory.
     std::vector<QRect> m_Pieces;
     std::vector<QRect> m_Strip;
 };

@@ -7,6 +7,7 @@
 #else
 #include <QFile>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -57,7 +58,12 @@ std::unique_ptr<FolderLock> FolderLock::Take(const QString& folder) {
     if (file < 0)
         return nullptr;
     std::unique_ptr<FolderLock> lock(new FolderLock(file));
-    if (::flock(file, LOCK_EX | LOCK_NB) != 0 || !IsAt(file, path.constData()))
+    if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK)
+            ::unlink(path.constData()); // nobody can have it here
+        return nullptr;
+    }
+    if (!IsAt(file, path.constData()))
         return nullptr;
     return lock;
 }

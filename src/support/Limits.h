@@ -17,7 +17,7 @@ inline constexpr int kNamespaces = 16;
 inline constexpr int kPrefix = 32; // bytes
 inline constexpr int64_t kDtd =
     64 << 10; // bytes of a document type declaration, whose lists are compared, too
-inline constexpr int64_t kToken = 16 << 20; // bytes of an attribute, comment or instruction
+inline constexpr int64_t kToken = 16 << 20; // bytes of a comment, an instruction, an element's attributes
 
 // Declared namespaces are copied into every element: their bytes may come to this and so many for each byte
 // read.
@@ -44,10 +44,11 @@ inline constexpr size_t kResults = 1000;
 // shorter than the list of variables, could ask for a multiple of their text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kCharactersPerSample = 2;
-// Values are the index and the samples of all lines, as a table has them; many lines may show one variable.
-// So many, or as many as samples are allowed where that is more; one of many decimals counts for so many.
+// Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or two
+// for every sample allowed; one of many decimals counts for three.
 inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
-inline constexpr int kValueOfManyDecimals = 3;
+inline constexpr int64_t kValuesPerSample = 2;
+inline constexpr int64_t kValueOfManyDecimals = 3;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those

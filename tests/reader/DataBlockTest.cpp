@@ -27,7 +27,7 @@ static std::string Samples(std::string_view letters, std::string_view text) {
         variables.push_back(CreateVariable("Long", data));
         sets.push_back(letter == 's' ? &variables.back()->CreateSet() : nullptr);
     }
-    EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables), std::nullopt);
+    EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables, std::ssize(variables)), std::nullopt);
     QStringList columns;
     for (const CGraphDataSet* set : sets) {
         QStringList samples;
@@ -95,7 +95,7 @@ TEST(DataBlock, KeepsWhatCouldBeReadBeforeTheFileWasGone) {
         CGraphData data;
         TypedDataBase* const variable = CreateVariable("Float", data);
         const CGraphDataSet& set = variable->CreateSet();
-        const auto problem = ReadDataBlock(CVanishingText(Size, left), {&variable, 1});
+        const auto problem = ReadDataBlock(CVanishingText(Size, left), {&variable, 1}, 1);
         EXPECT_EQ(problem, "The sample rows cannot be read to their end");
         EXPECT_TRUE(set.GetCount() >= smallest && set.GetCount() <= left / 2) << set.GetCount();
         float min = 7;
@@ -108,25 +108,27 @@ TEST(DataBlock, KeepsWhatCouldBeReadBeforeTheFileWasGone) {
 
 // Rows that start over, and lines that show the same variable, ask for far more than their text.
 TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
-    using Case =
-        std::tuple<size_t, int, int, int>; // columns, lines and decimals for each, rows that are read
-    for (const auto& [columns, lines, decimals, expected] :
-         {Case{200, 1, 3, (16'777'216 + 300'000) / 200}, Case{1, 300, 11, 67'108'864 / 301},
-          Case{1, 100, 12, 67'108'864 / 301}}) {
+    constexpr int kRows = 300'000;
+    constexpr int kSamples = 16'777'216 + kRows;
+    using Case = std::tuple<size_t, int64_t, int>; // columns, values of a row, rows that are read
+    for (const auto& [columns, values, expected] :
+         {Case{200, 200, kSamples / 200}, Case{1, 300, 67'108'864 / 300}, Case{50, 200, kRows}}) {
         std::string text;
-        for (int row = 0; row < 300'000; ++row)
+        for (int row = 0; row < kRows; ++row)
             text += {static_cast<char>('0' + row % 10), '\n'};
         const CXmlReader owner;
         CGraphData data;
         std::vector<TypedDataBase*> variables;
-        for (size_t i = 0; i < columns; ++i) {
+        for (size_t i = 0; i < columns; ++i)
             variables.push_back(CreateVariable("UByte", data));
-            variables.back()->AddUnit({"u", 0, 1, decimals});
-            for (int line = 0; line < lines; ++line)
-                variables.back()->CreateSet();
-        }
-        EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables),
-                  QStringLiteral("Only the first %1 of 300000 sample rows are shown").arg(expected));
+        for (TypedDataBase* const variable : variables)
+            variable->CreateSet();
+        const QString problem =
+            ReadDataBlock(*SampleTextInMemory(text), variables, values).value_or(QString());
+        EXPECT_EQ(problem,
+                  expected == kRows
+                      ? QString()
+                      : QStringLiteral("Only the first %1 of 300000 sample rows are shown").arg(expected));
         for (const CGraphDataSet* set : {data.GetSets().front().get(), data.GetSets().back().get()}) {
             EXPECT_EQ(set->GetCount(), expected);
             EXPECT_EQ(set->GetValue(expected - 1, -1), (expected - 1) % 10);

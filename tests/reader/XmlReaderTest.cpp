@@ -276,9 +276,11 @@ TEST(XmlReader, ShowsOnlyTheBeginningOfLongDetails) {
 TEST(XmlReader, SaysWhatIsLeftOutHoweverManyProblemsThereAre) {
     const Reading reading(
         Document("<TypedData Name='V' Type='Long'/>" + QByteArray("<Bad/>").repeated(1002),
-                 "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(10'020) + "</Group>"));
+                 "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(10'020) + "</Group>",
+                 QByteArray("1\n").repeated(7000)));
     EXPECT_EQ(reading.problems.substr(reading.problems.find("Unknown")),
               "Unknown error: Only 10000 signals are shown, and there are more; "
+              "Unknown error: Only the first 6711 of 7000 sample rows are shown; "
               "Unknown error: There are 2 more problems");
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr QSize kSize(700, 900);
+constexpr QSize kSize(700, 2600);
 
 template <class Fill>
 QImage Picture(Fill fill) {
@@ -30,11 +30,11 @@ TEST(RunFill, FillsEachPixelOfTheRunsAndNoOther) {
     std::mt19937 random(7);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     for (const size_t count : {0U, 1U, 31U, 100U, 512U}) {
-        for (const int tallest : {3, 40, 890}) {
+        for (const int tallest : {3, 40, 2500}) {
             std::vector<QRect> runs;
             int x = below(100);
             while (runs.size() < count) {
-                const int y = below(kSize.height() - tallest);
+                const int y = below(kSize.height() - tallest) - 20;
                 const bool isColumn = below(10) != 0;
                 runs.emplace_back(x, y, isColumn ? 1 : below(9), isColumn ? 1 + below(tallest) : 1);
                 x += below(10) == 0 ? below(40) - 20 : 1;
