@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <span>
 #include <utility>
 
 namespace limits = support::limits;
@@ -118,9 +119,10 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     ParseState& state = StateOf(context);
     state.tokenFrom.reset();
     int longestPrefix = 0;
-    for (int i = 0; i < namespaceCount; ++i) { // pairs of prefix and address
-        longestPrefix = std::max(longestPrefix, xmlStrlen(namespaces[2 * i]));
-        state.namespaceBytes += xmlStrlen(namespaces[2 * i + 1]);
+    const std::span pairs(namespaces, 2 * static_cast<std::size_t>(namespaceCount)); // prefix, address
+    for (std::size_t i = 0; i < pairs.size(); i += 2) {
+        longestPrefix = std::max(longestPrefix, xmlStrlen(pairs[i]));
+        state.namespaceBytes += xmlStrlen(pairs[i + 1]);
     }
 
     NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
