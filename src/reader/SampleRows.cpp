@@ -158,7 +158,10 @@ void CRowConverter::StartOver(std::string_view text, size_t row) {
     for (size_t from = 0;;) {
         const size_t comma = text.find(',', from);
         const std::string_view field = text.substr(from, std::min(comma - from, support::limits::kField));
-        m_Fields.push_back({support::ParseFloatField(field), support::ParseIntegerField(field)});
+        if (field.empty()) // most of a file that means harm
+            m_Fields.push_back({});
+        else
+            m_Fields.push_back({support::ParseFloatField(field), support::ParseIntegerField(field)});
         if (comma == std::string_view::npos)
             break;
         from = comma + 1;

@@ -36,7 +36,7 @@ inline constexpr size_t kVariables = 10'000;
 inline constexpr size_t kGroups = 10'000;
 inline constexpr size_t kSets = 10'000;
 // Characters of a name, unit or colour: some are measured and drawn in every frame and written for every set.
-inline constexpr int kText = 10'000;
+inline constexpr int kText = 5'000;
 // Problems that are kept; of further ones only the number.
 inline constexpr size_t kResults = 1000;
 
@@ -45,15 +45,15 @@ inline constexpr size_t kResults = 1000;
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
 inline constexpr int64_t kCharactersPerSample = 2;
 // Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or two
-// for every sample allowed; one of many decimals counts for three.
+// for every sample allowed; one of many decimals counts for six.
 inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
 inline constexpr int64_t kValuesPerSample = 2;
-inline constexpr int64_t kValueOfManyDecimals = 3;
+inline constexpr int64_t kValueOfManyDecimals = 6;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
 // of a machine that stands still to hundreds.
-inline constexpr uint64_t kExpanded = 128 << 20;
+inline constexpr uint64_t kExpanded = 64 << 20;
 inline constexpr uint64_t kExpansion = 32;
 
 // What is shown. Decimals that reach the digits of the smallest normal number, and pixels far outside every

@@ -284,6 +284,18 @@ TEST(XmlReader, SaysWhatIsLeftOutHoweverManyProblemsThereAre) {
               "Unknown error: There are 2 more problems");
 }
 
+TEST(XmlReader, ReadsFewerRowsWhenValuesHaveManyDecimals) {
+    for (const auto& [precision, problem] :
+         {std::pair{"11", ""}, {"12", "Unknown error: Only the first 1118 of 1200 sample rows are shown"}}) {
+        const Reading reading(
+            Document(QByteArray("<TypedData Name='V' Type='Float'><Unit Name='u' Precision='") + precision +
+                         "'/></TypedData>",
+                     "<Group Name='A'>" + QByteArray("<Line DataName='V'/>").repeated(9999) + "</Group>",
+                     QByteArray("1\n").repeated(1199) + "1"));
+        EXPECT_EQ(reading.problems, problem) << precision;
+    }
+}
+
 TEST(XmlReader, CutsWhatIsTooLongOrTooManyAndShowsTheRest) {
     const QByteArray variable = "<TypedData Name='V' Type='Long'/>";
     const QByteArray group = "<Group Name='A'><Line DataName='V'/></Group>";

@@ -222,7 +222,7 @@ def bomb(expanded, block, **place):
     return make
 
 
-LARGEST = 134 * MB  # nearly what a container may expand to
+LARGEST = 67 * MB  # nearly what a container may expand to
 
 CONTAINERS = {
     "container of rows": bomb(LARGEST, "1.25\n", rows="@"),
@@ -235,10 +235,10 @@ CONTAINERS = {
                                                  variables='<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>'),
     "container of a comment": bomb(LARGEST, "c", head="<!--@-->"),
     "container of bad nodes": bomb(LARGEST, "<x/>", variables="@"),
-    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 120_000}{i}/>" for i in range(1000)))) + DIRECTORY,
+    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 60_000}{i}/>" for i in range(1000)))) + DIRECTORY,
     "container of undeclared entities": bomb(LARGEST, "&a;", head=ANOTHER_FILE, groups="@"),
-    "container of long prefixes alike": lambda s: entry(document(**with_namespaces(1000, 60, "@" * 1_900_000))) + DIRECTORY,
-    "container of prefixes alike": lambda s: entry(document(**with_namespaces(16, 32, "@" * 1_900_000))) + DIRECTORY,
+    "container of long prefixes alike": lambda s: entry(document(**with_namespaces(1000, 60, "@" * 950_000))) + DIRECTORY,
+    "container of prefixes alike": lambda s: entry(document(**with_namespaces(16, 32, "@" * 950_000))) + DIRECTORY,
     "container of nested elements": bomb(LARGEST, "<x>", groups="@"),
     "container of lines": bomb(LARGEST, LINE, groups=group("@")),
     "container of a long name": bomb(LARGEST, "n", name="@"),
