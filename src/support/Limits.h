@@ -42,7 +42,7 @@ inline constexpr size_t kResults = 1000;
 
 // Samples: so many, and one more for so many characters, which a full row keeps to. Rows that are empty, or
 // shorter than the list of variables, could ask for a multiple of their text.
-inline constexpr int64_t kSamplesOfAnyFile = 1 << 24;
+inline constexpr int64_t kSamplesOfAnyFile = 1 << 22;
 inline constexpr int64_t kCharactersPerSample = 2;
 // Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or two
 // for every sample allowed; one of many decimals counts for six.
@@ -53,7 +53,7 @@ inline constexpr size_t kField = 4096; // characters of one field that are looke
 
 // A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
 // of a machine that stands still to hundreds.
-inline constexpr uint64_t kExpanded = 64 << 20;
+inline constexpr uint64_t kExpanded = 48 << 20;
 inline constexpr uint64_t kExpansion = 32;
 
 // What is shown. Decimals that reach the digits of the smallest normal number, and pixels far outside every

@@ -201,13 +201,20 @@ def packed_entry(stream, size, crc, name=b"tmpandat.bin", **changes):
 DIRECTORY = struct.pack("<IHHHHIIIIHHHHHII", 0x02014B50, 1, 1, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)
 
 
-def bomb(expanded, block, **place):
-    """A container of the wanted size that expands to so many bytes: the block again and again at the place that is
+def largest(size):
+    return 50 * MB + 31 * size  # nearly what a container of that size may expand to
+
+
+NOTHING = b"\0\0\0\xff\xff"  # a packed block of no bytes
+
+
+def bomb(block, expanded=largest, **place):
+    """A container of the wanted size that expands as far as it may: the block again and again at the place that is
     marked with an @."""
     def make(size):
         head, tail = document(**place).split(b"@")
         repeated = block.encode() * (MB // len(block))
-        times = expanded // len(repeated)
+        times = expanded(size) // len(repeated)
         packer = zlib.compressobj(9)
         start = packer.compress(head) + packer.flush(zlib.Z_FULL_FLUSH)
         # Behind a full flush the same bytes pack to the same bytes.
@@ -216,33 +223,37 @@ def bomb(expanded, block, **place):
         crc, adler = zlib.crc32(head), zlib.adler32(head)
         for _ in range(times):
             crc, adler = zlib.crc32(repeated, crc), zlib.adler32(repeated, adler)
-        stream = start + packed * times + end[:-4] + struct.pack(">I", zlib.adler32(tail, adler))
+        padding = NOTHING * (max(0, size - times * len(packed) - len(start + end) - 200) // len(NOTHING))
+        stream = start + packed * times + padding + end[:-4] + struct.pack(">I", zlib.adler32(tail, adler))
         archive = packed_entry(stream, len(head) + len(tail) + times * len(repeated), zlib.crc32(tail, crc))
         return archive + b"\0" * max(0, size - len(archive) - len(DIRECTORY)) + DIRECTORY
     return make
 
 
-LARGEST = 67 * MB  # nearly what a container may expand to
+def bomb_of_prefixes(count, length):
+    place = with_namespaces(count, length, "@")
+    return bomb(place["groups"], root=place["root"], groups="@")
+
 
 CONTAINERS = {
-    "container of rows": bomb(LARGEST, "1.25\n", rows="@"),
-    "container of short rows": bomb(LARGEST, "1\n0\n", rows="@"),
-    "container of many decimals": bomb(LARGEST, "3e-38\n", rows="@",
+    "container of rows": bomb("1.25\n", rows="@"),
+    "container of short rows": bomb("1\n0\n", rows="@"),
+    "container of many decimals": bomb("3e-38\n", rows="@",
                                        variables='<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>'),
-    "container of empty rows": bomb(LARGEST, "\n", rows="1@1"),
-    "container of empty rows, last of many": bomb(LARGEST, "\n", rows="1@1", variables=of_variables(9900), groups=group('<Line DataName="v9899"/>')),
-    "container of many lines and decimals": bomb(LARGEST, "1\n", rows="@", groups=group(LINE * 100),
+    "container of empty rows": bomb("\n", rows="1@1"),
+    "container of empty rows, last of many": bomb("\n", rows="1@1", variables=of_variables(9900), groups=group('<Line DataName="v9899"/>')),
+    "container of many lines and decimals": bomb("1\n", rows="@", groups=group(LINE * 100),
                                                  variables='<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>'),
-    "container of a comment": bomb(LARGEST, "c", head="<!--@-->"),
-    "container of bad nodes": bomb(LARGEST, "<x/>", variables="@"),
-    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 60_000}{i}/>" for i in range(1000)))) + DIRECTORY,
-    "container of undeclared entities": bomb(LARGEST, "&a;", head=ANOTHER_FILE, groups="@"),
-    "container of long prefixes alike": lambda s: entry(document(**with_namespaces(1000, 60, "@" * 950_000))) + DIRECTORY,
-    "container of prefixes alike": lambda s: entry(document(**with_namespaces(16, 32, "@" * 950_000))) + DIRECTORY,
-    "container of nested elements": bomb(LARGEST, "<x>", groups="@"),
-    "container of lines": bomb(LARGEST, LINE, groups=group("@")),
-    "container of a long name": bomb(LARGEST, "n", name="@"),
-    "container that expands to 4 GB": bomb(4000 * MB, "1\n", rows="@"),
+    "container of a comment": bomb("c", head="<!--@-->"),
+    "container of bad nodes": bomb("<x/>", variables="@"),
+    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 50_000}{i}/>" for i in range(1000)))) + DIRECTORY,
+    "container of undeclared entities": bomb("&a;", head=ANOTHER_FILE, groups="@"),
+    "container of long prefixes alike": bomb_of_prefixes(1000, 60),
+    "container of prefixes alike": bomb_of_prefixes(16, 32),
+    "container of nested elements": bomb("<x>", groups="@"),
+    "container of lines": bomb(LINE, groups=group("@")),
+    "container of a long name": bomb("n", name="@"),
+    "container that expands to 4 GB": bomb("1\n", lambda s: 4000 * MB, rows="@"),
     "many entries": lambda s: entry(b"x", b"a") * (s // 45) + entry(document()) + DIRECTORY,
     "many entries, none wanted": lambda s: entry(b"x", b"a") * (s // 45) + DIRECTORY,
     "entries without names": lambda s: entry(b"", b"") * (s // 40) + DIRECTORY,
