@@ -3,10 +3,18 @@
 #include "CsvFile.h"
 #include "GraphData.h"
 #include "GraphDataVariants.h"
+#include "NumberLines.h"
+#include "Parallel.h"
+
+#include <QScopeGuard>
 
 #include <algorithm>
+#include <condition_variable>
 #include <cstddef>
+#include <cstdint>
+#include <mutex>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace Tracelyn {
@@ -21,21 +29,72 @@ void WriteNames(const Sets& sets, CCsvFile& file) {
     file.EndLine();
 }
 
-// The values are fetched column by column, some rows at a time, and written row by row.
-void WriteRows(const Sets& sets, int count, CCsvFile& file) {
-    constexpr size_t kBatchValues = 12288;
-    const size_t batch = std::clamp<size_t>(kBatchValues / std::max<size_t>(sets.size(), 1), 1, 1024);
-    std::vector<int> decimals;
-    for (const CGraphDataSet* set : sets)
-        decimals.push_back(set->GetPrecision());
-    std::vector<float> values(sets.size() * batch);
-    for (int first = 0; first < count;) {
-        const size_t rows = std::min(batch, static_cast<size_t>(count - first));
-        for (size_t column = 0; column < sets.size(); ++column)
-            sets[column]->GetScaledValues(first, std::span(values).subspan(column * rows, rows));
-        file.WriteNumberLines(std::span(values).first(sets.size() * rows), decimals);
-        first += static_cast<int>(rows);
+// Lets threads that each prepare a part write these parts in their order.
+class CTurns {
+public:
+    // Calls write() once all parts before that one are written. False, without a call, when one was given up.
+    // What write() throws gives up this one.
+    template <class Write>
+    bool Take(int64_t part, Write write) {
+        std::unique_lock lock(m_Mutex);
+        m_Changed.wait(lock, [&] { return m_nNext == part || m_bGivenUp; });
+        if (m_bGivenUp)
+            return false;
+        const auto wakeOthers = qScopeGuard([this] { m_Changed.notify_all(); });
+        m_bGivenUp = true;
+        write();
+        m_bGivenUp = false;
+        ++m_nNext;
+        return true;
     }
+
+private:
+    std::mutex m_Mutex;
+    std::condition_variable m_Changed;
+    int64_t m_nNext = 0;
+    bool m_bGivenUp = false;
+};
+
+// Text for the rows of one batch after the other. Values are fetched column by column and set row by row.
+class CRowText {
+public:
+    CRowText(const Sets& sets, size_t rows)
+        : m_Sets(sets), m_Values(sets.size() * rows), m_Lines(m_Values.size()) {
+        for (const CGraphDataSet* set : sets)
+            m_Decimals.push_back(set->GetPrecision());
+    }
+
+    std::string_view Format(int first, size_t rows) {
+        const std::span values = std::span(m_Values).first(m_Sets.size() * rows);
+        for (size_t column = 0; column < m_Sets.size(); ++column)
+            m_Sets[column]->GetScaledValues(first, values.subspan(column * rows, rows));
+        return m_Lines.Format(values, m_Decimals);
+    }
+
+private:
+    const Sets& m_Sets;
+    std::vector<int> m_Decimals;
+    std::vector<float> m_Values;
+    CNumberLines m_Lines;
+};
+
+void WriteRows(const Sets& sets, int count, CCsvFile& file) {
+    if (sets.empty() || count == 0)
+        return;
+    constexpr size_t kBatchValues = 12288; // fit into a core's own memory with their text
+    const auto batch = static_cast<int64_t>(std::max<size_t>(kBatchValues / sets.size(), 1));
+    const int64_t batches = (count + batch - 1) / batch;
+    std::vector<CRowText> texts;
+    for (int worker = 0; worker < support::WorkerCount(batches); ++worker)
+        texts.emplace_back(sets, static_cast<size_t>(batch));
+    CTurns turns;
+    support::ForEachParallel(batches, [&](int worker, int64_t item) {
+        const int64_t first = item * batch;
+        const auto rows = static_cast<size_t>(std::min(batch, count - first));
+        CRowText& rowText = texts[static_cast<size_t>(worker)];
+        const std::string_view text = rowText.Format(static_cast<int>(first), rows);
+        return turns.Take(item, [&] { file.AppendText(text); });
+    });
 }
 
 } // namespace

@@ -18,10 +18,6 @@ constexpr std::string_view kSeparator = ",";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr size_t kFlushAbove = 4096;
 
-// Lines of numbers are appended when they are longer than this; there is room for one more field.
-constexpr size_t kLinesChunk = 65536;
-constexpr size_t kLinesCapacity = kLinesChunk + 1 + support::FixedTextCapacity + 2;
-
 CFileException WriteError(const QIODevice* device) {
     return CFileException(device ? device->errorString().toStdString() : "file is not open");
 }
@@ -103,31 +99,6 @@ void CCsvFile::WriteStringField(const QString& text) {
 void CCsvFile::WriteNumberField(float value, int decimals) {
     std::array<char, support::FixedTextCapacity> buffer;
     WriteField(support::FormatFixed(buffer, value, decimals));
-}
-
-void CCsvFile::WriteNumberLines(std::span<const float> values, std::span<const int> decimals) {
-    if (!m_pLines)
-        m_pLines = std::make_unique_for_overwrite<char[]>(kLinesCapacity);
-    const std::span<char> lines(m_pLines.get(), kLinesCapacity);
-    size_t size = 0;
-    const auto append = [&](std::string_view text) { size += text.copy(&lines[size], text.size()); };
-    const size_t rows = decimals.empty() ? 0 : values.size() / decimals.size();
-    for (size_t row = 0; row < rows; ++row) {
-        for (size_t column = 0; column < decimals.size(); ++column) {
-            if (column != 0)
-                append(kSeparator);
-            const float value = values[column * rows + row];
-            size += support::FormatFixed(lines.subspan(size), value, decimals[column]).size();
-            if (column + 1 == decimals.size())
-                append(kLineEnd);
-            if (size > kLinesChunk) {
-                AppendText({lines.data(), size});
-                size = 0;
-            }
-        }
-    }
-    AppendText({lines.data(), size});
-    m_nFieldsInLine = 0;
 }
 
 void CCsvFile::Flush() {

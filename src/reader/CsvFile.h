@@ -7,9 +7,7 @@
 #include <QString>
 
 #include <exception>
-#include <memory>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -52,9 +50,6 @@ public:
     void WriteStringField(const QString& text);
     // Decimals as FormatFixed takes them: negative means 6.
     void WriteNumberField(float value, int decimals);
-    // Whole lines of number fields, as WriteNumberField and EndLine write them, but appended many at a time.
-    // `decimals` names the columns; `values` holds the first column's rows, then the second's, and so on.
-    void WriteNumberLines(std::span<const float> values, std::span<const int> decimals);
     void Flush();
 
 private:
@@ -63,7 +58,6 @@ private:
     bool Finish();
 
     std::string m_Pending;
-    std::unique_ptr<char[]> m_pLines; // where lines of numbers are put together
     int m_nFieldsInLine = 0;
     std::optional<support::OutputFile> m_Output;
     QIODevice* m_pDevice = nullptr; // that of m_Output or the caller's
