@@ -29,7 +29,8 @@ void WriteNames(const Sets& sets, CCsvFile& file) {
     file.EndLine();
 }
 
-// Lets threads that each prepare a part write these parts in their order.
+// Lets threads that each prepare a part write these parts in their order. A part whose preparation throws
+// would be waited for without end.
 class CTurns {
 public:
     // Calls write() once all parts before that one are written. False, without a call, when one was given up.
