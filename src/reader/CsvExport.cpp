@@ -29,8 +29,7 @@ void WriteNames(const Sets& sets, CCsvFile& file) {
     file.EndLine();
 }
 
-// Lets threads that each prepare a part write these parts in their order. A part whose preparation throws
-// would be waited for without end.
+// Lets threads that each prepare a part write these parts in their order.
 class CTurns {
 public:
     // Calls write() once all parts before that one are written. False, without a call, when one was given up.
@@ -41,12 +40,22 @@ public:
         m_Changed.wait(lock, [&] { return m_nNext == part || m_bGivenUp; });
         if (m_bGivenUp)
             return false;
-        const auto wakeOthers = qScopeGuard([this] { m_Changed.notify_all(); });
-        m_bGivenUp = true;
+        auto giveUp = qScopeGuard([&] {
+            lock.unlock();
+            GiveUp();
+        });
         write();
-        m_bGivenUp = false;
+        giveUp.dismiss();
         ++m_nNext;
+        m_Changed.notify_all();
         return true;
+    }
+
+    // For a part that will never be written.
+    void GiveUp() {
+        const std::lock_guard lock(m_Mutex);
+        m_bGivenUp = true;
+        m_Changed.notify_all();
     }
 
 private:
@@ -86,6 +95,7 @@ void WriteRows(const Sets& sets, int count, CCsvFile& file) {
     const auto batch = static_cast<int64_t>(std::max<size_t>(kBatchValues / sets.size(), 1));
     const int64_t batches = (count + batch - 1) / batch;
     std::vector<CRowText> texts;
+    texts.reserve(static_cast<size_t>(support::WorkerCount(batches)));
     for (int worker = 0; worker < support::WorkerCount(batches); ++worker)
         texts.emplace_back(sets, static_cast<size_t>(batch));
     CTurns turns;
@@ -93,7 +103,9 @@ void WriteRows(const Sets& sets, int count, CCsvFile& file) {
         const int64_t first = item * batch;
         const auto rows = static_cast<size_t>(std::min(batch, count - first));
         CRowText& rowText = texts[static_cast<size_t>(worker)];
+        auto giveUp = qScopeGuard([&] { turns.GiveUp(); });
         const std::string_view text = rowText.Format(static_cast<int>(first), rows);
+        giveUp.dismiss();
         return turns.Take(item, [&] { file.AppendText(text); });
     });
 }

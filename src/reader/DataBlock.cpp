@@ -169,8 +169,7 @@ private:
 int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, int64_t columns, int64_t valuesOfRow) {
     const int64_t samples =
         support::limits::kSamplesOfAnyFile + text.GetSize() / support::limits::kCharactersPerSample;
-    const int64_t values =
-        std::max(samples * support::limits::kValuesPerSample, support::limits::kValuesOfAnyFile);
+    const int64_t values = std::max(samples, support::limits::kValuesOfAnyFile);
     return std::min({rows, samples / columns, values / std::max(valuesOfRow, columns),
                      int64_t{std::numeric_limits<int>::max()}});
 }

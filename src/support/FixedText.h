@@ -10,7 +10,7 @@
 namespace support {
 
 inline constexpr int MaxFixedDecimals = limits::kDecimals;
-// More decimals take three times as long.
+// More decimals take four to six times as long.
 inline constexpr int MaxFastDecimals = 11;
 
 // Enough for any value: sign, 39 digits, point, decimals.

@@ -27,6 +27,7 @@ inline constexpr int64_t kNamespaceBytesPerByte = 4;
 // Elements, attributes, comments and whatever else becomes a node of the document's tree, some 200 bytes
 // each; a recording has hundreds.
 inline constexpr int64_t kNodes = 1'000'000;
+inline constexpr int64_t kNameBytes = 64 << 20; // of their names, which the parser keeps
 
 // Bytes of a file whose rows are looked for before it is parsed: some memory goes to each 256 KB of it.
 inline constexpr int64_t kTextApart = int64_t{1} << 38;
@@ -44,15 +45,15 @@ inline constexpr size_t kResults = 1000;
 // shorter than the list of variables, could ask for a multiple of their text.
 inline constexpr int64_t kSamplesOfAnyFile = 1 << 22;
 inline constexpr int64_t kCharactersPerSample = 2;
-// Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or two
-// for every sample allowed; one of many decimals counts for six.
-inline constexpr int64_t kValuesOfAnyFile = 1 << 26;
-inline constexpr int64_t kValuesPerSample = 2;
+// Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or as
+// many as samples are allowed: half of that or less is what full rows have. One of many decimals counts for
+// six.
+inline constexpr int64_t kValuesOfAnyFile = 1 << 25;
 inline constexpr int64_t kValueOfManyDecimals = 6;
 inline constexpr size_t kField = 4096; // characters of one field that are looked at
 
-// A container may expand to this and to so many times its packed size more. Recordings come to 4 times, those
-// of a machine that stands still to hundreds.
+// A container may expand to this and to so many times its packed size more. Recordings come to 4 times, rows
+// that are all alike to hundreds.
 inline constexpr uint64_t kExpanded = 48 << 20;
 inline constexpr uint64_t kExpansion = 32;
 

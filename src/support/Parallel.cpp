@@ -61,7 +61,8 @@ private:
 } // namespace
 
 int WorkerCount(int64_t items) {
-    const auto cores = static_cast<int64_t>(std::thread::hardware_concurrency());
+    // Asked just once: callers keep something for each worker.
+    static const auto cores = static_cast<int64_t>(std::thread::hardware_concurrency());
     return static_cast<int>(std::clamp<int64_t>(std::min(cores, items), 1, kMaximumWorkers));
 }
 

@@ -35,6 +35,7 @@ struct ParseState {
     std::exception_ptr exception = nullptr;
     int64_t bytesRead = 0;
     int64_t namespaceBytes = 0;
+    int64_t nameBytes = 0;
     int64_t nodes = 0;
     int defaults = 0;
     bool failed = false;
@@ -111,6 +112,14 @@ void AddCData(void* context, const xmlChar* text, int length) {
         xmlSAX2CDataBlock(context, text, length);
 }
 
+// Of an element and its attributes, each of which is five pointers, the name first.
+int64_t NameBytes(const xmlChar* element, std::span<const xmlChar*> attributes) {
+    int64_t bytes = xmlStrlen(element);
+    for (std::size_t i = 0; i < attributes.size(); i += 5)
+        bytes += xmlStrlen(attributes[i]);
+    return bytes;
+}
+
 // Declared attribute defaults stay out of the tree, except namespaces: those are copied into every element,
 // so a few bytes could grow without end. What they cost may not outgrow what was read.
 void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
@@ -125,6 +134,8 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
         state.namespaceBytes += xmlStrlen(pairs[i + 1]);
     }
 
+    state.nameBytes += NameBytes(localName, {attributes, 5 * static_cast<std::size_t>(attributeCount)});
+
     NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
     if (attributeCount > limits::kAttributes)
         Refuse(context, kTooManyAttributes);
@@ -134,6 +145,8 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
         Refuse(context, "A namespace prefix is too long");
     else if (state.context->nodeNr >= limits::kDepth)
         Refuse(context, "Elements are nested too deeply");
+    else if (state.nameBytes > limits::kNameBytes)
+        Refuse(context, "The names in the document are too long");
     else if (state.namespaceBytes >
              limits::kNamespaceBytes + limits::kNamespaceBytesPerByte * state.bytesRead)
         Refuse(context, "Namespace defaults make the document too large");

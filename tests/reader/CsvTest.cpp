@@ -57,19 +57,24 @@ TEST(CsvExport, WritesFixedSetsFirstAndThenOneColumnForEachOtherSetAsOftenAsItIs
     EXPECT_EQ(Exported(CGraphData()), "\r\n\r\n\r\n\r\n") << "an empty model";
 }
 
-// Takes so many bytes and then no more.
-class CShortDevice : public QIODevice {
+// Takes so many bytes, refuses one write and takes all others.
+class CFailingDevice : public QIODevice {
 public:
-    explicit CShortDevice(qint64 room) : m_nRoom(room) { open(WriteOnly | Unbuffered); }
+    explicit CFailingDevice(qint64 room) : m_nRoom(room) { open(WriteOnly | Unbuffered); }
 
     QByteArray m_Written;
 
 protected:
     qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
     qint64 writeData(const char* data, qint64 size) override {
-        const qint64 taken = std::min(size, m_nRoom - m_Written.size());
+        if (m_nRoom == 0) {
+            m_nRoom = INT64_MAX;
+            return -1;
+        }
+        const qint64 taken = std::min(size, m_nRoom);
+        m_nRoom -= taken;
         m_Written.append(data, taken);
-        return taken > 0 ? taken : -1;
+        return taken;
     }
 
 private:
@@ -93,7 +98,7 @@ TEST(CsvExport, KeepsTheOrderOfRowsAndEndsAtAWriteError) {
     }
     EXPECT_TRUE(Exported(data) == expected);
 
-    CShortDevice device(500'000);
+    CFailingDevice device(500'000);
     CCsvFile file;
     ASSERT_TRUE(file.Open(device));
     EXPECT_THROW(ExportCsv(data, file), CFileException);

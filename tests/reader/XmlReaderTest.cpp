@@ -280,13 +280,13 @@ TEST(XmlReader, SaysWhatIsLeftOutHoweverManyProblemsThereAre) {
                  QByteArray("1\n").repeated(7000)));
     EXPECT_EQ(reading.problems.substr(reading.problems.find("Unknown")),
               "Unknown error: Only 10000 signals are shown, and there are more; "
-              "Unknown error: Only the first 6711 of 7000 sample rows are shown; "
+              "Unknown error: Only the first 3355 of 7000 sample rows are shown; "
               "Unknown error: There are 2 more problems");
 }
 
 TEST(XmlReader, ReadsFewerRowsWhenValuesHaveManyDecimals) {
     for (const auto& [precision, problem] :
-         {std::pair{"11", ""}, {"12", "Unknown error: Only the first 1118 of 1200 sample rows are shown"}}) {
+         {std::pair{"11", ""}, {"12", "Unknown error: Only the first 559 of 1200 sample rows are shown"}}) {
         const Reading reading(
             Document(QByteArray("<TypedData Name='V' Type='Float'><Unit Name='u' Precision='") + precision +
                          "'/></TypedData>",

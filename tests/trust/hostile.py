@@ -38,6 +38,7 @@ def lines_and_variables(size, attributes='Type="Short"', group_attributes="", ro
 
 
 LINE = '<Line DataName="a"/>'
+LARGE_VALUES = '<TypedData Name="a" Type="Float"><Unit Name="u" UnitOffset="3e38" Precision="11"/></TypedData>'
 
 
 def long_text_many_lines(variable):
@@ -182,6 +183,7 @@ DOCUMENTS = {
     "denormal fields": lambda s: document(rows="7.006492321624085354618e-46\n" * (s // 28)),
     "Windows line ends": lambda s: document(rows="1.25\r\n" * (s // 6)),
     "carriage returns": lambda s: document(rows="1\r" * (s // 2)),
+    "empty rows of large values": lambda s: document(LARGE_VALUES, group(LINE * 67), "1" + "\n" * s + "1"),
     "thousands of decimals": lambda s: document('<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>', rows="1e38\n" * (s // 5)),
     "extremes": lambda s: document(rows="3.4e38\n-3.4e38\n" * (s // 15)),
 }
@@ -235,6 +237,17 @@ def bomb_of_prefixes(count, length):
     return bomb(place["groups"], root=place["root"], groups="@")
 
 
+def container_of_long_names(size):
+    head, tail = document("@").split(b"@")
+    nodes = "".join(f"<{'x' * (largest(size) // 1000 - 20)}{i}/>" for i in range(1000)).encode()
+    packer = zlib.compressobj(9)
+    stream = packer.compress(head + nodes) + packer.flush(zlib.Z_FULL_FLUSH)
+    end = packer.compress(tail) + packer.flush()
+    contents = head + nodes + tail
+    padding = NOTHING * ((size - len(stream + end) - 200) // len(NOTHING))
+    return packed_entry(stream + padding + end, len(contents), zlib.crc32(contents)) + DIRECTORY
+
+
 CONTAINERS = {
     "container of rows": bomb("1.25\n", rows="@"),
     "container of short rows": bomb("1\n0\n", rows="@"),
@@ -246,7 +259,8 @@ CONTAINERS = {
                                                  variables='<TypedData Name="a" Type="Float"><Unit Name="u" Precision="1000000"/></TypedData>'),
     "container of a comment": bomb("c", head="<!--@-->"),
     "container of bad nodes": bomb("<x/>", variables="@"),
-    "container of bad nodes with long names": lambda s: entry(document("".join(f"<{'x' * 50_000}{i}/>" for i in range(1000)))) + DIRECTORY,
+    "container of bad nodes with long names": container_of_long_names,
+    "container of large values": bomb("\n", rows="1@1", groups=group(LINE * 2), variables=LARGE_VALUES),
     "container of undeclared entities": bomb("&a;", head=ANOTHER_FILE, groups="@"),
     "container of long prefixes alike": bomb_of_prefixes(1000, 60),
     "container of prefixes alike": bomb_of_prefixes(16, 32),

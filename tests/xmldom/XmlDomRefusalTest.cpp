@@ -99,9 +99,14 @@ TEST(XmlDomRefusal, StopsInsideAPieceOfMarkupThatNobodyWouldWrite) {
                   "[string input] (1): A piece of markup is too long (Error)\n")
             << begin;
     }
-    // Many long ones are no very long one.
+    // Many long ones are no very long one, unless they are names.
     const QByteArray some = "<a b='" + fill + "'/><!--" + fill + "--><?p " + fill + "?>";
     EXPECT_EQ(ErrorOf("<r>" + some.repeated(18) + "<![CDATA[" + fill.repeated(18) + "]]></r>"), "");
+    const auto named = [&](int count) {
+        return "<r>" + ("<" + fill + " " + fill + "='1'/>").repeated(count) + "</r>";
+    };
+    EXPECT_EQ(ErrorOf(named(31)), "");
+    EXPECT_EQ(ErrorOf(named(32)), "[string input] (1): The names in the document are too long (Error)\n");
 }
 
 TEST(XmlDomRefusal, StopsBeforeTheTreeBecomesLarge) {
