@@ -41,20 +41,19 @@ constexpr size_t kExactCapacity = 1 + 39 + 1 + MaxFastDecimals;
 void WriteDigits(char* end, uint64_t value, int count) {
     for (; count >= 4; count -= 4) { // each step waits for the one before, so better a large one
         const uint64_t quotient = value / 10'000;
-        const auto four = static_cast<uint32_t>(value - quotient * 10'000);
+        const size_t four = value - quotient * 10'000;
         end -= 4;
         std::memcpy(end, &kPairs[four / 100 * 2], 2);
         std::memcpy(end + 2, &kPairs[four % 100 * 2], 2);
         value = quotient;
     }
-    auto rest = static_cast<uint32_t>(value);
     if (count >= 2) {
         end -= 2;
-        std::memcpy(end, &kPairs[rest % 100 * 2], 2);
-        rest /= 100;
+        std::memcpy(end, &kPairs[value % 100 * 2], 2);
+        value /= 100;
     }
     if (count % 2 == 1)
-        end[-1] = static_cast<char>('0' + rest % 10);
+        end[-1] = static_cast<char>('0' + value % 10);
 }
 
 // Of a value below 10^18.
