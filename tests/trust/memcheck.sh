@@ -27,7 +27,9 @@ check "$tool" csv samples/bend02.paf "$folder/a.csv"
 check "$tool" render samples/bend02.paf "$folder/a.png"
 check "$tool" pack samples/bend.xml "$folder/a.paf"
 check "$tool" expand samples/bend01.paf "$folder/a.xml"
+# Left out: what takes too long, and what counts open files, of which valgrind has some itself.
+left_out='*Death*:LargePicture*:*WhicheverAllocationFails:Scratch.IsTheOwnersAlone*'
 for name in support xmldom model reader render app cli; do
-    check "$build/tests/$name/${name}_test" --gtest_brief=1 --gtest_filter='-*Death*:LargePicture*:*WhicheverAllocationFails'
+    check "$build/tests/$name/${name}_test" --gtest_brief=1 --gtest_filter="-$left_out"
 done
 exit $failed
