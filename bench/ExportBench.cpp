@@ -1,7 +1,7 @@
 // The CSV export against the plain loop that prints the same values.
-#include "CsvExport.h"
-#include "CsvFile.h"
 #include "Recording.h"
+#include "reader/csv/CsvExport.h"
+#include "reader/csv/CsvFile.h"
 
 #include <benchmark/benchmark.h>
 
@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <stdexcept>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 
@@ -25,10 +27,10 @@ void ExportFile(benchmark::State& state) {
         state.PauseTiming();
         const QString path = FreshFile("export.csv");
         state.ResumeTiming();
-        Tracelyn::CCsvFile file;
+        CCsvFile file;
         if (!file.Open(path))
             throw std::runtime_error("cannot write " + path.toStdString());
-        Tracelyn::ExportCsv(data, file);
+        ExportCsv(data, file);
         file.Close();
     }
 }

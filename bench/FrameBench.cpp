@@ -9,6 +9,8 @@
 
 #include <utility>
 
+using namespace Tracelyn;
+
 namespace {
 
 constexpr QSize kSize(1280, 720);

@@ -1,12 +1,14 @@
 // The min/max index of a signal: building it, asking it, and what it keeps in memory.
 #include "BenchOptions.h"
-#include "GraphDataTypedSource.h"
+#include "model/GraphDataTypedSource.h"
 
 #include <benchmark/benchmark.h>
 
 #include <memory>
 #include <random>
 #include <string>
+
+using namespace Tracelyn;
 
 namespace {
 

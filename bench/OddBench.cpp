@@ -10,6 +10,8 @@
 #include <functional>
 #include <limits>
 
+using namespace Tracelyn;
+
 namespace {
 
 constexpr QSize kWindow(1280, 720);

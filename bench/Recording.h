@@ -2,16 +2,18 @@
 #pragma once
 
 #include "BenchOptions.h"
-#include "Graph.h"
-#include "GraphDataVariants.h"
-#include "OffscreenWindow.h"
-#include "XmlReader.h"
+#include "model/GraphDataVariants.h"
+#include "reader/XmlReader.h"
+#include "render/Graph.h"
+#include "render/OffscreenWindow.h"
 
 #include <chrono>
 #include <cmath>
 #include <memory>
 #include <stdexcept>
 #include <vector>
+
+namespace Tracelyn {
 
 // The one graph that holds the recording of the options: a reader deletes the samples of the one before.
 inline CGraph& SharedGraph() {
@@ -23,7 +25,7 @@ inline CGraph& SharedGraph() {
 inline CGraph& LoadAgain() {
     CGraph& graph = SharedGraph();
     graph.Clear();
-    Tracelyn::CXmlReader reader;
+    CXmlReader reader;
     reader.ReadAnalysis(graph.GetData(), Options().file);
     if (!reader.GetResults().empty())
         throw std::runtime_error(reader.GetResults().front().GetText().toStdString());
@@ -107,3 +109,5 @@ inline double SecondsOfFrame(COffscreenWindow& window, CGraph& graph) {
     window.Paint(graph);
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
+
+} // namespace Tracelyn

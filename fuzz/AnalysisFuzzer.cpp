@@ -1,15 +1,15 @@
 // The whole road of a document: from bytes to the model, its layout, frames and the CSV table.
 //
 // A seed ends with a comment, <!--...-->, whose characters choose how it is shown.
-#include "CsvExport.h"
-#include "CsvFile.h"
 #include "Driving.h"
 #include "FuzzInput.h"
-#include "Graph.h"
-#include "Limits.h"
 #include "PlainReading.h"
 #include "Scratch.h"
-#include "XmlReader.h"
+#include "reader/XmlReader.h"
+#include "reader/csv/CsvExport.h"
+#include "reader/csv/CsvFile.h"
+#include "render/Graph.h"
+#include "support/Limits.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -18,6 +18,8 @@
 #include <array>
 #include <cmath>
 #include <string>
+
+using namespace Tracelyn;
 
 namespace limits = support::limits;
 
@@ -56,9 +58,9 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
     Require(AreSame(min, smallest) && AreSame(max, largest), "extremes are those of the single values");
 }
 
-void CheckLimits(const Tracelyn::CXmlReader& reader, const CGraphData& data) {
+void CheckLimits(const CXmlReader& reader, const CGraphData& data) {
     Require(reader.GetResults().size() <= limits::kResults + 5, "problems beyond the limit are only counted");
-    for (const Tracelyn::ReadResult& result : reader.GetResults()) {
+    for (const ReadResult& result : reader.GetResults()) {
         Require(!result.GetText().isEmpty(), "a problem has a text");
         Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
                 "the rows of a file that stays as it is can be read");
@@ -82,7 +84,7 @@ void CheckModel(const CGraphData& data, Settings& settings) {
 void Export(const CGraph& graph) {
     QBuffer table;
     table.open(QIODevice::WriteOnly);
-    Tracelyn::CCsvFile file;
+    CCsvFile file;
     file.Open(table);
     graph.ExportCsv(file);
     file.Close();
@@ -115,7 +117,7 @@ void Run(std::string_view input) {
     WriteFile(path, document);
 
     CGraph graph;
-    Tracelyn::CXmlReader reader;
+    CXmlReader reader;
     reader.SetAccessLevel(static_cast<int>(settings.Below(4)));
     reader.ReadAnalysis(graph.GetData(), path);
     CheckLimits(reader, graph.GetData());

@@ -1,8 +1,8 @@
 // The command lines of the viewer and of the tool.
-#include "CommandLine.h"
-#include "CommandLineInfo.h"
 #include "FuzzInput.h"
-#include "Options.h"
+#include "app/CommandLineInfo.h"
+#include "cli/Options.h"
+#include "support/CommandLine.h"
 
 #include <QStringList>
 
@@ -10,6 +10,8 @@
 #include <cmath>
 #include <string>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 

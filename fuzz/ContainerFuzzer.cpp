@@ -1,11 +1,13 @@
 // Expansion of a container: from bytes to files, and to nothing outside the target folder.
 #include "FuzzInput.h"
 #include "Scratch.h"
-#include "zip.h"
+#include "reader/container/zip.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+
+using namespace Tracelyn;
 
 namespace {
 
@@ -62,12 +64,12 @@ bool HasFiles(const QString& folder) {
 // What was expanded packs into a container that expands to the same.
 void CheckRoundTrip(const Place& place) {
     const QByteArray contents = Read(place.target + kEntry);
-    Tracelyn::CZip zip(place.copy);
+    CZip zip(place.copy);
     zip.SetBaseFolder(place.target);
     zip.AddFile(QString(), kEntry, false, true);
     Require(zip.Pack(), "an expanded file packs");
     QFile::remove(place.target + kEntry);
-    Require(Tracelyn::CZip(place.copy).Expand(place.target, kEntry), "a packed file expands");
+    Require(CZip(place.copy).Expand(place.target, kEntry), "a packed file expands");
     Require(Read(place.target + kEntry) == contents, "a packed file expands to the same");
 }
 
@@ -78,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Settings settings(TextOf(data, size));
     const bool all = settings.Below(2) == 1;
     WriteFile(place.archive, TextOf(data, size));
-    const bool expanded = Tracelyn::CZip(place.archive).Expand(place.target, all ? QString() : kEntry);
+    const bool expanded = CZip(place.archive).Expand(place.target, all ? QString() : kEntry);
     place.CheckSurroundings();
     Require(expanded || !HasFiles(place.target), "a failed expansion leaves no file");
     if (!all) {

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace Tracelyn {
+
 namespace {
 
 void Step(CGraph& graph, RecordingWindow& window, unsigned action, unsigned amount) {
@@ -72,3 +74,5 @@ void Drive(CGraph& graph, Settings& settings) {
     whole.PaintAll();
     Require(window.GetImage() == whole.GetImage(), "partial repaints leave what a whole one gives");
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,7 @@
 // The measurement set: a path taken apart and its neighbours found, compared with the rules told plainly.
-#include "FileSetDescriptor.h"
 #include "FuzzInput.h"
 #include "Scratch.h"
+#include "app/FileSetDescriptor.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <set>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 

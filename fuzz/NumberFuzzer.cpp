@@ -1,7 +1,7 @@
 // The number readers and the number writer against the C library.
-#include "FixedText.h"
 #include "FuzzInput.h"
-#include "NumberText.h"
+#include "support/FixedText.h"
+#include "support/NumberText.h"
 
 #include <algorithm>
 #include <array>

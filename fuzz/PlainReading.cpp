@@ -1,17 +1,19 @@
 #include "PlainReading.h"
 
 #include "FuzzInput.h"
-#include "GraphData.h"
-#include "GraphDataVariants.h"
-#include "XmlDomDocument.h"
-#include "XmlDomElement.h"
-#include "XmlDomNodeIterator.h"
+#include "model/GraphData.h"
+#include "model/GraphDataVariants.h"
+#include "xmldom/XmlDomDocument.h"
+#include "xmldom/XmlDomElement.h"
+#include "xmldom/XmlDomNodeIterator.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -130,3 +132,5 @@ void CompareWithPlainReading(const QString& path, int accessLevel, const CGraphD
     }
     Require(groupAt == data.GetGroups().size(), "every group is in the model");
 }
+
+} // namespace Tracelyn

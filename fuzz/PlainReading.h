@@ -3,8 +3,12 @@
 
 #include <QString>
 
+namespace Tracelyn {
+
 class CGraphData;
 
 // The document was read into the data without a problem, at that access level. Stops the program when a set
 // differs from what the rules say about its column.
 void CompareWithPlainReading(const QString& path, int accessLevel, const CGraphData& data);
+
+} // namespace Tracelyn

@@ -1,7 +1,7 @@
-#include "AboutDlg.h"
+#include "app/AboutDlg.h"
 
-#include "DialogUnits.h"
-#include "Icons.h"
+#include "app/DialogUnits.h"
+#include "app/Icons.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -99,3 +101,5 @@ QString CAboutDlg::GetKeyboardHelp() {
            tr("F2/F3\t\t= previous/next file\n") + tr("Space\t\t= expand/collapse selected group\n") +
            tr("1..4\t\t= expand/collapse group\n") + tr("Enter\t\t= toggle fixed cursor\n");
 }
+
+} // namespace Tracelyn

@@ -5,6 +5,8 @@
 
 class QLabel;
 
+namespace Tracelyn {
+
 class CAboutDlg : public QDialog {
     Q_OBJECT
 
@@ -20,3 +22,5 @@ private:
     QLabel* m_pVersionText;  // owned by the dialog
     QLabel* m_pKeyboardHelp; // owned by the dialog
 };
+
+} // namespace Tracelyn

@@ -1,8 +1,8 @@
-#include "ChildView.h"
+#include "app/ChildView.h"
 
-#include "CsvFile.h"
-#include "ShellUi.h"
-#include "SignalFileReader.h"
+#include "app/ShellUi.h"
+#include "reader/SignalFileReader.h"
+#include "reader/csv/CsvFile.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -13,6 +13,8 @@
 
 #include <cmath>
 #include <optional>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -108,7 +110,7 @@ void CChildView::Load(CSignalFileReader& reader, const QString& path) {
 }
 
 void CChildView::ExportCsv(const QString& path) const {
-    Tracelyn::CCsvFile file;
+    CCsvFile file;
     if (!file.Open(path))
         return;
     m_Graph.ExportCsv(file);
@@ -275,3 +277,5 @@ void CChildView::OnScrollBarAction(int action) {
     // Where nothing moved, the bar must not keep the step that it took by itself.
     m_Graph.UpdateScrollBar(*this);
 }
+
+} // namespace Tracelyn

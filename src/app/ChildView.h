@@ -2,14 +2,16 @@
 // operations.
 #pragma once
 
-#include "CommandIds.h"
-#include "Graph.h"
-#include "GraphWindow.h"
+#include "app/CommandIds.h"
+#include "render/Graph.h"
+#include "render/GraphWindow.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QPoint>
 #include <QRegion>
+
+namespace Tracelyn {
 
 class CSignalFileReader;
 class CShellUi;
@@ -70,3 +72,5 @@ private:
     // What was invalidated and not painted yet.
     QRegion m_Invalid;
 };
+
+} // namespace Tracelyn

@@ -1,6 +1,8 @@
 // The numbers of the program's commands.
 #pragma once
 
+namespace Tracelyn {
+
 enum class CommandId : int {
     CaptureLogfile = 135,
     PreviousFile = 137,
@@ -26,3 +28,5 @@ enum class CommandId : int {
     ViewToolbar = 59392,
     ViewStatusBar = 59393,
 };
+
+} // namespace Tracelyn

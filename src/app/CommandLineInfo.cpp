@@ -1,8 +1,10 @@
-#include "CommandLineInfo.h"
+#include "app/CommandLineInfo.h"
 
-#include "AccessLevel.h"
+#include "reader/AccessLevel.h"
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -25,6 +27,8 @@ void CTracelynCommandLineInfo::ParseCommandLine(const QStringList& arguments) {
 }
 
 void CTracelynCommandLineInfo::ParseParam(const QString& param, bool /*flag*/, bool /*last*/) {
-    m_nAccessLevel = std::max(m_nAccessLevel, Tracelyn::LevelGrantedBy(param));
+    m_nAccessLevel = std::max(m_nAccessLevel, LevelGrantedBy(param));
     m_strFileName = param.startsWith(QLatin1String(".paf")) ? QString() : param;
 }
+
+} // namespace Tracelyn

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace Tracelyn {
+
 class CTracelynCommandLineInfo {
 public:
     // Hands each argument (the program's name is not one of them) to ParseParam in order, without a leading
@@ -24,3 +26,5 @@ private:
     int m_nAccessLevel = 0;
     QString m_strFileName;
 };
+
+} // namespace Tracelyn

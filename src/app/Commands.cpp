@@ -1,9 +1,11 @@
-#include "Commands.h"
+#include "app/Commands.h"
 
-#include "Icons.h"
+#include "app/Icons.h"
 
 #include <QCoreApplication>
 #include <QWidget>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -127,3 +129,5 @@ CCommands::CCommands(QWidget& window, const Handler& handler) {
         m_Actions.emplace(id, action);
     }
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,7 @@
 // What each command looks like: menu text, prompt, tool tip, icon and keys.
 #pragma once
 
-#include "CommandIds.h"
+#include "app/CommandIds.h"
 
 #include <QAction>
 #include <QKeySequence>
@@ -10,6 +10,8 @@
 
 #include <functional>
 #include <map>
+
+namespace Tracelyn {
 
 // The actions of the main window, one for each command, owned by it. Their keys work whichever part of the
 // window has the focus. Triggering one calls the handler with its command.
@@ -26,3 +28,5 @@ public:
 private:
     std::map<CommandId, QAction*> m_Actions;
 };
+
+} // namespace Tracelyn

@@ -1,15 +1,17 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
-#include "ExpandedAnalysis.h"
-#include "FileJustOpened.h"
-#include "LoadProgress.h"
-#include "MainFrm.h"
-#include "NewFile.h"
-#include "ScratchFolder.h"
-#include "WaitCursor.h"
-#include "XmlReader.h"
+#include "app/LoadProgress.h"
+#include "app/MainFrm.h"
+#include "app/WaitCursor.h"
+#include "reader/XmlReader.h"
+#include "reader/container/ExpandedAnalysis.h"
+#include "render/FileJustOpened.h"
+#include "support/NewFile.h"
+#include "support/ScratchFolder.h"
 
 #include <QFileInfo>
 #include <QStatusBar>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -77,7 +79,7 @@ void CMainFrame::LoadCurrentFile() {
     const bool isContainer = extension == QLatin1String(".paf");
     if (!isContainer && extension != QLatin1String(".xml"))
         return;
-    Tracelyn::CXmlReader reader;
+    CXmlReader reader;
     reader.SetAccessLevel(m_nAccessLevel);
     if (!Read(path, isContainer, reader)) {
         ShowError(tr("Problem expanding analysis file"));
@@ -87,7 +89,7 @@ void CMainFrame::LoadCurrentFile() {
     ShowResults(reader.GetResults());
 }
 
-bool CMainFrame::Read(const QString& path, bool isContainer, Tracelyn::CXmlReader& reader) {
+bool CMainFrame::Read(const QString& path, bool isContainer, CXmlReader& reader) {
     CLoadProgress bar(*statusBar());
     const support::Progress progress = [&bar](double done) { bar.Show(done); };
     if (!isContainer) {
@@ -99,8 +101,7 @@ bool CMainFrame::Read(const QString& path, bool isContainer, Tracelyn::CXmlReade
     const support::ScratchFolder folder;
     if (!folder.IsValid())
         return false;
-    const Tracelyn::CExpandedAnalysis document(path, folder.GetPath(),
-                                               support::StepOf(progress, 0, Expanded));
+    const CExpandedAnalysis document(path, folder.GetPath(), support::StepOf(progress, 0, Expanded));
     if (!document.IsExpanded())
         return false;
     reader.SetProgress(support::StepOf(progress, Expanded, 1));
@@ -108,7 +109,7 @@ bool CMainFrame::Read(const QString& path, bool isContainer, Tracelyn::CXmlReade
     return true;
 }
 
-void CMainFrame::ShowResults(std::span<const Tracelyn::ReadResult> results) {
+void CMainFrame::ShowResults(std::span<const ReadResult> results) {
     constexpr size_t Patience = 20;
     for (size_t i = 0; i < results.size(); ++i) {
         if (i < Patience)
@@ -183,3 +184,5 @@ void CMainFrame::ShowError(const QString& text) {
 void CMainFrame::ShowMessage(MessageIcon icon, const QString& text) {
     m_Ui.ShowMessage(icon, tr("Tracelyn"), text);
 }
+
+} // namespace Tracelyn

@@ -1,6 +1,6 @@
-#include "FileErrorDlg.h"
+#include "app/FileErrorDlg.h"
 
-#include "DialogUnits.h"
+#include "app/DialogUnits.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -58,3 +60,5 @@ int CFileErrorDlg::DoModal() {
     const int result = exec();
     return result == Rejected ? Abort : result;
 }
+
+} // namespace Tracelyn

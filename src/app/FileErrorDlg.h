@@ -3,6 +3,8 @@
 
 #include <QDialog>
 
+namespace Tracelyn {
+
 class CFileErrorDlg : public QDialog {
     Q_OBJECT
 
@@ -21,3 +23,5 @@ public:
 private:
     QString m_strMessage;
 };
+
+} // namespace Tracelyn

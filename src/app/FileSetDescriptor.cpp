@@ -1,4 +1,4 @@
-#include "FileSetDescriptor.h"
+#include "app/FileSetDescriptor.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <utility>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -136,3 +138,5 @@ QString CFileSetDescriptor::GetNextFreeName() const {
     const uint32_t next = m_Numbers.empty() ? 0 : m_Numbers.back() + 1;
     return m_strDirectory + m_strBaseName + NumberText(next) + m_strExtension;
 }
+
+} // namespace Tracelyn

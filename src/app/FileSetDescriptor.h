@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace Tracelyn {
+
 // Names are kept in lower case, so RUN05.PAF and run05.paf are the same file. Where the file system tells
 // case apart the directory is kept as given and files are found without regard to case.
 class CFileSetDescriptor {
@@ -51,3 +53,5 @@ private:
     QString m_strBaseName;
     QString m_strExtension = QStringLiteral(".frd");
 };
+
+} // namespace Tracelyn

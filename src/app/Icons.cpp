@@ -1,4 +1,4 @@
-#include "Icons.h"
+#include "app/Icons.h"
 
 #include <QFile>
 #include <QString>
@@ -6,10 +6,12 @@
 #include <initializer_list>
 
 // The resources lie in a static library, from which the linker takes only what is named. The macro declares a
-// function of the global name space.
+// function of the global namespace.
 static void RegisterArtwork() {
     Q_INIT_RESOURCE(icons);
 }
+
+namespace Tracelyn {
 
 QIcon LoadIcon(const QString& name) {
     RegisterArtwork();
@@ -21,3 +23,5 @@ QIcon LoadIcon(const QString& name) {
     }
     return icon;
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,9 @@
-#include "LoadProgress.h"
+#include "app/LoadProgress.h"
 
 #include <QProgressBar>
 #include <QStatusBar>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -31,3 +33,5 @@ void CLoadProgress::Show(double done) {
 CLoadProgress::~CLoadProgress() {
     delete m_pProgress;
 }
+
+} // namespace Tracelyn

@@ -1,10 +1,12 @@
 // The bar in the status bar that tells how far a load has come.
 #pragma once
 
-#include "Patience.h"
+#include "support/Patience.h"
 
 class QProgressBar;
 class QStatusBar;
+
+namespace Tracelyn {
 
 // Lives for one load. The bar appears when the load takes long and goes with this object. It is painted at
 // once, without waiting for events, and no input is handled meanwhile.
@@ -25,3 +27,5 @@ private:
     support::CPatience m_Patience;
     QProgressBar* m_pProgress = nullptr; // belongs to the status bar
 };
+
+} // namespace Tracelyn

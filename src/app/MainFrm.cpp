@@ -1,8 +1,8 @@
-#include "MainFrm.h"
+#include "app/MainFrm.h"
 
-#include "FileJustOpened.h"
-#include "Icons.h"
-#include "StatusPanes.h"
+#include "app/Icons.h"
+#include "app/StatusPanes.h"
+#include "render/FileJustOpened.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -12,6 +12,8 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -153,3 +155,5 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     event->accept();
     QCoreApplication::exit(0);
 }
+
+} // namespace Tracelyn

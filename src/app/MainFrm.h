@@ -1,24 +1,25 @@
 // The main window: menus, toolbar, status bar and view, and every command on files.
 #pragma once
 
-#include "ChildView.h"
-#include "Commands.h"
-#include "FileSetDescriptor.h"
-#include "ShellUi.h"
+#include "app/ChildView.h"
+#include "app/Commands.h"
+#include "app/FileSetDescriptor.h"
+#include "app/ShellUi.h"
 
 #include <QMainWindow>
 #include <QString>
 
 #include <span>
 
-class CStatusPanes;
 class QMenu;
 class QToolBar;
 
 namespace Tracelyn {
+
+class CStatusPanes;
+
 class CXmlReader;
 struct ReadResult;
-} // namespace Tracelyn
 
 class CMainFrame : public QMainWindow {
     Q_OBJECT
@@ -65,9 +66,9 @@ private:
     void LoadFile();
     void LoadCurrentFile();
     // False when a container cannot be expanded.
-    bool Read(const QString& path, bool isContainer, Tracelyn::CXmlReader& reader);
+    bool Read(const QString& path, bool isContainer, CXmlReader& reader);
     // One box each, in order; from the 21st on the rest may be skipped.
-    void ShowResults(std::span<const Tracelyn::ReadResult> results);
+    void ShowResults(std::span<const ReadResult> results);
     void UpdateTitle();
 
     void SaveTo(const QString& path);
@@ -88,3 +89,5 @@ private:
     CFileSetDescriptor m_FileSet;
     int m_nAccessLevel = 0;
 };
+
+} // namespace Tracelyn

@@ -1,7 +1,7 @@
-#include "NativeShellUi.h"
+#include "app/NativeShellUi.h"
 
-#include "Beep.h"
-#include "WaitCursor.h"
+#include "app/WaitCursor.h"
+#include "support/Beep.h"
 
 #include <QApplication>
 #include <QDir>
@@ -12,6 +12,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -120,3 +122,5 @@ void CNativeShellUi::Beep(int hertz, int milliseconds) {
     if (!support::Beep(hertz, milliseconds))
         QApplication::beep();
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
 // Message boxes and file dialogs of the toolkit.
 #pragma once
 
-#include "ShellUi.h"
+#include "app/ShellUi.h"
 
 #include <QFileDialog>
+
+namespace Tracelyn {
 
 class CNativeShellUi : public CShellUi {
 public:
@@ -17,3 +19,5 @@ private:
     static bool Show(MessageIcon icon, const QString& caption, const QString& text, bool offersSkip);
     static std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& request);
 };
+
+} // namespace Tracelyn

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace Tracelyn {
+
 enum class MessageIcon { Stop, Information };
 
 struct FileRequest {
@@ -38,3 +40,5 @@ protected:
     CShellUi(const CShellUi&) = default;
     CShellUi& operator=(const CShellUi&) = default;
 };
+
+} // namespace Tracelyn

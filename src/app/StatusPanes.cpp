@@ -1,11 +1,13 @@
-#include "StatusPanes.h"
+#include "app/StatusPanes.h"
 
-#include "LockKeys.h"
+#include "support/LockKeys.h"
 
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QStatusBar>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -60,3 +62,5 @@ void CStatusPanes::UpdateLockKeys() {
     m_pCaps->setText(keys.caps ? tr("CAPS") : QString());
     m_pNum->setText(keys.num ? tr("NUM") : QString());
 }
+
+} // namespace Tracelyn

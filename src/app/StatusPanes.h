@@ -6,6 +6,8 @@
 class QLabel;
 class QStatusBar;
 
+namespace Tracelyn {
+
 class CStatusPanes : public QObject {
     Q_OBJECT
 
@@ -25,3 +27,5 @@ private:
     QLabel* m_pCaps;
     QLabel* m_pNum;
 };
+
+} // namespace Tracelyn

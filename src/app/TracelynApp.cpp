@@ -1,10 +1,12 @@
-#include "TracelynApp.h"
+#include "app/TracelynApp.h"
 
-#include "AboutDlg.h"
-#include "CommandLineInfo.h"
-#include "MainFrm.h"
+#include "app/AboutDlg.h"
+#include "app/CommandLineInfo.h"
+#include "app/MainFrm.h"
 
 #include <QApplication>
+
+namespace Tracelyn {
 
 CTracelynApp::CTracelynApp(CShellUi& ui) : m_Ui(ui) {}
 
@@ -30,3 +32,5 @@ void CTracelynApp::OnAbout() {
     CAboutDlg dialog(m_pFrame.get());
     dialog.exec();
 }
+
+} // namespace Tracelyn

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace Tracelyn {
+
 class CMainFrame;
 class CShellUi;
 
@@ -28,3 +30,5 @@ private:
     CShellUi& m_Ui;
     std::unique_ptr<CMainFrame> m_pFrame;
 };
+
+} // namespace Tracelyn

@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QCursor>
 
+namespace Tracelyn {
+
 template <Qt::CursorShape Shape>
 class CScopedCursor {
 public:
@@ -16,3 +18,5 @@ public:
 using CWaitCursor = CScopedCursor<Qt::WaitCursor>;
 // For a box that opens while something waits.
 using CArrowCursor = CScopedCursor<Qt::ArrowCursor>;
+
+} // namespace Tracelyn

@@ -1,12 +1,14 @@
 // tracelyn: the viewer's process entry.
-#include "CommandLine.h"
-#include "NativeShellUi.h"
-#include "ScratchFolder.h"
-#include "Startup.h"
-#include "TracelynApp.h"
+#include "app/NativeShellUi.h"
+#include "app/TracelynApp.h"
+#include "support/CommandLine.h"
+#include "support/ScratchFolder.h"
+#include "support/Startup.h"
 
 #include <QApplication>
 #include <QSettings>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -23,9 +25,12 @@ int MainFunction(int& argc, char** argv) {
 
 } // namespace
 
+} // namespace Tracelyn
+
 int main(int argc, char** argv) {
     // The splitting only counts the arguments; their text comes from the toolkit, which knows every system's
     // encoding.
-    return support::RunMain(support::ProcessCommandLine(argc, argv),
-                            [&](const std::vector<std::string>&) { return MainFunction(argc, argv); });
+    return support::RunMain(support::ProcessCommandLine(argc, argv), [&](const std::vector<std::string>&) {
+        return Tracelyn::MainFunction(argc, argv);
+    });
 }

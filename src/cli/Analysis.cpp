@@ -1,12 +1,14 @@
-#include "Analysis.h"
+#include "cli/Analysis.h"
 
-#include "ExpandedAnalysis.h"
-#include "ProgressLine.h"
-#include "ScratchFolder.h"
-#include "Terminal.h"
-#include "XmlReader.h"
+#include "cli/ProgressLine.h"
+#include "reader/XmlReader.h"
+#include "reader/container/ExpandedAnalysis.h"
+#include "support/ScratchFolder.h"
+#include "support/Terminal.h"
 
 #include <QFileInfo>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -14,7 +16,7 @@ namespace {
 constexpr double kExpanded = 0.7;
 
 Analysis Read(const QString& path, int accessLevel, CGraphData& data, const support::Progress& progress) {
-    Tracelyn::CXmlReader reader;
+    CXmlReader reader;
     reader.SetAccessLevel(accessLevel);
     reader.SetProgress(progress);
     reader.ReadAnalysis(data, path);
@@ -27,8 +29,7 @@ std::optional<Analysis> ReadContainer(const QString& path, int accessLevel, CGra
     const support::ScratchFolder folder;
     if (!folder.IsValid() || !QFileInfo(path).isFile())
         return std::nullopt;
-    const Tracelyn::CExpandedAnalysis expanded(path, folder.GetPath(),
-                                               support::StepOf(progress, 0, kExpanded));
+    const CExpandedAnalysis expanded(path, folder.GetPath(), support::StepOf(progress, 0, kExpanded));
     if (!expanded.IsExpanded())
         return std::nullopt;
     return Read(expanded.Path(), accessLevel, data, support::StepOf(progress, kExpanded, 1));
@@ -55,3 +56,5 @@ std::optional<Analysis> LoadAnalysis(const QString& path, int accessLevel, CGrap
     }
     return Read(path, accessLevel, data, progress);
 }
+
+} // namespace Tracelyn

@@ -1,18 +1,20 @@
-#include "Commands.h"
+#include "cli/Commands.h"
 
-#include "CsvExport.h"
-#include "CsvFile.h"
-#include "ExpandedAnalysis.h"
-#include "GraphData.h"
-#include "InfoJson.h"
-#include "OutputFile.h"
-#include "ScratchFolder.h"
-#include "zip.h"
+#include "cli/InfoJson.h"
+#include "model/GraphData.h"
+#include "reader/container/ExpandedAnalysis.h"
+#include "reader/container/zip.h"
+#include "reader/csv/CsvExport.h"
+#include "reader/csv/CsvFile.h"
+#include "support/OutputFile.h"
+#include "support/ScratchFolder.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <cstdio>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -55,7 +57,7 @@ void PrintError(const QString& text) {
 }
 
 ExitCode ReportResults(const Analysis& analysis) {
-    for (const Tracelyn::ReadResult& result : analysis.results)
+    for (const ReadResult& result : analysis.results)
         PrintError(result.GetText());
     return analysis.results.empty() ? ExitCode::Success : ExitCode::ReadWithProblems;
 }
@@ -97,11 +99,11 @@ ExitCode RunCsv(const Options& options) {
     if (!output.IsOpen())
         return FailToWrite(options.output, output.ErrorText());
     try {
-        Tracelyn::CCsvFile file;
+        CCsvFile file;
         file.Open(output.Device());
-        Tracelyn::ExportCsv(data, file);
+        ExportCsv(data, file);
         file.Close();
-    } catch (const Tracelyn::CFileException&) {
+    } catch (const CFileException&) {
         return FailToWrite(options.output, output.ErrorText());
     }
     if (!output.Commit())
@@ -116,8 +118,8 @@ ExitCode RunPack(const Options& options) {
     support::OutputFile output(options.output);
     if (!output.IsOpen())
         return FailToWrite(options.output, output.ErrorText());
-    Tracelyn::CZip zip;
-    zip.AddFileAs(options.input, Tracelyn::AnalysisEntryName());
+    CZip zip;
+    zip.AddFileAs(options.input, AnalysisEntryName());
     const bool packed = zip.Pack(output.Device());
     if (output.Device().error() != QFileDevice::NoError)
         return FailToWrite(options.output, output.ErrorText());
@@ -131,8 +133,10 @@ ExitCode RunExpand(const Options& options) {
     const support::ScratchFolder folder;
     if (!folder.IsValid() || !QFileInfo(options.input).isFile())
         return Fail(problem);
-    const Tracelyn::CExpandedAnalysis expanded(options.input, folder.GetPath());
+    const CExpandedAnalysis expanded(options.input, folder.GetPath());
     if (!expanded.IsExpanded() || !QFile::exists(expanded.Path()))
         return Fail(problem);
     return CopyToOutput(expanded.Path(), options.output);
 }
+
+} // namespace Tracelyn

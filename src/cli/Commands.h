@@ -1,9 +1,11 @@
 // The tool's commands. Each writes its problems to the error output and returns the exit code.
 #pragma once
 
-#include "Analysis.h"
-#include "ExitCode.h"
-#include "Options.h"
+#include "cli/Analysis.h"
+#include "cli/ExitCode.h"
+#include "cli/Options.h"
+
+namespace Tracelyn {
 
 ExitCode RunInfo(const Options& options);
 ExitCode RunCsv(const Options& options);
@@ -18,3 +20,5 @@ ExitCode ReportResults(const Analysis& analysis);
 // There are problems and no group: a file made of it would say nothing, and replace one that may say more.
 bool IsNothingRead(const Analysis& analysis, const CGraphData& data);
 ExitCode WrongUsage(const QString& error);
+
+} // namespace Tracelyn

@@ -1,6 +1,8 @@
 // What the tool's exit code tells its caller.
 #pragma once
 
+namespace Tracelyn {
+
 enum class ExitCode : int {
     Success = 0,
     // Nothing was read or written.
@@ -9,3 +11,5 @@ enum class ExitCode : int {
     // The file was read with problems; the output is written all the same.
     ReadWithProblems = 3,
 };
+
+} // namespace Tracelyn

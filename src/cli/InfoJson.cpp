@@ -1,14 +1,16 @@
-#include "InfoJson.h"
+#include "cli/InfoJson.h"
 
-#include "Analysis.h"
-#include "GraphData.h"
-#include "GraphDataVariants.h"
+#include "cli/Analysis.h"
+#include "model/GraphData.h"
+#include "model/GraphDataVariants.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -76,7 +78,7 @@ QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
     for (const auto& group : data.GetGroups())
         groups.append(GroupJson(*group, samples));
     QJsonArray results;
-    for (const Tracelyn::ReadResult& result : analysis.results) {
+    for (const ReadResult& result : analysis.results) {
         results.append(QJsonObject{{QStringLiteral("code"), static_cast<int>(result.code)},
                                    {QStringLiteral("text"), result.GetText()}});
     }
@@ -86,3 +88,5 @@ QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
                                      {QStringLiteral("results"), results}})
         .toJson();
 }
+
+} // namespace Tracelyn

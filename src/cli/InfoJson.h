@@ -3,7 +3,11 @@
 
 #include <QByteArray>
 
+namespace Tracelyn {
+
 class CGraphData;
 struct Analysis;
 
 QByteArray InfoJson(const Analysis& analysis, const CGraphData& data);
+
+} // namespace Tracelyn

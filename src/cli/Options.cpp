@@ -1,13 +1,15 @@
-#include "Options.h"
+#include "cli/Options.h"
 
-#include "AccessLevel.h"
-#include "Limits.h"
+#include "reader/AccessLevel.h"
+#include "support/Limits.h"
 
 #include <QCommandLineParser>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -119,7 +121,7 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
         options.output = files.last();
     if (command.takesCodes) {
         for (const QString& code : parser.values(QStringLiteral("code")))
-            options.accessLevel = std::max(options.accessLevel, Tracelyn::LevelGrantedBy(code));
+            options.accessLevel = std::max(options.accessLevel, LevelGrantedBy(code));
     }
     if (command.command == Command::Render && !ReadRenderOptions(parser, options, error))
         return std::nullopt;
@@ -166,3 +168,5 @@ std::optional<Options> ParseOptions(const QStringList& arguments, QString& error
     // The parser skips its first argument, so that the command stands where it expects the program's name.
     return ParseCommand(*command, arguments, error);
 }
+
+} // namespace Tracelyn

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace Tracelyn {
+
 enum class Command { Info, Csv, Render, Pack, Expand, Help, Version };
 
 struct Options {
@@ -30,3 +32,5 @@ QString UsageText();
 
 // The arguments come without the program's name. On wrong usage the result is empty and `error` says why.
 std::optional<Options> ParseOptions(const QStringList& arguments, QString& error);
+
+} // namespace Tracelyn

@@ -1,4 +1,6 @@
-#include "ProgressLine.h"
+#include "cli/ProgressLine.h"
+
+namespace Tracelyn {
 
 void CProgressLine::Show(double done) {
     if (!m_Patience.IsOver())
@@ -14,3 +16,5 @@ CProgressLine::~CProgressLine() {
         std::fflush(m_pStream);
     }
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
 // A line on a terminal that tells how far a load has come.
 #pragma once
 
-#include "Patience.h"
+#include "support/Patience.h"
 
 #include <cstdio>
+
+namespace Tracelyn {
 
 // Appears when the load takes long and is wiped by the destructor.
 class CProgressLine {
@@ -24,3 +26,5 @@ private:
     support::CPatience m_Patience;
     bool m_bShown = false;
 };
+
+} // namespace Tracelyn

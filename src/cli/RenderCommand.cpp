@@ -1,10 +1,12 @@
-#include "Commands.h"
+#include "cli/Commands.h"
 
-#include "OffscreenWindow.h"
-#include "OutputFile.h"
+#include "render/OffscreenWindow.h"
+#include "support/OutputFile.h"
 
 #include <QBuffer>
 #include <QImage>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -80,3 +82,5 @@ ExitCode RunRender(const Options& options) {
     }
     return ReportResults(*analysis);
 }
+
+} // namespace Tracelyn

@@ -1,5 +1,5 @@
 // tracelyn-cli: what the viewer reads, shows and exports, without a window.
-#include "Commands.h"
+#include "cli/Commands.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -8,6 +8,8 @@
 #include <exception>
 #include <memory>
 #include <new>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -67,14 +69,16 @@ ExitCode Main(int argc, char** argv) {
 
 } // namespace
 
+} // namespace Tracelyn
+
 int main(int argc, char** argv) {
-    g_printMessage = qInstallMessageHandler(PrintMessage);
+    Tracelyn::g_printMessage = qInstallMessageHandler(Tracelyn::PrintMessage);
     try {
-        return static_cast<int>(Main(argc, argv));
+        return static_cast<int>(Tracelyn::Main(argc, argv));
     } catch (const std::bad_alloc&) {
-        PrintError(QStringLiteral("Out of memory"));
+        Tracelyn::PrintError(QStringLiteral("Out of memory"));
     } catch (const std::exception& exception) {
-        PrintError(QString::fromLocal8Bit(exception.what()));
+        Tracelyn::PrintError(QString::fromLocal8Bit(exception.what()));
     }
-    return static_cast<int>(ExitCode::Failed);
+    return static_cast<int>(Tracelyn::ExitCode::Failed);
 }

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace Tracelyn {
+
 enum class DisplayType : int32_t { None = 0, Graph = 1, Console = 2, Both = 3 };
 
 constexpr bool IsShownInGraph(DisplayType type) {
@@ -12,3 +14,5 @@ constexpr bool IsShownInGraph(DisplayType type) {
 constexpr bool IsShownInConsole(DisplayType type) {
     return type == DisplayType::Console || type == DisplayType::Both;
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,9 @@
-#include "GraphData.h"
+#include "model/GraphData.h"
 
 #include <algorithm>
 #include <iterator>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -111,3 +113,5 @@ void CGraphData::Clear() {
     DeleteAllSets();
     DeleteAllGroups();
 }
+
+} // namespace Tracelyn

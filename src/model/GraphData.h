@@ -1,8 +1,8 @@
 // The root of the model: everything that one analysis file contributes to the screen.
 #pragma once
 
-#include "GraphDataGroup.h"
-#include "GraphDataSet.h"
+#include "model/GraphDataGroup.h"
+#include "model/GraphDataSet.h"
 
 #include <QMap>
 #include <QString>
@@ -10,6 +10,8 @@
 #include <memory>
 #include <utility>
 #include <vector>
+
+namespace Tracelyn {
 
 // Remembered expanded states: group name to "1" (expanded) or "0".
 using GroupStates = QMap<QString, QString>;
@@ -67,3 +69,5 @@ private:
     std::vector<std::unique_ptr<CGraphDataGroup>> m_Groups;
     std::vector<std::unique_ptr<CGraphDataSet>> m_Sets;
 };
+
+} // namespace Tracelyn

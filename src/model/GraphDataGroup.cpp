@@ -1,8 +1,10 @@
-#include "GraphDataGroup.h"
+#include "model/GraphDataGroup.h"
 
-#include "GraphDataSet.h"
+#include "model/GraphDataSet.h"
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -50,3 +52,5 @@ int CGraphDataGroup::CalcHeight(int available) {
     }
     return m_nHeight;
 }
+
+} // namespace Tracelyn

@@ -1,12 +1,14 @@
 // One band of the picture: a named list of sets, how it wants to be shown, and where the layout put it.
 #pragma once
 
-#include "DisplayType.h"
+#include "model/DisplayType.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <vector>
+
+namespace Tracelyn {
 
 class CGraphDataSet;
 
@@ -50,3 +52,5 @@ public:
     DisplayType m_nDisplayType = DisplayType::Both;
     bool m_bInverted = false;
 };
+
+} // namespace Tracelyn

@@ -1,11 +1,13 @@
-#include "GraphDataSet.h"
+#include "model/GraphDataSet.h"
 
-#include "GraphData.h"
+#include "model/GraphData.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <limits>
+
+namespace Tracelyn {
 
 CGraphDataSet::CGraphDataSet(CGraphData& root) {
     Reset();
@@ -89,3 +91,5 @@ void CGraphDataSet::GetScaledValues(int first, std::span<float> values) const {
         values = values.subspan(chunk.size());
     }
 }
+
+} // namespace Tracelyn

@@ -1,13 +1,15 @@
 // One set of the model: a sampled signal, a reference line or the index axis, read as floating values.
 #pragma once
 
-#include "DisplayType.h"
-#include "MinMax.h"
+#include "model/DisplayType.h"
+#include "model/MinMax.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <span>
+
+namespace Tracelyn {
 
 class CGraphData;
 
@@ -91,3 +93,5 @@ private:
     mutable float m_fCacheMin = 0.0F;
     mutable float m_fCacheMax = 0.0F;
 };
+
+} // namespace Tracelyn

@@ -1,8 +1,10 @@
 // The set that shows the samples of a typed source.
 #pragma once
 
-#include "GraphDataSet.h"
-#include "GraphDataTypedSource.h"
+#include "model/GraphDataSet.h"
+#include "model/GraphDataTypedSource.h"
+
+namespace Tracelyn {
 
 // Borrows its source, which must outlive it.
 template <class T>
@@ -27,3 +29,5 @@ protected:
 private:
     const CGraphDataTypedSource<T>* m_pSource;
 };
+
+} // namespace Tracelyn

@@ -1,9 +1,9 @@
 // The samples of one signal in their file type.
 #pragma once
 
-#include "MinMax.h"
-#include "MinMaxIndex.h"
-#include "Uninitialized.h"
+#include "model/MinMax.h"
+#include "model/MinMaxIndex.h"
+#include "model/Uninitialized.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -12,6 +12,8 @@
 #include <span>
 #include <stdexcept>
 #include <type_traits>
+
+namespace Tracelyn {
 
 // The samples of one signal, contiguous. A variable of the reader owns its source; the sets that show it
 // borrow it. At most INT32_MAX samples.
@@ -111,3 +113,5 @@ private:
     int m_nCount = 0;
     mutable MinMaxIndex<Sample> m_Index;
 };
+
+} // namespace Tracelyn

@@ -1,7 +1,9 @@
-#include "GraphDataVariants.h"
+#include "model/GraphDataVariants.h"
 
 #include <algorithm>
 #include <cstdint>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -66,3 +68,5 @@ MinMax CGraphDataIndexSet::Scan(int from, int to) const {
     const auto last = static_cast<float>(from < to ? to - 1 : from);
     return {static_cast<float>(from), last};
 }
+
+} // namespace Tracelyn

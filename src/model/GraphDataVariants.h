@@ -1,7 +1,9 @@
 // The sets that are no plain sampled signal: fixed values, the index axis and on/off signals.
 #pragma once
 
-#include "GraphDataTypedSet.h"
+#include "model/GraphDataTypedSet.h"
+
+namespace Tracelyn {
 
 // One value for every index. The value lives elsewhere and must outlive the set.
 class CGraphDataFixedSet : public CGraphDataSet {
@@ -53,3 +55,5 @@ public:
 
     bool IsBinary() const override { return true; }
 };
+
+} // namespace Tracelyn

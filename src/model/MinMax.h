@@ -3,6 +3,8 @@
 
 #include <limits>
 
+namespace Tracelyn {
+
 struct MinMax {
     float min;
     float max;
@@ -21,3 +23,5 @@ struct MinMax {
             max = other.max;
     }
 };
+
+} // namespace Tracelyn

@@ -2,7 +2,7 @@
 // blocks and so on are kept.
 #pragma once
 
-#include "MinMax.h"
+#include "model/MinMax.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,8 @@
 #include <span>
 #include <type_traits>
 #include <vector>
+
+namespace Tracelyn {
 
 // The smallest or largest of some samples in their own type: Better is std::less or std::greater. The first
 // of equal values stays and a NaN counts for nothing, so that blocks can be put together as MinMax::Widen
@@ -131,3 +133,5 @@ private:
 
     std::array<Level, 3> m_Levels;
 };
+
+} // namespace Tracelyn

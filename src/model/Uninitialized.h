@@ -5,6 +5,8 @@
 #include <new>
 #include <vector>
 
+namespace Tracelyn {
+
 template <class T>
 struct UninitializedAllocator : std::allocator<T> {
     // Elements that resize() adds keep whatever the memory held.
@@ -13,3 +15,5 @@ struct UninitializedAllocator : std::allocator<T> {
 
 template <class T>
 using UninitializedVector = std::vector<T, UninitializedAllocator<T>>;
+
+} // namespace Tracelyn

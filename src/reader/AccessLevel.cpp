@@ -1,4 +1,4 @@
-#include "AccessLevel.h"
+#include "reader/AccessLevel.h"
 
 #include <QStringView>
 

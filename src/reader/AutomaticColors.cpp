@@ -1,4 +1,4 @@
-#include "AutomaticColors.h"
+#include "reader/AutomaticColors.h"
 
 #include <array>
 

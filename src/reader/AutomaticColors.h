@@ -2,7 +2,7 @@
 // every group.
 #pragma once
 
-#include "GraphDataSet.h"
+#include "model/GraphDataSet.h"
 
 #include <cstddef>
 

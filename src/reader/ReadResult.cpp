@@ -1,4 +1,4 @@
-#include "ReadResult.h"
+#include "reader/ReadResult.h"
 
 #include <array>
 #include <cstddef>

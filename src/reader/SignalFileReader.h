@@ -1,11 +1,13 @@
 // The interface through which the program loads any measurement file into the model.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <QString>
 
 #include <utility>
+
+namespace Tracelyn {
 
 class CGraphData;
 
@@ -35,3 +37,5 @@ private:
     int m_nAccessLevel = 0;
     support::Progress m_Progress;
 };
+
+} // namespace Tracelyn

@@ -1,22 +1,21 @@
 // Reads an analysis document into the model and collects what is wrong with it.
 #pragma once
 
-#include "AutomaticColors.h"
-#include "Limits.h"
-#include "ReadResult.h"
-#include "SignalFileReader.h"
+#include "reader/AutomaticColors.h"
+#include "reader/ReadResult.h"
+#include "reader/SignalFileReader.h"
+#include "support/Limits.h"
 
 #include <QString>
 
 #include <map>
 #include <vector>
 
+namespace Tracelyn {
+
 class CGraphDataGroup;
 class CGraphDataSet;
 class CXmlDomElement;
-
-namespace Tracelyn {
-
 class TypedDataBase;
 struct Unit;
 

@@ -1,7 +1,7 @@
-#include "XmlVariable.h"
+#include "reader/XmlVariable.h"
 
-#include "GraphData.h"
-#include "GraphDataVariants.h"
+#include "model/GraphData.h"
+#include "model/GraphDataVariants.h"
 
 #include <array>
 #include <utility>

@@ -2,9 +2,9 @@
 // show it.
 #pragma once
 
-#include "GraphDataTypedSource.h"
-#include "SampleRows.h"
-#include "XmlVariableSource.h"
+#include "model/GraphDataTypedSource.h"
+#include "reader/XmlVariableSource.h"
+#include "reader/rows/SampleRows.h"
 
 #include <QString>
 
@@ -14,10 +14,10 @@
 #include <type_traits>
 #include <vector>
 
+namespace Tracelyn {
+
 class CGraphData;
 class CGraphDataSet;
-
-namespace Tracelyn {
 
 // How raw values become shown values: (raw + offset) * factor, printed with `precision` decimals.
 struct Unit {

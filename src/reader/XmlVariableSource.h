@@ -1,8 +1,8 @@
 // The value store of one variable: converts the text fields of its column and keeps the samples.
 #pragma once
 
-#include "GraphDataTypedSource.h"
-#include "NumberText.h"
+#include "model/GraphDataTypedSource.h"
+#include "support/NumberText.h"
 
 #include <span>
 #include <string_view>

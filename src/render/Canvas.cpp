@@ -1,11 +1,13 @@
-#include "Canvas.h"
+#include "render/Canvas.h"
 
-#include "Limits.h"
-#include "PixelPainter.h"
+#include "render/PixelPainter.h"
+#include "support/Limits.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -170,3 +172,5 @@ void CCanvas::CollectScreenRects(const QString& name, std::vector<SCREENRECT>& o
     std::ranges::copy_if(m_ScreenRects, std::back_inserter(out),
                          [&](const SCREENRECT& rect) { return rect.name == name; });
 }
+
+} // namespace Tracelyn

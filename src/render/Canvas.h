@@ -2,13 +2,15 @@
 // frame.
 #pragma once
 
-#include "PixelRect.h"
-#include "WorldRect.h"
+#include "render/PixelRect.h"
+#include "render/WorldRect.h"
 
 #include <QString>
 
 #include <limits>
 #include <vector>
+
+namespace Tracelyn {
 
 class CPixelPainter;
 
@@ -104,3 +106,5 @@ private:
     int m_nPenX = 0;
     int m_nPenY = 0;
 };
+
+} // namespace Tracelyn

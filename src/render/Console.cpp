@@ -1,11 +1,13 @@
-#include "Console.h"
+#include "render/Console.h"
 
-#include "Canvas.h"
-#include "FixedText.h"
-#include "GraphData.h"
+#include "model/GraphData.h"
+#include "render/Canvas.h"
+#include "support/FixedText.h"
 
 #include <algorithm>
 #include <array>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -149,3 +151,5 @@ void CConsole::DrawBitCell(CCanvas& canvas, const CGraphDataSet& set, int column
 void CConsole::TextAt(CCanvas& canvas, int x, int y, const QString& text) {
     canvas.TextOut(World(x), World(y), text);
 }
+
+} // namespace Tracelyn

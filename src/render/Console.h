@@ -1,11 +1,13 @@
 // The floating box that lists every signal's value at the cursor.
 #pragma once
 
-#include "GraphDrawingContext.h"
+#include "render/GraphDrawingContext.h"
 
 #include <QRegion>
 
 #include <vector>
+
+namespace Tracelyn {
 
 class CCanvas;
 class CGraphDataGroup;
@@ -48,3 +50,5 @@ private:
     int m_nLeft;
     std::vector<Box> m_Boxes;
 };
+
+} // namespace Tracelyn

@@ -1,15 +1,17 @@
-#include "CurveDrawing.h"
+#include "render/CurveDrawing.h"
 
-#include "Canvas.h"
-#include "GraphDataSet.h"
-#include "GraphDrawingContext.h"
-#include "PixelPainter.h"
+#include "model/GraphDataSet.h"
+#include "render/Canvas.h"
+#include "render/GraphDrawingContext.h"
+#include "render/PixelPainter.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -138,3 +140,5 @@ void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set
     else
         DrawLine(canvas, set, walk);
 }
+
+} // namespace Tracelyn

@@ -1,6 +1,8 @@
 // Draws the samples of one data set into the mapping that the plot has set.
 #pragma once
 
+namespace Tracelyn {
+
 class CCanvas;
 class CGraphDataSet;
 class CPixelPainter;
@@ -11,3 +13,5 @@ struct PixelRect;
 // surroundings.
 void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set, const PixelRect& client,
                const PixelRect& invalid);
+
+} // namespace Tracelyn

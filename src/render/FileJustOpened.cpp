@@ -1,6 +1,8 @@
-#include "FileJustOpened.h"
+#include "render/FileJustOpened.h"
 
 #include <utility>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -15,3 +17,5 @@ void SetFileJustOpened(bool opened) {
 bool TakeFileJustOpened() {
     return std::exchange(g_bFileJustOpened, false);
 }
+
+} // namespace Tracelyn

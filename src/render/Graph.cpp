@@ -1,14 +1,16 @@
-#include "Graph.h"
+#include "render/Graph.h"
 
-#include "Console.h"
-#include "CsvExport.h"
-#include "GraphDrawingContext.h"
-#include "GraphLayout.h"
-#include "GroupDrawing.h"
+#include "reader/csv/CsvExport.h"
+#include "render/Console.h"
+#include "render/GraphDrawingContext.h"
+#include "render/GraphLayout.h"
+#include "render/GroupDrawing.h"
 
 #include <QPainter>
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -163,6 +165,8 @@ void CGraph::InvalidateScreenRects(CGraphWindow& window, const QString& name) co
         window.Invalidate({rect.left, rect.top, rect.right, rect.bottom});
 }
 
-void CGraph::ExportCsv(Tracelyn::CCsvFile& file) const {
+void CGraph::ExportCsv(CCsvFile& file) const {
     Tracelyn::ExportCsv(m_Data, file);
 }
+
+} // namespace Tracelyn

@@ -2,10 +2,10 @@
 // call.
 #pragma once
 
-#include "Canvas.h"
-#include "GraphData.h"
-#include "GraphWindow.h"
-#include "SmallFont.h"
+#include "model/GraphData.h"
+#include "render/Canvas.h"
+#include "render/GraphWindow.h"
+#include "render/SmallFont.h"
 
 #include <QString>
 
@@ -13,12 +13,13 @@
 #include <optional>
 #include <vector>
 
-namespace Tracelyn {
-class CCsvFile;
-}
-class CGraphDrawingContext;
 class QPainter;
 class QRegion;
+
+namespace Tracelyn {
+
+class CCsvFile;
+class CGraphDrawingContext;
 
 // Flags of a mouse message, as far as anything tells them apart.
 enum MouseFlags : unsigned {
@@ -98,7 +99,7 @@ public:
     void UpdateScrollBar(CGraphWindow& window) const;
 
     // Throws what the file throws when it cannot be written.
-    void ExportCsv(Tracelyn::CCsvFile& file) const;
+    void ExportCsv(CCsvFile& file) const;
 
 private:
     void ResetRange(const PixelRect& client);
@@ -120,3 +121,5 @@ private:
     bool m_bDarkScheme = true;
     GroupStates m_GroupStates;
 };
+
+} // namespace Tracelyn

@@ -1,4 +1,6 @@
-#include "GraphDrawingContext.h"
+#include "render/GraphDrawingContext.h"
+
+namespace Tracelyn {
 
 const ColorScheme& ColorScheme::Dark() {
     static const ColorScheme scheme{
@@ -45,3 +47,5 @@ QColor ToQColor(ColorRef color) {
     return QColor(static_cast<int>(color & 0xFFU), static_cast<int>(color >> 8U & 0xFFU),
                   static_cast<int>(color >> 16U & 0xFFU));
 }
+
+} // namespace Tracelyn

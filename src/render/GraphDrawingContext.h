@@ -2,15 +2,18 @@
 // metrics.
 #pragma once
 
-#include "GraphDataSet.h"
-#include "PixelPainter.h"
-#include "PixelRect.h"
+#include "model/GraphDataSet.h"
+#include "render/PixelPainter.h"
+#include "render/PixelRect.h"
 
 #include <QColor>
 #include <QRect>
 
-class CGraphData;
 class QPainter;
+
+namespace Tracelyn {
+
+class CGraphData;
 
 struct ColorScheme {
     QColor background;
@@ -77,3 +80,5 @@ private:
 };
 
 QColor ToQColor(ColorRef color);
+
+} // namespace Tracelyn

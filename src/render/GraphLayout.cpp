@@ -1,10 +1,12 @@
-#include "GraphLayout.h"
+#include "render/GraphLayout.h"
 
-#include "GraphData.h"
-#include "Limits.h"
+#include "model/GraphData.h"
+#include "support/Limits.h"
 
 #include <algorithm>
 #include <cstdint>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -122,3 +124,5 @@ ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(co
         console.widestUnit + 2 * Metrics::kConsoleIndent + 2 + console.numberWidth + console.widestName;
     return console;
 }
+
+} // namespace Tracelyn

@@ -1,10 +1,12 @@
 // Where the bands of the groups go, and how large the console is. Computed anew for every frame.
 #pragma once
 
-#include "GraphDrawingContext.h"
-#include "PixelRect.h"
+#include "render/GraphDrawingContext.h"
+#include "render/PixelRect.h"
 
 #include <functional>
+
+namespace Tracelyn {
 
 class CGraphData;
 
@@ -15,3 +17,5 @@ void LayoutBands(const CGraphData& data, const PixelRect& client);
 // Gives every group shown in the console its line count and measures the console with the given text width in
 // pixels. Texts behind the first 50,000 characters do not widen it.
 ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(const QString&)>& textWidth);
+
+} // namespace Tracelyn

@@ -1,8 +1,10 @@
 // Cursor, zoom and scrolling of the graph.
-#include "FileJustOpened.h"
-#include "Graph.h"
+#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
     index = std::max(std::min(index, m_nLastIndex), 0);
@@ -107,3 +109,5 @@ void CGraph::UpdateScrollBar(CGraphWindow& window) const {
     window.SetScrollBar({static_cast<int>(full.x1) + 1, static_cast<int>(full.x2) - 1,
                          static_cast<int>(visible.x2 - visible.x1), static_cast<int>(visible.x1)});
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,9 @@
 // What the graph needs of the window that shows it.
 #pragma once
 
-#include "PixelRect.h"
+#include "render/PixelRect.h"
+
+namespace Tracelyn {
 
 // The range and the position of the horizontal scroll bar, in sample indices. The maximum includes the page.
 struct ScrollBarState {
@@ -31,3 +33,5 @@ protected:
     CGraphWindow(const CGraphWindow&) = default;
     CGraphWindow& operator=(const CGraphWindow&) = default;
 };
+
+} // namespace Tracelyn

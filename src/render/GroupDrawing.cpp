@@ -1,11 +1,13 @@
-#include "GroupDrawing.h"
+#include "render/GroupDrawing.h"
 
-#include "Canvas.h"
-#include "CurveDrawing.h"
-#include "GraphData.h"
-#include "MinMax.h"
+#include "model/GraphData.h"
+#include "model/MinMax.h"
+#include "render/Canvas.h"
+#include "render/CurveDrawing.h"
 
 #include <limits>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -151,3 +153,5 @@ MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& pl
     set.GetMinMax(m_Canvas.PixelToIndex(plot.left), m_Canvas.PixelToIndex(plot.right), range.min, range.max);
     return range;
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
 // Draws the bands of the groups: header rows and plots.
 #pragma once
 
-#include "GraphDrawingContext.h"
+#include "render/GraphDrawingContext.h"
 
 #include <QRegion>
+
+namespace Tracelyn {
 
 class CCanvas;
 class CGraphDataGroup;
@@ -35,3 +37,5 @@ private:
     const QRegion& m_Clip;
     bool m_bWithContents;
 };
+
+} // namespace Tracelyn

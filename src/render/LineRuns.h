@@ -1,11 +1,13 @@
 // The pixels of a straight line as runs along its longer direction, each computed from the end points alone.
 #pragma once
 
-#include "PixelRect.h"
+#include "render/PixelRect.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+
+namespace Tracelyn {
 
 // Calls emit(x, y, width, height) for the runs of the line that touch the clip. Step k of the n steps along
 // the longer direction lies at round(k * shorter / n) across it; the end point is left out. Coordinates below
@@ -58,3 +60,5 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
             emit(start, position, length, 1);
     }
 }
+
+} // namespace Tracelyn

@@ -1,6 +1,8 @@
-#include "OffscreenWindow.h"
+#include "render/OffscreenWindow.h"
 
 #include <QPainter>
+
+namespace Tracelyn {
 
 COffscreenWindow::COffscreenWindow(QSize size, double scale)
     : m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
@@ -13,3 +15,5 @@ const QImage& COffscreenWindow::Paint(CGraph& graph) {
     graph.Draw(*this, painter, GetClientRect());
     return m_Image;
 }
+
+} // namespace Tracelyn

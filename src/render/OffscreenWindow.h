@@ -1,11 +1,13 @@
 // A window without a screen: the graph draws into a picture.
 #pragma once
 
-#include "Graph.h"
-#include "GraphWindow.h"
+#include "render/Graph.h"
+#include "render/GraphWindow.h"
 
 #include <QImage>
 #include <QSize>
+
+namespace Tracelyn {
 
 class COffscreenWindow : public CGraphWindow {
 public:
@@ -28,3 +30,5 @@ private:
     QSize m_Size;
     QImage m_Image;
 };
+
+} // namespace Tracelyn

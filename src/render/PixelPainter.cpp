@@ -1,9 +1,11 @@
-#include "PixelPainter.h"
+#include "render/PixelPainter.h"
 
-#include "LineRuns.h"
-#include "ShownText.h"
+#include "render/LineRuns.h"
+#include "support/ShownText.h"
 
 #include <optional>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -106,3 +108,5 @@ void CPixelPainter::Text(int x, int y, const QString& text) {
     m_Painter.setPen(m_Text);
     m_Painter.drawText(x, y + m_Font.Ascent(), support::ShownText(text));
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,9 @@
 // Draws whole pixels: 1-pixel lines without antialiasing, bordered rectangles and small text.
 #pragma once
 
-#include "PixelRect.h"
-#include "RunFill.h"
-#include "SmallFont.h"
+#include "render/PixelRect.h"
+#include "render/RunFill.h"
+#include "render/SmallFont.h"
 
 #include <QColor>
 #include <QPainter>
@@ -14,6 +14,8 @@
 #include <array>
 #include <cstddef>
 #include <span>
+
+namespace Tracelyn {
 
 // Wraps a borrowed painter. Lines are collected as runs of pixels and reach the painter in bundles: a line
 // comes out the same whatever part of it is repainted and at every scale factor of the screen.
@@ -66,3 +68,5 @@ private:
     size_t m_nRuns = 0;
     CRunFill m_Fill;
 };
+
+} // namespace Tracelyn

@@ -3,6 +3,8 @@
 
 #include <QRect>
 
+namespace Tracelyn {
+
 struct PixelRect {
     int left = 0;
     int top = 0;
@@ -18,3 +20,5 @@ struct PixelRect {
     int Height() const { return bottom - top; }
     bool operator==(const PixelRect&) const = default;
 };
+
+} // namespace Tracelyn

@@ -1,4 +1,4 @@
-#include "RunFill.h"
+#include "render/RunFill.h"
 
 #include <QPainter>
 
@@ -6,6 +6,8 @@
 #include <array>
 #include <limits>
 #include <numeric>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -109,3 +111,5 @@ void CRunFill::FillStrip(QPainter& painter, int top) {
     }
     painter.drawRects(m_Strip.data(), static_cast<int>(m_Strip.size()));
 }
+
+} // namespace Tracelyn

@@ -9,6 +9,8 @@
 
 class QPainter;
 
+namespace Tracelyn {
+
 // Runs that are filled at a time.
 inline constexpr size_t kRunsAtOnce = 512;
 
@@ -29,3 +31,5 @@ private:
     std::vector<QRect> m_Pieces;
     std::vector<QRect> m_Strip;
 };
+
+} // namespace Tracelyn

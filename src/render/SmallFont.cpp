@@ -1,8 +1,10 @@
-#include "SmallFont.h"
+#include "render/SmallFont.h"
 
-#include "ShownText.h"
+#include "support/ShownText.h"
 
 #include <QStringList>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -34,3 +36,5 @@ int CSmallFont::Width(const QString& text) {
     m_nRemembered += kEntry + static_cast<size_t>(shown.size());
     return m_Widths[shown] = m_Metrics.horizontalAdvance(shown);
 }
+
+} // namespace Tracelyn

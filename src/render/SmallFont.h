@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <unordered_map>
 
+namespace Tracelyn {
+
 // Remembers the widths it has measured, for a frame asks for the same ones as the frame before. Needs the
 // application object.
 class CSmallFont {
@@ -32,3 +34,5 @@ private:
     std::unordered_map<QString, int> m_Widths;
     size_t m_nRemembered = 0;
 };
+
+} // namespace Tracelyn

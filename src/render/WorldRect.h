@@ -1,7 +1,9 @@
 // A rectangle of the world: x in sample indices, y in whatever the mapping at hand says.
 #pragma once
 
-#include "PixelRect.h"
+#include "render/PixelRect.h"
+
+namespace Tracelyn {
 
 struct WorldRect {
     float x1 = 0.0F;
@@ -15,3 +17,5 @@ struct WorldRect {
     }
     bool operator==(const WorldRect&) const = default;
 };
+
+} // namespace Tracelyn

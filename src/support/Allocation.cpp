@@ -1,6 +1,6 @@
-#include "Allocation.h"
+#include "support/Allocation.h"
 
-#include "Assertion.h"
+#include "support/Assertion.h"
 
 #include <cstdlib>
 #include <new>

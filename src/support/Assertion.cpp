@@ -1,4 +1,4 @@
-#include "Assertion.h"
+#include "support/Assertion.h"
 
 #ifdef _WIN32
 #include <windows.h>

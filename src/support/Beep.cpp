@@ -1,4 +1,4 @@
-#include "Beep.h"
+#include "support/Beep.h"
 
 #ifdef _WIN32
 #include <windows.h>

@@ -1,6 +1,6 @@
-#include "CommandLine.h"
+#include "support/CommandLine.h"
 
-#include "Assertion.h"
+#include "support/Assertion.h"
 
 #ifdef _WIN32
 #include <QString>

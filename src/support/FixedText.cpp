@@ -1,6 +1,6 @@
-#include "FixedText.h"
+#include "support/FixedText.h"
 
-#include "Assertion.h"
+#include "support/Assertion.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // Numbers with a fixed count of decimals, byte for byte as printf writes them in the "C" locale.
 #pragma once
 
-#include "Limits.h"
+#include "support/Limits.h"
 
 #include <cstddef>
 #include <span>

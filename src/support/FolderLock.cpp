@@ -1,4 +1,4 @@
-#include "FolderLock.h"
+#include "support/FolderLock.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "LockKeys.h"
+#include "support/LockKeys.h"
 
 #ifdef _WIN32
 #include <windows.h>

@@ -1,6 +1,6 @@
-#include "NewFile.h"
+#include "support/NewFile.h"
 
-#include "OutputFile.h"
+#include "support/OutputFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "OutputFile.h"
+#include "support/OutputFile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "Parallel.h"
+#include "support/Parallel.h"
 
 #include <algorithm>
 #include <atomic>

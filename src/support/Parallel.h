@@ -1,7 +1,7 @@
 // Work that is split over all processor cores inside one call.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <cstdint>
 #include <functional>

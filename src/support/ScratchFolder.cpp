@@ -1,6 +1,6 @@
-#include "ScratchFolder.h"
+#include "support/ScratchFolder.h"
 
-#include "PrivateFolder.h"
+#include "support/PrivateFolder.h"
 
 #include <QDir>
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 // A temporary folder that belongs to one object of one running process and goes with it.
 #pragma once
 
-#include "FolderLock.h"
+#include "support/FolderLock.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "SharedFile.h"
+#include "support/SharedFile.h"
 
 #include <QFileInfo>
 

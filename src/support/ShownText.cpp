@@ -1,6 +1,6 @@
-#include "ShownText.h"
+#include "support/ShownText.h"
 
-#include "Limits.h"
+#include "support/Limits.h"
 
 namespace support {
 

@@ -1,7 +1,7 @@
-#include "Startup.h"
+#include "support/Startup.h"
 
-#include "Assertion.h"
-#include "CommandLine.h"
+#include "support/Assertion.h"
+#include "support/CommandLine.h"
 
 #ifdef _WIN32
 #include <QLibrary>

@@ -1,11 +1,11 @@
-#include "XmlDomDocument.h"
+#include "xmldom/XmlDomDocument.h"
 
-#include "Assertion.h"
-#include "SharedFile.h"
-#include "XmlDomElement.h"
-#include "XmlEncodings.h"
-#include "XmlFileWithoutText.h"
-#include "XmlParse.h"
+#include "support/Assertion.h"
+#include "support/SharedFile.h"
+#include "xmldom/XmlDomElement.h"
+#include "xmldom/XmlEncodings.h"
+#include "xmldom/XmlFileWithoutText.h"
+#include "xmldom/XmlParse.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -16,6 +16,8 @@
 #include <libxml/xmlsave.h>
 
 #include <utility>
+
+namespace Tracelyn {
 
 using support::Assert;
 
@@ -162,3 +164,5 @@ bool CXmlDomDocument::Save(const QString& path) const {
     const bool closed = xmlSaveClose(context) >= 0;
     return written && closed && file.commit();
 }
+
+} // namespace Tracelyn

@@ -2,15 +2,17 @@
 // entities is refused, and attribute defaults that it declares are not applied.
 #pragma once
 
-#include "Progress.h"
-#include "XmlForward.h"
-#include "XmlPlainText.h"
+#include "support/Progress.h"
+#include "xmldom/XmlForward.h"
+#include "xmldom/XmlPlainText.h"
 
 #include <QString>
 
 #include <memory>
 #include <optional>
 #include <string_view>
+
+namespace Tracelyn {
 
 class CXmlDomElement;
 struct XmlParseResult;
@@ -65,3 +67,5 @@ private:
     std::optional<XmlTextApart> m_TextApart;
     bool m_bCreated = false;
 };
+
+} // namespace Tracelyn

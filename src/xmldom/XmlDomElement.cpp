@@ -1,8 +1,10 @@
-#include "XmlDomElement.h"
+#include "xmldom/XmlDomElement.h"
 
-#include "Assertion.h"
-#include "NumberText.h"
-#include "XmlNodeAccess.h"
+#include "support/Assertion.h"
+#include "support/NumberText.h"
+#include "xmldom/XmlNodeAccess.h"
+
+namespace Tracelyn {
 
 using support::Assert;
 
@@ -91,3 +93,5 @@ bool CXmlDomElement::GetChildByName(const char* name, CXmlDomElement& element) c
     }
     return false;
 }
+
+} // namespace Tracelyn

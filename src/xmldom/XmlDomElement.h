@@ -1,12 +1,14 @@
 // An element: its attributes with defaults, its text, its children by name.
 #pragma once
 
-#include "XmlDomNode.h"
+#include "xmldom/XmlDomNode.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+
+namespace Tracelyn {
 
 class CXmlDomElement : public CXmlDomNode {
 public:
@@ -41,3 +43,5 @@ public:
 private:
     std::optional<std::string> AttributeText(const char* name, bool* found) const;
 };
+
+} // namespace Tracelyn

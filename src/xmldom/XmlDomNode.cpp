@@ -1,10 +1,12 @@
-#include "XmlDomNode.h"
+#include "xmldom/XmlDomNode.h"
 
-#include "Assertion.h"
-#include "XmlDomNodeIterator.h"
-#include "XmlNodeAccess.h"
+#include "support/Assertion.h"
+#include "xmldom/XmlDomNodeIterator.h"
+#include "xmldom/XmlNodeAccess.h"
 
 #include <utility>
+
+namespace Tracelyn {
 
 using support::Assert;
 
@@ -44,3 +46,5 @@ xmlNode* CXmlDomNode::Node() const {
     Assert(m_pNode != nullptr, "p!=0");
     return m_pNode;
 }
+
+} // namespace Tracelyn

@@ -2,11 +2,13 @@
 // the CXmlDomDocument is gone; copies are cheap. Using an empty wrapper is a programming error.
 #pragma once
 
-#include "XmlForward.h"
+#include "xmldom/XmlForward.h"
 
 #include <QString>
 
 #include <memory>
+
+namespace Tracelyn {
 
 class CXmlDomNodeIterator;
 
@@ -41,3 +43,5 @@ private:
     std::shared_ptr<xmlDoc> m_pDocument;
     xmlNode* m_pNode = nullptr;
 };
+
+} // namespace Tracelyn

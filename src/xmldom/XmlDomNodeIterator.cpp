@@ -1,11 +1,13 @@
-#include "XmlDomNodeIterator.h"
+#include "xmldom/XmlDomNodeIterator.h"
 
-#include "Assertion.h"
-#include "XmlDomElement.h"
-#include "XmlDomText.h"
-#include "XmlNodeAccess.h"
+#include "support/Assertion.h"
+#include "xmldom/XmlDomElement.h"
+#include "xmldom/XmlDomText.h"
+#include "xmldom/XmlNodeAccess.h"
 
 #include <utility>
+
+namespace Tracelyn {
 
 using support::Assert;
 
@@ -34,3 +36,5 @@ void CXmlDomNodeIterator::Next() {
     Assert(m_pCurrent != nullptr, "p!=0");
     m_pCurrent = SkipBlankText(m_pCurrent->next);
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
 // Walks the children of a node in document order. Text that is white space alone is not among them.
 #pragma once
 
-#include "XmlForward.h"
+#include "xmldom/XmlForward.h"
 
 #include <memory>
+
+namespace Tracelyn {
 
 class CXmlDomElement;
 class CXmlDomNode;
@@ -34,3 +36,5 @@ private:
     std::shared_ptr<xmlDoc> m_pDocument;
     xmlNode* m_pCurrent = nullptr;
 };
+
+} // namespace Tracelyn

@@ -1,6 +1,8 @@
-#include "XmlDomText.h"
+#include "xmldom/XmlDomText.h"
 
-#include "XmlNodeAccess.h"
+#include "xmldom/XmlNodeAccess.h"
+
+namespace Tracelyn {
 
 bool CXmlDomText::CanHold(int nodeType) const {
     return nodeType == XmlDomTextType || nodeType == XmlDomCDataType;
@@ -9,3 +11,5 @@ bool CXmlDomText::CanHold(int nodeType) const {
 QString CXmlDomText::GetText() const {
     return QString::fromUtf8(ViewOf(Node()->content));
 }
+
+} // namespace Tracelyn

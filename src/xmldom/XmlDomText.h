@@ -1,7 +1,9 @@
 // A node of character data.
 #pragma once
 
-#include "XmlDomNode.h"
+#include "xmldom/XmlDomNode.h"
+
+namespace Tracelyn {
 
 class CXmlDomText : public CXmlDomNode {
 public:
@@ -10,3 +12,5 @@ public:
     // The text as it stands in the document, not trimmed.
     virtual QString GetText() const;
 };
+
+} // namespace Tracelyn

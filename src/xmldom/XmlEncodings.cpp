@@ -1,4 +1,4 @@
-#include "XmlEncodings.h"
+#include "xmldom/XmlEncodings.h"
 
 #include <libxml/encoding.h>
 #include <libxml/parser.h>
@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+
+namespace Tracelyn {
 
 namespace {
 
@@ -101,3 +103,5 @@ bool Prepare() {
 void PrepareXmlLibrary() {
     [[maybe_unused]] static const bool prepared = Prepare();
 }
+
+} // namespace Tracelyn

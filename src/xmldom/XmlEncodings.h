@@ -2,4 +2,8 @@
 // windows-1252.
 #pragma once
 
+namespace Tracelyn {
+
 void PrepareXmlLibrary();
+
+} // namespace Tracelyn

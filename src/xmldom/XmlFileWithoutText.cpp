@@ -1,8 +1,10 @@
-#include "XmlFileWithoutText.h"
+#include "xmldom/XmlFileWithoutText.h"
 
-#include "SharedFile.h"
+#include "support/SharedFile.h"
 
 #include <algorithm>
+
+namespace Tracelyn {
 
 CXmlFileWithoutText::CXmlFileWithoutText(support::CSharedFile& file, const XmlTextRange& leftOut)
     : m_File(file), m_LeftOut(leftOut) {
@@ -19,3 +21,5 @@ qint64 CXmlFileWithoutText::readData(char* data, qint64 size) {
     m_nAt += count;
     return count;
 }
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
 // A file as it would be without one part of it.
 #pragma once
 
-#include "XmlPlainText.h"
+#include "xmldom/XmlPlainText.h"
 
 #include <QIODevice>
+
+namespace Tracelyn {
 
 // Borrows the file.
 class CXmlFileWithoutText : public QIODevice {
@@ -23,3 +25,5 @@ private:
     XmlTextRange m_LeftOut;
     int64_t m_nAt = 0; // in the file
 };
+
+} // namespace Tracelyn

@@ -7,6 +7,8 @@
 
 #include <string_view>
 
+namespace Tracelyn {
+
 inline std::string_view ViewOf(const xmlChar* text) {
     return text == nullptr ? std::string_view() : std::string_view(reinterpret_cast<const char*>(text));
 }
@@ -37,3 +39,5 @@ inline bool HasName(const xmlNs* space, const xmlChar* localName, std::string_vi
     return name.size() > prefix.size() && name.starts_with(prefix) && name[prefix.size()] == ':' &&
            name.substr(prefix.size() + 1) == ViewOf(localName);
 }
+
+} // namespace Tracelyn

@@ -1,7 +1,7 @@
-#include "XmlParse.h"
+#include "xmldom/XmlParse.h"
 
-#include "Limits.h"
-#include "XmlEncodings.h"
+#include "support/Limits.h"
+#include "xmldom/XmlEncodings.h"
 
 #include <QIODevice>
 
@@ -15,6 +15,8 @@
 #include <exception>
 #include <span>
 #include <utility>
+
+namespace Tracelyn {
 
 namespace limits = support::limits;
 
@@ -303,3 +305,5 @@ XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
         return {.document = nullptr, .line = 0, .reason = QStringLiteral("The document cannot be read")};
     return {.document = std::move(document), .line = 0, .reason = {}};
 }
+
+} // namespace Tracelyn

@@ -2,8 +2,8 @@
 // makes it larger than what was read.
 #pragma once
 
-#include "Progress.h"
-#include "XmlForward.h"
+#include "support/Progress.h"
+#include "xmldom/XmlForward.h"
 
 #include <QString>
 
@@ -12,6 +12,8 @@
 #include <optional>
 
 class QIODevice;
+
+namespace Tracelyn {
 
 struct XmlParseResult {
     std::shared_ptr<xmlDoc> document; // null on failure, which the rest then explains
@@ -39,3 +41,5 @@ struct XmlParseOptions {
 
 // The device is read in small pieces.
 XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options = {});
+
+} // namespace Tracelyn

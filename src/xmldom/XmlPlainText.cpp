@@ -1,9 +1,9 @@
-#include "XmlPlainText.h"
+#include "xmldom/XmlPlainText.h"
 
-#include "Limits.h"
-#include "LineFeeds.h"
-#include "Parallel.h"
-#include "SharedFile.h"
+#include "support/Limits.h"
+#include "support/LineFeeds.h"
+#include "support/Parallel.h"
+#include "support/SharedFile.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,8 @@
 #include <span>
 #include <string>
 #include <vector>
+
+namespace Tracelyn {
 
 using support::CSharedFile;
 
@@ -172,3 +174,5 @@ std::optional<XmlTextRange> FindPlainText(CSharedFile& file, std::string_view ta
         return std::nullopt;
     return CPlainTextScan(file, *from).Run(progress);
 }
+
+} // namespace Tracelyn

@@ -2,7 +2,7 @@
 // parser.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,6 +12,8 @@
 namespace support {
 class CSharedFile;
 }
+
+namespace Tracelyn {
 
 // A part of a file, in bytes.
 struct XmlTextRange {
@@ -28,3 +30,5 @@ struct XmlTextRange {
 // that stand alone. Whether the tag is one indeed, and no part of a comment, is for the parser to say.
 std::optional<XmlTextRange> FindPlainText(support::CSharedFile& file, std::string_view tagName,
                                           const support::Progress& progress);
+
+} // namespace Tracelyn

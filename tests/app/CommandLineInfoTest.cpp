@@ -1,10 +1,12 @@
-#include "CommandLineInfo.h"
+#include "app/CommandLineInfo.h"
 
 #include <gtest/gtest.h>
 
 #include <QStringList>
 
 #include <initializer_list>
+
+using namespace Tracelyn;
 
 TEST(CommandLine, GrantsTheHighestLevelAndOpensTheLastArgument) {
     struct Case {

@@ -1,6 +1,6 @@
-#include "AboutDlg.h"
-#include "FileErrorDlg.h"
-#include "Icons.h"
+#include "app/AboutDlg.h"
+#include "app/FileErrorDlg.h"
+#include "app/Icons.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +18,8 @@
 #include <stdexcept>
 #include <utility>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The commands on files, with the words they say and the order they say them in.
 #include "WindowTesting.h"
 
-#include "FileJustOpened.h"
-#include "zip.h"
+#include "reader/container/zip.h"
+#include "render/FileJustOpened.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 #include <QLabel>
 
 #include <stdexcept>
+
+using namespace Tracelyn;
 
 namespace {
 
@@ -149,7 +151,7 @@ TEST(FileOpen, LeavesNothingOfAContainerBehindWhateverHappens) {
                             QDirIterator::Subdirectories)
             .hasNext();
     };
-    Tracelyn::CZip zip(folder.Path(QStringLiteral("half.paf")));
+    CZip zip(folder.Path(QStringLiteral("half.paf")));
     zip.AddFileAs(folder.Write(QStringLiteral("half.xml"), kBroken), QStringLiteral("tmpandat.bin"));
     ASSERT_TRUE(zip.Pack());
     for (const bool throws : {false, true}) {

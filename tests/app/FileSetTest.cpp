@@ -1,4 +1,4 @@
-#include "FileSetDescriptor.h"
+#include "app/FileSetDescriptor.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,8 @@
 #include <initializer_list>
 #include <utility>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -4,6 +4,8 @@
 
 #include <QToolBar>
 
+using namespace Tracelyn;
+
 namespace {
 
 const QString kSample = QStringLiteral(SAMPLES_DIR "/bend01.paf");

@@ -1,10 +1,12 @@
-#include "LoadProgress.h"
+#include "app/LoadProgress.h"
 #include "WindowTesting.h"
 
 #include <QProgressBar>
 #include <QStatusBar>
 
 #include <gtest/gtest.h>
+
+using namespace Tracelyn;
 
 TEST(LoadProgress, IsPaintedAtOnceWhenALoadTakesLongAndGoesWithIt) {
     class PaintCounter : public QObject {

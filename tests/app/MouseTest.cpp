@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QScrollBar>
 
+using namespace Tracelyn;
+
 namespace {
 
 struct Started : WindowUnderTest {

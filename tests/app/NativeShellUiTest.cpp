@@ -1,4 +1,4 @@
-#include "NativeShellUi.h"
+#include "app/NativeShellUi.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,8 @@
 #include <QTimer>
 
 #include <functional>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+using namespace Tracelyn;
+
 namespace {
 
 // Collects the regions that a widget paints.

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <QToolBar>
 
+using namespace Tracelyn;
+
 namespace {
 
 std::vector<std::string> TextsOf(const QList<QAction*>& actions) {

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWindow>
 
+namespace Tracelyn {
+
 void RecordingUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
     m_Messages.push_back((icon == MessageIcon::Stop ? "stop|" : "info|") + caption.toStdString() + "|" +
                          text.toStdString());
@@ -90,3 +92,5 @@ QByteArray ContentOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
 }
+
+} // namespace Tracelyn

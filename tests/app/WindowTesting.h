@@ -1,9 +1,9 @@
 // A window under test: the real frame and view with a recording user interface and a file set of its own.
 #pragma once
 
-#include "MainFrm.h"
-#include "ShellUi.h"
-#include "TracelynApp.h"
+#include "app/MainFrm.h"
+#include "app/ShellUi.h"
+#include "app/TracelynApp.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -13,6 +13,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace Tracelyn {
 
 // Records what the window says and answers what it asks; an unexpected dialog is cancelled.
 class RecordingUi : public CShellUi {
@@ -82,3 +84,5 @@ private:
 };
 
 QByteArray ContentOf(const QString& path);
+
+} // namespace Tracelyn

@@ -1,9 +1,11 @@
-#include "ProgressLine.h"
+#include "cli/ProgressLine.h"
 
 #include <QFile>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
+
+using namespace Tracelyn;
 
 // What a load of three steps prints.
 static std::string Printed(std::chrono::milliseconds patience) {

@@ -1,6 +1,8 @@
 // What all sets have in common, and the sets that are no plain sampled signal.
-#include "GraphDataVariants.h"
 #include "ModelTesting.h"
+#include "model/GraphDataVariants.h"
+
+using namespace Tracelyn;
 
 TEST(MinMax, IsHalfOpenReadsTheFirstValueAndNeverTakesANaN) {
     CGraphData data;

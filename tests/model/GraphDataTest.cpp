@@ -1,6 +1,8 @@
 // Groups and the root that owns them: heights, selection, expanded states, ownership.
 #include "ModelTesting.h"
 
+using namespace Tracelyn;
+
 namespace {
 
 // Where a letter's group or set is shown: nowhere, as graph, in the console, in both.

@@ -1,8 +1,10 @@
 // The index of extremes against the plain walk through the samples.
-#include "MinMaxIndex.h"
+#include "model/MinMaxIndex.h"
 #include "ModelTesting.h"
 
 #include <random>
+
+using namespace Tracelyn;
 
 namespace {
 

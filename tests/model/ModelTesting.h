@@ -1,7 +1,7 @@
 // What the tests of this folder share: a set with given values, and comparison of floats by their bits.
 #pragma once
 
-#include "GraphData.h"
+#include "model/GraphData.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 #include <cstring>
 #include <tuple>
 #include <vector>
+
+namespace Tracelyn {
 
 // Shows its values through the base class's own means; an index beyond either end reads 0.
 class ListSet : public CGraphDataSet {
@@ -53,3 +55,5 @@ inline void ExpectBatchesGiveSingleValues(const CGraphDataSet& set, int first, i
         ASSERT_EQ(std::memcmp(&scaled[i], &scaledValue, sizeof scaledValue), 0) << first << " + " << i;
     }
 }
+
+} // namespace Tracelyn

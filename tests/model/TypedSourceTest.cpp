@@ -1,8 +1,10 @@
 // Stored samples of all seven types: how they read, and that whole ranges read as single samples do.
-#include "GraphDataTypedSet.h"
 #include "ModelTesting.h"
+#include "model/GraphDataTypedSet.h"
 
 #include <random>
+
+using namespace Tracelyn;
 
 template <class T>
 class TypedSource : public ::testing::Test {

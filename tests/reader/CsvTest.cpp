@@ -1,9 +1,9 @@
-#include "CsvExport.h"
-#include "CsvFile.h"
-#include "GraphData.h"
-#include "GraphDataTypedSet.h"
-#include "NumberLines.h"
-#include "XmlReader.h"
+#include "model/GraphData.h"
+#include "model/GraphDataTypedSet.h"
+#include "reader/XmlReader.h"
+#include "reader/csv/CsvExport.h"
+#include "reader/csv/CsvFile.h"
+#include "reader/csv/NumberLines.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -19,6 +19,8 @@
 #include <random>
 #include <stdexcept>
 #include <vector>
+
+using namespace Tracelyn;
 
 using namespace Tracelyn;
 

@@ -1,10 +1,10 @@
 // How the sample rows are cut into fields, and fields become samples.
-#include "DataBlock.h"
+#include "reader/rows/DataBlock.h"
 
-#include "GraphData.h"
-#include "SampleText.h"
-#include "XmlReader.h"
-#include "XmlVariable.h"
+#include "model/GraphData.h"
+#include "reader/XmlReader.h"
+#include "reader/XmlVariable.h"
+#include "reader/rows/SampleText.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,8 @@
 #include <iterator>
 #include <string>
 #include <vector>
+
+using namespace Tracelyn;
 
 using namespace Tracelyn;
 

@@ -1,9 +1,9 @@
 // The quick road from a file to its samples against the plain algorithm, over random files.
-#include "GraphData.h"
-#include "NumberText.h"
-#include "XmlDomDocument.h"
-#include "XmlDomElement.h"
-#include "XmlReader.h"
+#include "model/GraphData.h"
+#include "reader/XmlReader.h"
+#include "support/NumberText.h"
+#include "xmldom/XmlDomDocument.h"
+#include "xmldom/XmlDomElement.h"
 
 #include <QTemporaryDir>
 
@@ -14,6 +14,8 @@
 #include <random>
 #include <string>
 #include <vector>
+
+using namespace Tracelyn;
 
 using namespace Tracelyn;
 

@@ -1,8 +1,8 @@
 // From small documents to the model and the problems found.
-#include "XmlReader.h"
+#include "reader/XmlReader.h"
 
-#include "GraphData.h"
-#include "GraphDataVariants.h"
+#include "model/GraphData.h"
+#include "model/GraphDataVariants.h"
 
 #include <QTemporaryFile>
 
@@ -11,6 +11,8 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+
+using namespace Tracelyn;
 
 using namespace Tracelyn;
 

@@ -1,6 +1,6 @@
-#include "zip.h"
+#include "reader/container/zip.h"
 
-#include "ExpandedAnalysis.h"
+#include "reader/container/ExpandedAnalysis.h"
 
 #include <QDirIterator>
 #include <QTemporaryDir>
@@ -12,6 +12,8 @@
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
+
+using namespace Tracelyn;
 #endif
 
 using namespace Tracelyn;

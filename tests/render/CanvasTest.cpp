@@ -1,5 +1,5 @@
-#include "Canvas.h"
-#include "PixelPainter.h"
+#include "render/Canvas.h"
+#include "render/PixelPainter.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,8 @@
 
 #include <cmath>
 #include <limits>
+
+using namespace Tracelyn;
 
 TEST(Mapping, TruncatesTowardZeroAndSaturates) {
     CCanvas canvas;

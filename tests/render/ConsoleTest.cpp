@@ -1,9 +1,11 @@
-#include "GraphDrawingContext.h"
 #include "RenderTesting.h"
+#include "render/GraphDrawingContext.h"
 
 #include <gtest/gtest.h>
 
 #include <QFontMetrics>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -1,11 +1,13 @@
-#include "GraphDrawingContext.h"
 #include "RenderTesting.h"
+#include "render/GraphDrawingContext.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -1,9 +1,11 @@
-#include "GraphLayout.h"
-#include "Limits.h"
 #include "RenderTesting.h"
-#include "ShownText.h"
+#include "render/GraphLayout.h"
+#include "support/Limits.h"
+#include "support/ShownText.h"
 
 #include <gtest/gtest.h>
+
+using namespace Tracelyn;
 
 namespace {
 

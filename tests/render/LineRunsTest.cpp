@@ -1,4 +1,4 @@
-#include "LineRuns.h"
+#include "render/LineRuns.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,8 @@
 #include <random>
 #include <set>
 #include <utility>
+
+using namespace Tracelyn;
 
 namespace {
 

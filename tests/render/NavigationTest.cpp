@@ -1,7 +1,9 @@
-#include "FileJustOpened.h"
 #include "RenderTesting.h"
+#include "render/FileJustOpened.h"
 
 #include <gtest/gtest.h>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -1,8 +1,8 @@
 // A graph with data made by hand, and a window that paints what was invalidated, for the drawing tests.
 #pragma once
 
-#include "Graph.h"
-#include "GraphDataVariants.h"
+#include "model/GraphDataVariants.h"
+#include "render/Graph.h"
 
 #include <QImage>
 #include <QPainter>
@@ -13,6 +13,8 @@
 #include <memory>
 #include <span>
 #include <vector>
+
+namespace Tracelyn {
 
 class RecordingWindow : public CGraphWindow {
 public:
@@ -135,3 +137,5 @@ inline std::vector<int> RowsOf(const RecordingWindow& window, int x, const QColo
     }
     return rows;
 }
+
+} // namespace Tracelyn

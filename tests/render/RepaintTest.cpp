@@ -1,10 +1,12 @@
 // A partial repaint must leave the pixels that a full one gives.
-#include "FileJustOpened.h"
 #include "RenderTesting.h"
+#include "render/FileJustOpened.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+
+using namespace Tracelyn;
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Pictures of recordings that nobody would record: whatever a file says, the window is filled, a step
 // repaints as a full frame would, and nothing else suffers.
-#include "GraphDrawingContext.h"
-#include "OffscreenWindow.h"
 #include "RenderTesting.h"
+#include "render/GraphDrawingContext.h"
+#include "render/OffscreenWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+
+using namespace Tracelyn;
 
 namespace {
 

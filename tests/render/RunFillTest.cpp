@@ -1,5 +1,5 @@
 // Whatever CRunFill makes of the runs, their pixels and no others are filled.
-#include "RunFill.h"
+#include "render/RunFill.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,8 @@
 
 #include <random>
 #include <vector>
+
+using namespace Tracelyn;
 
 namespace {
 

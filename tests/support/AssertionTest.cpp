@@ -1,7 +1,7 @@
 // Assertions, and what reports through them: lack of memory and a start that fails.
-#include "Assertion.h"
-#include "Allocation.h"
-#include "Startup.h"
+#include "support/Assertion.h"
+#include "support/Allocation.h"
+#include "support/Startup.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "CommandLine.h"
+#include "support/CommandLine.h"
 
 #include <gtest/gtest.h>
 

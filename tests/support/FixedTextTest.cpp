@@ -1,4 +1,4 @@
-#include "FixedText.h"
+#include "support/FixedText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "LineFeeds.h"
+#include "support/LineFeeds.h"
 
 #include <gtest/gtest.h>
 

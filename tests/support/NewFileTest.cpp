@@ -1,4 +1,4 @@
-#include "NewFile.h"
+#include "support/NewFile.h"
 #include "TestFolder.h"
 
 #include <QDir>

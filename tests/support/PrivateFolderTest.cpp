@@ -1,4 +1,4 @@
-#include "PrivateFolder.h"
+#include "support/PrivateFolder.h"
 
 #include <QDir>
 #include <QFile>

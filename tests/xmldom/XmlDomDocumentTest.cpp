@@ -1,6 +1,8 @@
-#include "XmlDomNodeIterator.h"
 #include "XmlDomTesting.h"
-#include "XmlDomText.h"
+#include "xmldom/XmlDomNodeIterator.h"
+#include "xmldom/XmlDomText.h"
+
+using namespace Tracelyn;
 
 TEST(XmlDomDocument, NamesFileLineAndReasonOfTheFirstFault) {
     const QByteArray bad = "<r>\n<a>\n</b>\n</r>&";

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+using namespace Tracelyn;
+
 TEST(XmlDomElement, GivesAttributesOrTheirDefaults) {
     const CXmlDomElement r = RootOf("<r a='ä &lt;&#x20AC;' empty='' p:q='ns' xmlns:p='u'/>");
     bool found = false;

@@ -1,6 +1,8 @@
 // Documents that want more than to be read.
 #include "XmlDomTesting.h"
 
+using namespace Tracelyn;
+
 TEST(XmlDomRefusal, RefusesEveryEntityDeclarationAtItsLine) {
     for (const char* declaration :
          {"<!ENTITY a 'x'>", "<!ENTITY a SYSTEM 'file:///etc/passwd'>",

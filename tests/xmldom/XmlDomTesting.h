@@ -1,13 +1,15 @@
 // What the tests of this folder share: a document from a text, and a file in a folder of its own.
 #pragma once
 
-#include "XmlDomDocument.h"
-#include "XmlDomElement.h"
+#include "xmldom/XmlDomDocument.h"
+#include "xmldom/XmlDomElement.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+namespace Tracelyn {
 
 // The error of reading the bytes; empty, and the root element set, when there is none.
 inline QString ErrorOf(const QByteArray& bytes, CXmlDomElement* root = nullptr) {
@@ -42,3 +44,5 @@ private:
     QTemporaryDir m_folder;
     QString m_path;
 };
+
+} // namespace Tracelyn

@@ -2,6 +2,8 @@
 
 #include <QStringEncoder>
 
+using namespace Tracelyn;
+
 namespace {
 
 QByteArray Declared(const char* encoding, const QByteArray& text) {

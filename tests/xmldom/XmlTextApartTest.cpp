@@ -1,12 +1,14 @@
 // Text that stays in its file while the rest of the document is parsed.
-#include "SharedFile.h"
 #include "XmlDomTesting.h"
+#include "support/SharedFile.h"
 
 #include <QRegularExpression>
 #include <QStringEncoder>
 
 #ifndef _WIN32
 #include <sys/stat.h>
+
+using namespace Tracelyn;
 #endif
 
 namespace {

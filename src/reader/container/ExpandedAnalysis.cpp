@@ -1,6 +1,6 @@
-#include "ExpandedAnalysis.h"
+#include "reader/container/ExpandedAnalysis.h"
 
-#include "zip.h"
+#include "reader/container/zip.h"
 
 #include <QFile>
 

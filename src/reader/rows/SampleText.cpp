@@ -1,6 +1,6 @@
-#include "SampleText.h"
+#include "reader/rows/SampleText.h"
 
-#include "SharedFile.h"
+#include "support/SharedFile.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // Reads the block of sample rows into the variables of a file.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <QString>
 

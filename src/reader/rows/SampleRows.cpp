@@ -1,7 +1,7 @@
-#include "SampleRows.h"
+#include "reader/rows/SampleRows.h"
 
-#include "Limits.h"
-#include "NumberText.h"
+#include "support/Limits.h"
+#include "support/NumberText.h"
 
 #include <algorithm>
 #include <array>

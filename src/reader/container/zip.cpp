@@ -1,8 +1,8 @@
-#include "zip.h"
+#include "reader/container/zip.h"
 
-#include "EntryPath.h"
-#include "Limits.h"
-#include "OutputFile.h"
+#include "reader/container/EntryPath.h"
+#include "support/Limits.h"
+#include "support/OutputFile.h"
 
 #include <QBuffer>
 #include <QByteArray>

@@ -1,4 +1,4 @@
-#include "EntryPath.h"
+#include "reader/container/EntryPath.h"
 
 #include <QDir>
 #include <QFileInfo>

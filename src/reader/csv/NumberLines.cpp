@@ -1,6 +1,6 @@
-#include "NumberLines.h"
+#include "reader/csv/NumberLines.h"
 
-#include "FixedText.h"
+#include "support/FixedText.h"
 
 namespace Tracelyn {
 

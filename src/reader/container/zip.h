@@ -3,7 +3,7 @@
 // nothing else.
 #pragma once
 
-#include "Deflate.h"
+#include "reader/container/Deflate.h"
 
 #include <QString>
 

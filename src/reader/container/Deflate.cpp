@@ -1,6 +1,6 @@
-#include "Deflate.h"
+#include "reader/container/Deflate.h"
 
-#include "OutputFile.h"
+#include "support/OutputFile.h"
 
 #include <QIODevice>
 #include <QtEndian>

@@ -1,6 +1,6 @@
-#include "CsvFile.h"
+#include "reader/csv/CsvFile.h"
 
-#include "FixedText.h"
+#include "support/FixedText.h"
 
 #include <QByteArray>
 #include <QFileInfo>

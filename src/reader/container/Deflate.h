@@ -1,7 +1,7 @@
 // Compresses and expands the contents of one container entry, piece by piece: never the whole in memory.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <array>
 #include <cstddef>

@@ -1,10 +1,9 @@
 // Writes the model as a CSV file.
 #pragma once
 
-class CGraphData;
-
 namespace Tracelyn {
 
+class CGraphData;
 class CCsvFile;
 
 // Two tables into the open file: names and values of the fixed sets, then, after an empty line, one column of

@@ -1,11 +1,11 @@
-#include "DataBlock.h"
+#include "reader/rows/DataBlock.h"
 
-#include "Limits.h"
-#include "LineFeeds.h"
-#include "Parallel.h"
-#include "SampleRows.h"
-#include "SampleText.h"
-#include "XmlVariable.h"
+#include "reader/XmlVariable.h"
+#include "reader/rows/SampleRows.h"
+#include "reader/rows/SampleText.h"
+#include "support/Limits.h"
+#include "support/LineFeeds.h"
+#include "support/Parallel.h"
 
 #include <QScopeGuard>
 

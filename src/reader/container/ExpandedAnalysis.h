@@ -1,7 +1,7 @@
 // The plain document of a compressed analysis, there for as long as somebody reads it.
 #pragma once
 
-#include "Progress.h"
+#include "support/Progress.h"
 
 #include <QString>
 

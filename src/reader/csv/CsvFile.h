@@ -2,7 +2,7 @@
 // that lacks).
 #pragma once
 
-#include "OutputFile.h"
+#include "support/OutputFile.h"
 
 #include <QString>
 

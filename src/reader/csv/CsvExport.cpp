@@ -1,10 +1,10 @@
-#include "CsvExport.h"
+#include "reader/csv/CsvExport.h"
 
-#include "CsvFile.h"
-#include "GraphData.h"
-#include "GraphDataVariants.h"
-#include "NumberLines.h"
-#include "Parallel.h"
+#include "model/GraphData.h"
+#include "model/GraphDataVariants.h"
+#include "reader/csv/CsvFile.h"
+#include "reader/csv/NumberLines.h"
+#include "support/Parallel.h"
 
 #include <QScopeGuard>
 
