@@ -3,7 +3,7 @@
 
 #include "BenchOptions.h"
 #include "model/GraphDataVariants.h"
-#include "reader/XmlReader.h"
+#include "reader/AnalysisFile.h"
 #include "render/Graph.h"
 #include "render/OffscreenWindow.h"
 
@@ -25,10 +25,11 @@ inline CGraph& SharedGraph() {
 inline CGraph& LoadAgain() {
     CGraph& graph = SharedGraph();
     graph.Clear();
-    CXmlReader reader;
-    reader.ReadAnalysis(graph.GetData(), Options().file);
-    if (!reader.GetResults().empty())
-        throw std::runtime_error(reader.GetResults().front().GetText().toStdString());
+    const Analysis analysis = LoadAnalysis(Options().file, 0, graph.GetData());
+    if (analysis.status != LoadStatus::Read)
+        throw std::runtime_error("cannot load " + Options().file.toStdString());
+    if (!analysis.results.empty())
+        throw std::runtime_error(analysis.results.front().GetText().toStdString());
     graph.SetResetPending();
     return graph;
 }

@@ -5,7 +5,7 @@
 #include "FuzzInput.h"
 #include "PlainReading.h"
 #include "Scratch.h"
-#include "reader/XmlReader.h"
+#include "reader/AnalysisFile.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
 #include "render/Graph.h"
@@ -58,9 +58,9 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
     Require(AreSame(min, smallest) && AreSame(max, largest), "extremes are those of the single values");
 }
 
-void CheckLimits(const CXmlReader& reader, const CGraphData& data) {
-    Require(reader.GetResults().size() <= limits::kResults + 5, "problems beyond the limit are only counted");
-    for (const ReadResult& result : reader.GetResults()) {
+void CheckLimits(const Analysis& analysis, const CGraphData& data) {
+    Require(analysis.results.size() <= limits::kResults + 5, "problems beyond the limit are only counted");
+    for (const ReadResult& result : analysis.results) {
         Require(!result.GetText().isEmpty(), "a problem has a text");
         Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
                 "the rows of a file that stays as it is can be read");
@@ -117,16 +117,15 @@ void Run(std::string_view input) {
     WriteFile(path, document);
 
     CGraph graph;
-    CXmlReader reader;
-    reader.SetAccessLevel(static_cast<int>(settings.Below(4)));
-    reader.ReadAnalysis(graph.GetData(), path);
-    CheckLimits(reader, graph.GetData());
+    const auto accessLevel = static_cast<int>(settings.Below(4));
+    const Analysis analysis = LoadAnalysis(path, accessLevel, graph.GetData());
+    CheckLimits(analysis, graph.GetData());
     CheckModel(graph.GetData(), settings);
     Drive(graph, settings);
     if (CountValues(graph.GetData()) > kManyValues)
         return;
-    if (reader.GetResults().empty())
-        CompareWithPlainReading(path, reader.GetAccessLevel(), graph.GetData());
+    if (analysis.results.empty())
+        CompareWithPlainReading(path, accessLevel, graph.GetData());
     Export(graph);
 }
 

@@ -1,6 +1,7 @@
 // Expansion of a container: from bytes to files, and to nothing outside the target folder.
 #include "FuzzInput.h"
 #include "Scratch.h"
+#include "reader/AnalysisFile.h"
 #include "reader/container/zip.h"
 
 #include <QDir>
@@ -11,7 +12,7 @@ using namespace Tracelyn;
 
 namespace {
 
-const QString kEntry = QStringLiteral("tmpandat.bin");
+const QString kEntry = AnalysisEntryName();
 
 QByteArray Read(const QString& path) {
     QFile file(path);

@@ -2,11 +2,9 @@
 #include "app/LoadProgress.h"
 #include "app/MainFrm.h"
 #include "app/WaitCursor.h"
-#include "reader/XmlReader.h"
-#include "reader/container/ExpandedAnalysis.h"
+#include "reader/AnalysisFile.h"
 #include "render/FileJustOpened.h"
 #include "support/NewFile.h"
-#include "support/ScratchFolder.h"
 
 #include <QFileInfo>
 #include <QStatusBar>
@@ -74,39 +72,24 @@ void CMainFrame::LoadFile() {
 }
 
 void CMainFrame::LoadCurrentFile() {
-    const QString path = m_FileSet.GetFullPath();
-    const QString extension = m_FileSet.GetExtension();
-    const bool isContainer = extension == QLatin1String(".paf");
-    if (!isContainer && extension != QLatin1String(".xml"))
+    const Analysis analysis = ReadCurrentFile();
+    switch (analysis.status) {
+    case LoadStatus::UnknownExtension:
         return;
-    CXmlReader reader;
-    reader.SetAccessLevel(m_nAccessLevel);
-    if (!Read(path, isContainer, reader)) {
+    case LoadStatus::NotExpanded:
         ShowError(tr("Problem expanding analysis file"));
         return;
+    case LoadStatus::Read:
+        m_strTitle = analysis.name;
+        ShowResults(analysis.results);
     }
-    m_strTitle = reader.GetAnalysisName();
-    ShowResults(reader.GetResults());
 }
 
-bool CMainFrame::Read(const QString& path, bool isContainer, CXmlReader& reader) {
+Analysis CMainFrame::ReadCurrentFile() {
     CLoadProgress bar(*statusBar());
-    const support::Progress progress = [&bar](double done) { bar.Show(done); };
-    if (!isContainer) {
-        reader.SetProgress(progress);
-        m_pView->Load(reader, path);
-        return true;
-    }
-    constexpr double Expanded = 0.7; // part of the load
-    const support::ScratchFolder folder;
-    if (!folder.IsValid())
-        return false;
-    const CExpandedAnalysis document(path, folder.GetPath(), support::StepOf(progress, 0, Expanded));
-    if (!document.IsExpanded())
-        return false;
-    reader.SetProgress(support::StepOf(progress, Expanded, 1));
-    m_pView->Load(reader, document.Path());
-    return true;
+    const auto read = [this](CSignalFileReader& reader, const QString& path) { m_pView->Load(reader, path); };
+    return LoadAnalysis(m_FileSet.GetFullPath(), m_nAccessLevel, read,
+                        [&bar](double done) { bar.Show(done); });
 }
 
 void CMainFrame::ShowResults(std::span<const ReadResult> results) {

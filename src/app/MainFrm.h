@@ -17,8 +17,7 @@ class QToolBar;
 namespace Tracelyn {
 
 class CStatusPanes;
-
-class CXmlReader;
+struct Analysis;
 struct ReadResult;
 
 class CMainFrame : public QMainWindow {
@@ -65,8 +64,8 @@ private:
     // Loads the file that the set points at, whatever was loaded before.
     void LoadFile();
     void LoadCurrentFile();
-    // False when a container cannot be expanded.
-    bool Read(const QString& path, bool isContainer, CXmlReader& reader);
+    // Through the view, with a bar in the status bar.
+    Analysis ReadCurrentFile();
     // One box each, in order; from the 21st on the rest may be skipped.
     void ShowResults(std::span<const ReadResult> results);
     void UpdateTitle();

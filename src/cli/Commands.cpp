@@ -1,13 +1,13 @@
 #include "cli/Commands.h"
 
 #include "cli/InfoJson.h"
+#include "cli/ProgressLine.h"
 #include "model/GraphData.h"
-#include "reader/container/ExpandedAnalysis.h"
 #include "reader/container/zip.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
 #include "support/OutputFile.h"
-#include "support/ScratchFolder.h"
+#include "support/Terminal.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -19,6 +19,8 @@ namespace Tracelyn {
 namespace {
 
 constexpr qint64 kCopyChunk = 1 << 20;
+
+const QString kNotExpanded = QStringLiteral("Problem expanding analysis file");
 
 QString WithoutLineEnd(QString text) {
     while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
@@ -50,10 +52,40 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.ErrorText());
 }
 
+Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
+    CProgressLine line(stderr);
+    support::Progress progress;
+    if (support::IsTerminal(stderr))
+        progress = [&line](double done) { line.Show(done); };
+    return LoadAnalysis(options.input, options.accessLevel, data, progress);
+}
+
 } // namespace
 
 void PrintError(const QString& text) {
     std::fprintf(stderr, "ERROR: %s\n", WithoutLineEnd(text).toUtf8().constData());
+}
+
+std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
+    const QFileInfo input(options.input);
+    const bool isReadable = input.isFile() && input.isReadable();
+    const Analysis analysis = LoadShowingProgress(options, data);
+    switch (analysis.status) {
+    case LoadStatus::Read:
+        break;
+    case LoadStatus::UnknownExtension:
+        Fail(QStringLiteral("Unknown file extension: %1").arg(options.input));
+        return std::nullopt;
+    case LoadStatus::NotExpanded:
+        Fail(kNotExpanded);
+        return std::nullopt;
+    }
+    // Which the reader would call a problem of parsing.
+    if (!isReadable) {
+        Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
+        return std::nullopt;
+    }
+    return analysis;
 }
 
 ExitCode ReportResults(const Analysis& analysis) {
@@ -74,10 +106,9 @@ ExitCode WrongUsage(const QString& error) {
 
 ExitCode RunInfo(const Options& options) {
     CGraphData data;
-    QString error;
-    const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
+    const auto analysis = LoadInput(options, data);
     if (!analysis)
-        return Fail(error);
+        return ExitCode::Failed;
     const QByteArray json = InfoJson(*analysis, data);
     const auto size = static_cast<size_t>(json.size());
     if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
@@ -87,10 +118,9 @@ ExitCode RunInfo(const Options& options) {
 
 ExitCode RunCsv(const Options& options) {
     CGraphData data;
-    QString error;
-    const auto analysis = LoadAnalysis(options.input, options.accessLevel, data, error);
+    const auto analysis = LoadInput(options, data);
     if (!analysis)
-        return Fail(error);
+        return ExitCode::Failed;
     if (IsNothingRead(*analysis, data)) {
         ReportResults(*analysis);
         return ExitCode::Failed;
@@ -129,14 +159,10 @@ ExitCode RunPack(const Options& options) {
 }
 
 ExitCode RunExpand(const Options& options) {
-    const QString problem = QStringLiteral("Problem expanding analysis file");
-    const support::ScratchFolder folder;
-    if (!folder.IsValid() || !QFileInfo(options.input).isFile())
-        return Fail(problem);
-    const CExpandedAnalysis expanded(options.input, folder.GetPath());
-    if (!expanded.IsExpanded() || !QFile::exists(expanded.Path()))
-        return Fail(problem);
-    return CopyToOutput(expanded.Path(), options.output);
+    const CExpandedAnalysis expanded(options.input);
+    if (!expanded.IsExpanded() || !QFile::exists(expanded.GetPath()))
+        return Fail(kNotExpanded);
+    return CopyToOutput(expanded.GetPath(), options.output);
 }
 
 } // namespace Tracelyn

@@ -1,9 +1,11 @@
 // The tool's commands. Each writes its problems to the error output and returns the exit code.
 #pragma once
 
-#include "cli/Analysis.h"
 #include "cli/ExitCode.h"
 #include "cli/Options.h"
+#include "reader/AnalysisFile.h"
+
+#include <optional>
 
 namespace Tracelyn {
 
@@ -14,6 +16,9 @@ ExitCode RunPack(const Options& options);
 ExitCode RunExpand(const Options& options);
 
 // Shared by the commands.
+// Reads the input that the options name, with a progress line on a terminal. Empty, with the reason printed,
+// when nothing could be read at all; problems inside the file are results.
+std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
 void PrintError(const QString& text);
 // Prints every result of the reader; says whether there was one.
 ExitCode ReportResults(const Analysis& analysis);

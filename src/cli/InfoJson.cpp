@@ -1,8 +1,8 @@
 #include "cli/InfoJson.h"
 
-#include "cli/Analysis.h"
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
+#include "reader/AnalysisFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

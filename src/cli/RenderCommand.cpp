@@ -46,12 +46,9 @@ QByteArray Png(const QImage& image) {
 
 ExitCode RunRender(const Options& options) {
     CGraph graph;
-    QString error;
-    const auto analysis = LoadAnalysis(options.input, options.accessLevel, graph.GetData(), error);
-    if (!analysis) {
-        PrintError(error);
+    const auto analysis = LoadInput(options, graph.GetData());
+    if (!analysis)
         return ExitCode::Failed;
-    }
     if (IsNothingRead(*analysis, graph.GetData())) {
         ReportResults(*analysis);
         return ExitCode::Failed;
@@ -68,6 +65,7 @@ ExitCode RunRender(const Options& options) {
 
     if (options.consoleOnLeft && *options.consoleOnLeft != graph.IsConsoleOnLeft())
         graph.ToggleConsoleSide(window);
+    QString error;
     if (!ToggleGroups(graph, options.toggledGroups, error))
         return WrongUsage(error);
     MoveTo(graph, window, options);

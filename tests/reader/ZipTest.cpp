@@ -1,6 +1,6 @@
 #include "reader/container/zip.h"
 
-#include "reader/container/ExpandedAnalysis.h"
+#include "reader/AnalysisFile.h"
 
 #include <QDirIterator>
 #include <QTemporaryDir>
@@ -273,13 +273,14 @@ TEST_F(Zip, AnExpandedAnalysisIsGoneWithItsObjectAlsoWhenItNeverCame) {
          {Case{Archive(Hello("tmpandat.bin")), true, "hello"},
           Case{Archive(Hello("other")), true, "no such file"}, Case{"damaged", false, "no such file"}}) {
         WriteFile(Path("a.paf"), bytes);
-        WriteFile(Out() + kEntry, "left by an earlier run");
+        QString path;
         {
-            const CExpandedAnalysis analysis(Path("a.paf"), Out());
+            const CExpandedAnalysis analysis(Path("a.paf"));
             EXPECT_EQ(analysis.IsExpanded(), expanded);
-            EXPECT_EQ(ReadFile(analysis.Path()), contents);
+            path = analysis.GetPath();
+            EXPECT_EQ(ReadFile(path), contents);
         }
-        EXPECT_EQ(TakeFiles(), "");
+        EXPECT_FALSE(QFileInfo::exists(QFileInfo(path).path()));
     }
 }
 
