@@ -8,6 +8,7 @@
 #include "reader/AnalysisFile.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
+#include "reader/rows/SampleText.h"
 #include "render/Graph.h"
 #include "support/Limits.h"
 
@@ -91,10 +92,10 @@ void Export(const CGraph& graph) {
     Require(table.data().endsWith("\r\n"), "a table ends with a line end");
 }
 
-// The reader looks at pieces of 256 KB, far more than an input. Some documents get a long comment before
+// The reader looks at pieces far longer than an input. Some documents get a long comment before
 // their rows, or a long first field, that ends shortly before the end of a piece.
 std::string Stretched(std::string_view document, Settings& settings) {
-    constexpr size_t kPiece = 1 << 18;
+    constexpr auto kPiece = static_cast<size_t>(CSampleText::kPieceBytes);
     const unsigned choice = settings.Below(32);
     const size_t length = kPiece - settings.Below(64);
     const size_t tag = std::min(document.find("<Data>"), document.find("<Data "));

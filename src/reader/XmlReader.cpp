@@ -4,6 +4,7 @@
 #include "model/GraphDataVariants.h"
 #include "reader/XmlVariable.h"
 #include "reader/rows/DataBlock.h"
+#include "reader/rows/RowsApart.h"
 #include "reader/rows/SampleText.h"
 #include "support/FixedText.h"
 #include "support/Limits.h"
@@ -18,8 +19,6 @@
 namespace Tracelyn {
 
 namespace limits = support::limits;
-
-static_assert(CSampleText::kPiece == XmlTextRange::kPiece);
 
 namespace {
 
@@ -73,9 +72,10 @@ void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
 void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     m_Colors.Restart();
     CXmlDomDocument document;
+    std::unique_ptr<CSampleText> rows; // null when they are in the document
     QString error;
     const support::Progress& progress = GetProgress();
-    if (!document.LoadWithTextApart(path, "Data", error, support::StepOf(progress, 0, kFound))) {
+    if (!LoadWithRowsApart(path, "Data", document, rows, error, support::StepOf(progress, 0, kFound))) {
         // Uncut: the path may be long, and the reason, which the parser keeps short, stands behind it.
         m_Results.push_back({ResultCode::XmlParseError, error});
         return;
@@ -98,12 +98,10 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     CXmlDomElement block;
     if (!FindRequired(root, "Data", block))
         return;
-    const auto& apart = document.GetTextApart();
-    const std::unique_ptr<CSampleText> text =
-        apart ? SampleTextInFile(apart->file, apart->range.from, apart->range.size, apart->range.lineFeeds)
-              : SampleTextInMemory(block.GetTextUtf8());
+    if (rows == nullptr)
+        rows = SampleTextInMemory(block.GetTextUtf8());
     const auto rest = support::StepOf(progress, kFound, 1);
-    if (const auto problem = ReadDataBlock(*text, m_Variables, m_nValuesOfRow, rest))
+    if (const auto problem = ReadDataBlock(*rows, m_Variables, m_nValuesOfRow, rest))
         m_Results.push_back({ResultCode::UnknownError, *problem}); // however many there are
 }
 

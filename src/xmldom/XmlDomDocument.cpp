@@ -1,10 +1,8 @@
 #include "xmldom/XmlDomDocument.h"
 
 #include "support/Assertion.h"
-#include "support/SharedFile.h"
 #include "xmldom/XmlDomElement.h"
 #include "xmldom/XmlEncodings.h"
-#include "xmldom/XmlFileWithoutText.h"
 #include "xmldom/XmlParse.h"
 
 #include <QBuffer>
@@ -95,45 +93,19 @@ bool CXmlDomDocument::LoadXmlBytes(std::string_view bytes, QString& error) {
     return Create(error) && Take(ParseBytes(view, nullptr), QStringLiteral("[string input]"), error);
 }
 
-bool CXmlDomDocument::LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
-                                        const support::Progress& progress) {
-    std::optional<XmlTextApart> apart;
-    std::optional<XmlParseResult> result = ParseWithTextApart(fileName, childName, progress, apart);
-    if (!result)
-        return Load(fileName, error, progress);
-    const bool loaded = Create(error) && Take(std::move(*result), fileName, error);
-    m_TextApart = std::move(apart);
-    return loaded;
-}
-
-// The parser reads the file without the text. That stands for the file only if the parser, too, saw the start
-// tag where the text was cut out, or came to an end before that.
-std::optional<XmlParseResult> CXmlDomDocument::ParseWithTextApart(const QString& fileName,
-                                                                  const char* childName,
-                                                                  const support::Progress& progress,
-                                                                  std::optional<XmlTextApart>& apart) {
-    const std::shared_ptr<support::CSharedFile> file = support::CSharedFile::Open(fileName);
-    const std::optional<XmlTextRange> range =
-        file == nullptr ? std::nullopt : FindPlainText(*file, childName, progress);
-    if (!range)
-        return std::nullopt;
-    CXmlFileWithoutText rest(*file, *range);
-    XmlTagWatch watch{.name = childName, .tagEnd = {}};
-    XmlParseResult result = ParseXml(rest, {.watch = &watch});
-    if (result.document == nullptr && !result.readFailed && !rest.IsPastTheGap())
-        return result;
-    if (result.document == nullptr || watch.tagEnd != range->from - 1 ||
-        !KeepsAscii(result.document->encoding))
-        return std::nullopt;
-    apart = XmlTextApart{file, *range};
-    return result;
+bool CXmlDomDocument::LoadDevice(QIODevice& device, const QString& source, QString& error,
+                                 XmlTagWatch* watch) {
+    if (!Create(error) || !Take(ParseXml(device, {.watch = watch}), source, error))
+        return false;
+    if (watch != nullptr && !KeepsAscii(m_pXMLDoc->encoding))
+        watch->tagEnd.reset();
+    return true;
 }
 
 bool CXmlDomDocument::Take(XmlParseResult result, const QString& source, QString& error) {
     const bool loaded = result.document != nullptr;
     m_pXMLDoc = loaded ? std::move(result.document) : EmptyDocument();
     m_bCreated = m_pXMLDoc != nullptr;
-    m_TextApart.reset();
     if (!loaded)
         error = ErrorText(source, result.line, result.reason);
     return loaded;

@@ -4,23 +4,27 @@
 
 #include "support/Progress.h"
 #include "xmldom/XmlForward.h"
-#include "xmldom/XmlPlainText.h"
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
+
+class QIODevice;
 
 namespace Tracelyn {
 
 class CXmlDomElement;
 struct XmlParseResult;
 
-// Text that was left in its file.
-struct XmlTextApart {
-    std::shared_ptr<support::CSharedFile> file;
-    XmlTextRange range;
+// Notes where the start tag of the root's first child of a name ends.
+struct XmlTagWatch {
+    const char* element = nullptr; // without a prefix
+    // The number of bytes before the ">" of the tag. Unset when the root has no such child, and when the
+    // encoding is none whose ASCII characters are single bytes.
+    std::optional<int64_t> tagEnd;
 };
 
 class CXmlDomDocument {
@@ -41,12 +45,9 @@ public:
     // The same for text in the encoding that it declares (UTF-8 when it declares none).
     bool LoadXmlBytes(std::string_view bytes, QString& error);
 
-    // As Load. When the text at the start of the root's first child of that name is plain (see FindPlainText)
-    // it is left in the file: that element is empty then, and GetTextApart says where its text lies. Sound
-    // documents only: all others are loaded, or refused, as ever.
-    bool LoadWithTextApart(const QString& fileName, const char* childName, QString& error,
-                           const support::Progress& progress = {});
-    const std::optional<XmlTextApart>& GetTextApart() const { return m_TextApart; }
+    // The same for an open device, of which an error names `source` as the file. The watch is borrowed; null
+    // watches nothing.
+    bool LoadDevice(QIODevice& device, const QString& source, QString& error, XmlTagWatch* watch = nullptr);
 
     // The document's element; false when it is empty. Needs Create.
     bool GetRootElement(CXmlDomElement& element) const;
@@ -56,15 +57,10 @@ public:
     bool Save(const QString& path) const;
 
 private:
-    // Nothing when only the whole file can tell.
-    static std::optional<XmlParseResult> ParseWithTextApart(const QString& fileName, const char* childName,
-                                                            const support::Progress& progress,
-                                                            std::optional<XmlTextApart>& apart);
     // Takes over the parsed document, or an empty one and the error text.
     bool Take(XmlParseResult result, const QString& source, QString& error);
 
     std::shared_ptr<xmlDoc> m_pXMLDoc;
-    std::optional<XmlTextApart> m_TextApart;
     bool m_bCreated = false;
 };
 

@@ -84,7 +84,7 @@ void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* 
     XmlTagWatch* const watch = StateOf(context).options.watch;
     const bool isChildOfRoot = context->nodeNr == 1 && prefix == nullptr;
     if (watch != nullptr && !watch->tagEnd && isChildOfRoot &&
-        xmlStrEqual(localName, reinterpret_cast<const xmlChar*>(watch->name)) != 0)
+        xmlStrEqual(localName, reinterpret_cast<const xmlChar*>(watch->element)) != 0)
         watch->tagEnd = xmlByteConsumed(context);
 }
 

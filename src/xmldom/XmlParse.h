@@ -3,7 +3,7 @@
 #pragma once
 
 #include "support/Progress.h"
-#include "xmldom/XmlForward.h"
+#include "xmldom/XmlDomDocument.h"
 
 #include <QString>
 
@@ -20,14 +20,6 @@ struct XmlParseResult {
     long line = 0;
     QString reason;
     bool readFailed = false; // and not the document
-};
-
-// Notes where the start tag of the root's first child of that name ends.
-struct XmlTagWatch {
-    const char* name = nullptr;
-    // Bytes before the ">" that ends the tag, in the encoding of the device; unset when there is no such
-    // child.
-    std::optional<int64_t> tagEnd;
 };
 
 struct XmlParseOptions {

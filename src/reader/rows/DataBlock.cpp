@@ -4,7 +4,6 @@
 #include "reader/rows/SampleRows.h"
 #include "reader/rows/SampleText.h"
 #include "support/Limits.h"
-#include "support/LineFeeds.h"
 #include "support/Parallel.h"
 
 #include <QScopeGuard>
@@ -20,9 +19,6 @@
 namespace Tracelyn {
 
 namespace {
-
-// Stays in a processor core's own memory while it is converted.
-constexpr int64_t kPiece = CSampleText::kPiece;
 
 // A piece holds the rows that begin behind its line feeds; the first one also holds the first row.
 struct Piece {
@@ -63,8 +59,9 @@ class CBlockReader {
 public:
     explicit CBlockReader(const CSampleText& text) : m_Text(text) {
         const int64_t size = std::max<int64_t>(1, text.GetSize());
-        for (int64_t from = 0; from < size; from += kPiece)
-            m_Pieces.push_back({.from = from, .to = std::min(from + kPiece, text.GetSize())});
+        for (int64_t from = 0; from < size; from += CSampleText::kPieceBytes)
+            m_Pieces.push_back(
+                {.from = from, .to = std::min(from + CSampleText::kPieceBytes, text.GetSize())});
         m_Buffers.resize(static_cast<size_t>(support::WorkerCount(PieceCount())));
     }
 
@@ -79,7 +76,7 @@ public:
             CPieceText& buffer = m_Buffers[static_cast<size_t>(worker)];
             if (!ReadPiece(piece, buffer))
                 return false;
-            piece.rows += support::CountLineFeeds(buffer.Text());
+            piece.rows += CountLineFeeds(buffer.Text());
             return true;
         };
         if (ForEachPiece(count, progress) != PieceCount())

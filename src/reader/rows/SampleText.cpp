@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 namespace Tracelyn {
@@ -36,8 +37,8 @@ public:
     bool Read(int64_t at, std::span<char> text) const override { return m_File->Read(m_nFrom + at, text); }
 
     std::optional<int64_t> KnownLineFeeds(int64_t from, int64_t to) const override {
-        const auto piece = static_cast<size_t>(from / kPiece);
-        const bool isWhole = to - from == kPiece;
+        const auto piece = static_cast<size_t>(from / kPieceBytes);
+        const bool isWhole = to - from == kPieceBytes;
         return isWhole && piece < m_LineFeeds.size() ? std::optional(m_LineFeeds[piece]) : std::nullopt;
     }
 
@@ -72,6 +73,19 @@ std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text) {
 std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
                                               int64_t size, std::vector<int64_t> lineFeeds) {
     return std::make_unique<CFileText>(std::move(file), from, size, std::move(lineFeeds));
+}
+
+// Counted in bytes, block by block: the compiler then looks at many characters at once.
+int64_t CountLineFeeds(std::string_view text) {
+    constexpr size_t kBlock = std::numeric_limits<unsigned char>::max();
+    int64_t count = 0;
+    for (; !text.empty(); text.remove_prefix(std::min(kBlock, text.size()))) {
+        unsigned char inBlock = 0;
+        for (const char c : text.substr(0, kBlock))
+            inBlock = static_cast<unsigned char>(inBlock + (c == '\n' ? 1 : 0));
+        count += inBlock;
+    }
+    return count;
 }
 
 } // namespace Tracelyn

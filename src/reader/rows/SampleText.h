@@ -1,4 +1,4 @@
-// Where the text of the sample rows lies: in memory, or still in its file.
+// The text of the sample rows, in memory or still in its file.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ class CSharedFile;
 
 namespace Tracelyn {
 
-// Read in pieces, by several threads at once. It ends with its last row: the line feeds behind that are cut
-// off.
+// Several threads read it at once, each a piece of its own. The line feeds behind the last row are no part
+// of it.
 class CSampleText {
 public:
     CSampleText() = default;
@@ -23,24 +23,28 @@ public:
     CSampleText& operator=(const CSampleText&) = delete;
     virtual ~CSampleText() = default;
 
-    // What readers best read at once, in bytes.
-    static constexpr int64_t kPiece = 1 << 18;
+    // The length of a piece: with its samples it stays in a processor core's own memory.
+    static constexpr int64_t kPieceBytes = 1 << 18;
 
     virtual int64_t GetSize() const = 0;
-    // The line feeds in a piece that begins at a multiple of kPiece, when they are known without reading it.
+    // The number of line feeds from `from`, a multiple of kPieceBytes, to `to`; nothing when they would have
+    // to be counted.
     virtual std::optional<int64_t> KnownLineFeeds(int64_t /*from*/, int64_t /*to*/) const {
         return std::nullopt;
     }
-    // Fills the whole span with the text from `at` on, which must have that much; false when it cannot be
+    // Fills the whole span with the text from `at` on. The text must be that long. False when it cannot be
     // read.
     virtual bool Read(int64_t at, std::span<char> text) const = 0;
 };
 
 // Borrows the text.
 std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text);
-// The part of the file of that place and size, in bytes. Its lines may also end with "\r\n". lineFeeds counts
-// those of every piece and may be empty.
+// `size` bytes of the file from `from` on. Its lines may also end with "\r\n". lineFeeds has the number of
+// line feeds in every piece, or nothing.
 std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
                                               int64_t size, std::vector<int64_t> lineFeeds);
+
+// As fast as memory is read.
+int64_t CountLineFeeds(std::string_view text);
 
 } // namespace Tracelyn

@@ -1,16 +1,23 @@
-#include "xmldom/XmlPlainText.h"
+#include "reader/rows/RowsApart.h"
 
+#include "reader/rows/SampleText.h"
 #include "support/Limits.h"
-#include "support/LineFeeds.h"
 #include "support/Parallel.h"
 #include "support/SharedFile.h"
+#include "xmldom/XmlDomDocument.h"
+
+#include <QIODevice>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Tracelyn {
@@ -19,10 +26,17 @@ using support::CSharedFile;
 
 namespace {
 
-constexpr int64_t kWindow = XmlTextRange::kPiece;
-constexpr size_t kLongestTag = 4096;
-constexpr size_t kBlock = 1024;
+constexpr int64_t kPieceBytes = CSampleText::kPieceBytes;
+constexpr size_t kMaxTagBytes = 4096;
+constexpr size_t kBlockBytes = 1024;
 constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+// A part of the file, in bytes, and the line feeds in each of its pieces.
+struct TextRange {
+    int64_t from = 0;
+    int64_t size = 0;
+    std::vector<int64_t> lineFeeds;
+};
 
 constexpr bool IsPlain(char c) {
     const bool isWhite = c == '\n' || c == '\r' || c == '\t';
@@ -48,8 +62,8 @@ bool IsPlain(std::string_view block) {
 
 size_t CountPlain(std::string_view text) {
     size_t at = 0;
-    while (at + kBlock <= text.size() && IsPlain(text.substr(at, kBlock)))
-        at += kBlock;
+    while (at + kBlockBytes <= text.size() && IsPlain(text.substr(at, kBlockBytes)))
+        at += kBlockBytes;
     const auto* const end =
         std::find_if_not(text.begin() + at, text.end(), [](char c) { return IsPlain(c); });
     return static_cast<size_t>(end - text.begin());
@@ -75,14 +89,14 @@ std::optional<size_t> TagLength(std::string_view text, std::string_view opening)
     return end + 1;
 }
 
-// Reads a file window by window, each with the beginning of the next one.
+// Reads a file piece by piece, each with the first bytes of the next one.
 class CWindow {
 public:
     CWindow(CSharedFile& file, int64_t overlap) : m_File(file), m_nOverlap(overlap) {}
 
     // Empty when the file cannot be read.
     std::string_view Read(int64_t from) {
-        const int64_t size = std::clamp<int64_t>(m_File.GetSize() - from, 0, kWindow + m_nOverlap);
+        const int64_t size = std::clamp<int64_t>(m_File.GetSize() - from, 0, kPieceBytes + m_nOverlap);
         m_Buffer.resize(static_cast<size_t>(size));
         return m_File.Read(from, m_Buffer) ? std::string_view(m_Buffer.data(), m_Buffer.size())
                                            : std::string_view();
@@ -96,13 +110,13 @@ private:
 
 std::optional<int64_t> FindTextStart(CSharedFile& file, std::string_view tagName) {
     const std::string opening = std::string(1, '<').append(tagName);
-    CWindow window(file, kLongestTag);
-    for (int64_t from = 0; from < file.GetSize(); from += kWindow) {
+    CWindow window(file, kMaxTagBytes);
+    for (int64_t from = 0; from < file.GetSize(); from += kPieceBytes) {
         const std::string_view text = window.Read(from);
         if (text.find('\0') != std::string_view::npos)
             return std::nullopt;
-        for (size_t at = text.find(opening); at < kWindow; at = text.find(opening, at + 1)) {
-            if (const auto length = TagLength(text.substr(at, kLongestTag), opening))
+        for (size_t at = text.find(opening); at < kPieceBytes; at = text.find(opening, at + 1)) {
+            if (const auto length = TagLength(text.substr(at, kMaxTagBytes), opening))
                 return from + static_cast<int64_t>(at + *length);
         }
     }
@@ -114,10 +128,10 @@ class CPlainTextScan {
 public:
     CPlainTextScan(CSharedFile& file, int64_t from)
         : m_File(file), m_nFrom(from),
-          m_Parts(static_cast<size_t>((file.GetSize() - from + kWindow - 1) / kWindow)) {}
+          m_Parts(static_cast<size_t>((file.GetSize() - from + kPieceBytes - 1) / kPieceBytes)) {}
 
     // The plain text when a "<" ends it.
-    std::optional<XmlTextRange> Run(const support::Progress& progress) {
+    std::optional<TextRange> Run(const support::Progress& progress) {
         const auto count = static_cast<int64_t>(m_Parts.size());
         std::vector<CWindow> windows(static_cast<size_t>(support::WorkerCount(count)), CWindow(m_File, 1));
         const int64_t last = support::ForEachParallel(
@@ -129,7 +143,7 @@ public:
         if (std::ranges::any_of(parts, &Part::hasLoneReturn) || std::ranges::all_of(parts, &Part::isBlank) ||
             parts.back().next != '<')
             return std::nullopt;
-        XmlTextRange range{.from = m_nFrom, .size = last * kWindow, .lineFeeds = {}};
+        TextRange range{.from = m_nFrom, .size = last * kPieceBytes, .lineFeeds = {}};
         range.size += static_cast<int64_t>(parts.back().plain);
         for (const Part& part : parts)
             range.lineFeeds.push_back(part.lineFeeds);
@@ -147,15 +161,15 @@ private:
 
     // False when the text ends in this part.
     bool Look(CWindow& window, int64_t item) {
-        const std::string_view text = window.Read(m_nFrom + item * kWindow);
+        const std::string_view text = window.Read(m_nFrom + item * kPieceBytes);
         Part& part = m_Parts[static_cast<size_t>(item)];
-        part.plain = std::min<size_t>(CountPlain(text), kWindow);
+        part.plain = std::min<size_t>(CountPlain(text), kPieceBytes);
         const std::string_view plain = text.substr(0, part.plain);
         part.next = part.plain < text.size() ? text[part.plain] : '\0';
-        part.lineFeeds = support::CountLineFeeds(plain);
+        part.lineFeeds = CountLineFeeds(plain);
         part.isBlank = plain.find_first_not_of(kWhiteSpace) == std::string_view::npos;
         part.hasLoneReturn = HasLoneCarriageReturn(text.substr(0, part.plain + 1));
-        return part.plain == kWindow;
+        return part.plain == kPieceBytes;
     }
 
     CSharedFile& m_File;
@@ -163,16 +177,76 @@ private:
     std::vector<Part> m_Parts;
 };
 
-} // namespace
-
-std::optional<XmlTextRange> FindPlainText(CSharedFile& file, std::string_view tagName,
-                                          const support::Progress& progress) {
+// Whether the tag is one indeed, and no part of a comment, is for the parser to say.
+std::optional<TextRange> FindPlainText(CSharedFile& file, std::string_view element,
+                                       const support::Progress& progress) {
     if (file.GetSize() > support::limits::kTextApart)
         return std::nullopt;
-    const std::optional<int64_t> from = FindTextStart(file, tagName);
+    const std::optional<int64_t> from = FindTextStart(file, element);
     if (!from)
         return std::nullopt;
     return CPlainTextScan(file, *from).Run(progress);
+}
+
+// The file as it would be without one part of it.
+class CFileWithGap : public QIODevice {
+public:
+    // Borrows both.
+    CFileWithGap(CSharedFile& file, const TextRange& gap) : m_File(file), m_Gap(gap) {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    // Whether anything behind the gap was asked for.
+    bool IsPastTheGap() const { return m_nAt > m_Gap.from; }
+    bool HasFailed() const { return m_bFailed; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override {
+        if (m_nAt == m_Gap.from)
+            m_nAt += m_Gap.size;
+        const int64_t end = m_nAt < m_Gap.from ? m_Gap.from : m_File.GetSize();
+        const int64_t count = std::min<int64_t>(size, end - m_nAt);
+        if (!m_File.Read(m_nAt, {data, static_cast<size_t>(count)})) {
+            m_bFailed = true;
+            return -1;
+        }
+        m_nAt += count;
+        return count;
+    }
+    qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    CSharedFile& m_File;
+    const TextRange& m_Gap;
+    int64_t m_nAt = 0; // in the file
+    bool m_bFailed = false;
+};
+
+} // namespace
+
+// The parser reads the file without the text. What it makes of that stands for the file only if it saw the
+// start tag just where the text was cut out, or failed before it came there.
+bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument& document,
+                       std::unique_ptr<CSampleText>& rows, QString& error,
+                       const support::Progress& progress) {
+    rows.reset();
+    std::shared_ptr<CSharedFile> file = CSharedFile::Open(path);
+    std::optional<TextRange> range = file == nullptr ? std::nullopt : FindPlainText(*file, element, progress);
+    if (!range)
+        return document.Load(path, error, progress);
+    CFileWithGap rest(*file, *range);
+    XmlTagWatch watch{.element = element, .tagEnd = {}};
+    QString errorOfRest;
+    const bool isLoaded = document.LoadDevice(rest, path, errorOfRest, &watch);
+    if (!isLoaded && !rest.HasFailed() && !rest.IsPastTheGap()) {
+        error = errorOfRest;
+        return false;
+    }
+    if (!isLoaded || watch.tagEnd != range->from - 1)
+        return document.Load(path, error, progress);
+    rows = SampleTextInFile(std::move(file), range->from, range->size, std::move(range->lineFeeds));
+    return true;
 }
 
 } // namespace Tracelyn

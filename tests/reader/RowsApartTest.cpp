@@ -1,15 +1,17 @@
-// Text that stays in its file while the rest of the document is parsed.
-#include "XmlDomTesting.h"
-#include "support/SharedFile.h"
+// Sample rows that stay in their file while the rest of the document is parsed.
+#include "reader/rows/RowsApart.h"
+
+#include "reader/rows/SampleText.h"
+#include "xmldom/XmlDomTesting.h"
 
 #include <QRegularExpression>
 #include <QStringEncoder>
 
 #ifndef _WIN32
 #include <sys/stat.h>
+#endif
 
 using namespace Tracelyn;
-#endif
 
 namespace {
 
@@ -17,34 +19,40 @@ QByteArray Declared(const char* encoding, const QByteArray& text) {
     return QByteArray("<?xml version='1.0' encoding='") + encoding + "'?><r><Data>" + text + "</Data></r>";
 }
 
-// The text that was left in the file; nothing when it was parsed with the rest.
-std::optional<QByteArray> TextApart(const QByteArray& xml) {
+QByteArray WithoutLineEnds(QByteArray text) {
+    while (text.endsWith('\n') || text.endsWith('\r'))
+        text.chop(1);
+    return text;
+}
+
+// The rows that were left in the file; nothing when they were parsed with the rest.
+std::optional<QByteArray> RowsApart(const QByteArray& xml) {
     const XmlFile file(xml);
     CXmlDomDocument document;
+    std::unique_ptr<CSampleText> rows;
     QString error;
-    if (!document.LoadWithTextApart(file.Path(), "Data", error))
+    if (!LoadWithRowsApart(file.Path(), "Data", document, rows, error))
         return std::nullopt;
     CXmlDomElement root;
     CXmlDomElement data;
     EXPECT_TRUE(document.GetRootElement(root) && root.GetChildByName("Data", data));
-    const auto& apart = document.GetTextApart();
-    if (!apart)
+    if (rows == nullptr)
         return std::nullopt;
     EXPECT_EQ(data.GetTextUtf8(), "");
-    QByteArray text(apart->range.size, '\0');
-    EXPECT_TRUE(apart->file->Read(apart->range.from, {text.data(), static_cast<size_t>(text.size())}));
+    QByteArray text(rows->GetSize(), '\0');
+    EXPECT_TRUE(rows->Read(0, {text.data(), static_cast<size_t>(text.size())}));
 
     // The whole document says the same.
     CXmlDomDocument whole;
     EXPECT_TRUE(whole.Load(file.Path(), error) && whole.GetRootElement(root));
-    EXPECT_TRUE(!whole.GetTextApart() && root.GetChildByName("Data", data));
-    EXPECT_EQ(data.GetText().toUtf8(), QByteArray(text).replace("\r\n", "\n"));
+    EXPECT_TRUE(root.GetChildByName("Data", data));
+    EXPECT_EQ(WithoutLineEnds(data.GetText().toUtf8()), QByteArray(text).replace("\r\n", "\n"));
     return text;
 }
 
 } // namespace
 
-TEST(XmlTextApart, IsPlainTextThatTheParserWouldNotChange) {
+TEST(RowsApart, IsPlainTextThatTheParserWouldNotChange) {
     const QByteArray rows = "1,2.5\n-3,\r\n 4\t,x";
     const QByteArray large = QByteArray("1,2\r\n3,4\n").repeated(150'000);
     for (const QByteArray& text : {rows, large, large + QByteArray(7, '9'), QByteArray("\n1\n")}) {
@@ -55,11 +63,12 @@ TEST(XmlTextApart, IsPlainTextThatTheParserWouldNotChange) {
                   "<![CDATA[1]]></Data></r>",
               Declared("UTF-8", text), Declared("us-ascii", text), Declared("ISO-8859-1", text),
               Declared("windows-1252", text)})
-            EXPECT_TRUE(TextApart(xml) == text) << xml.left(60).constData() << " ... " << text.size();
+            EXPECT_TRUE(RowsApart(xml) == WithoutLineEnds(text))
+                << xml.left(60).constData() << " ... " << text.size();
     }
 }
 
-TEST(XmlTextApart, EverythingElseIsParsedAsEver) {
+TEST(RowsApart, EverythingElseIsParsedAsEver) {
     const QByteArray large = QByteArray("1,2\n").repeated(100'000);
     for (const QByteArray& data :
          {QByteArray("<Data/>"), QByteArray("<Data></Data>"), QByteArray("<Data>\n \r\n</Data>"),
@@ -70,17 +79,18 @@ TEST(XmlTextApart, EverythingElseIsParsedAsEver) {
           QByteArray("<![CDATA[<Data>1]]><Data>2</Data>"), QByteArray("<a><Data>1</Data></a><Data>2</Data>"),
           QByteArray("<Data/><Data>2</Data>"), QByteArray("<Data a='<Data>1'>2</Data>"),
           QByteArray("<a b='1'/><Data a='>'>2</Data>")})
-        EXPECT_EQ(TextApart("<r>" + data + "</r>"), std::nullopt) << data.left(60).constData();
+        EXPECT_EQ(RowsApart("<r>" + data + "</r>"), std::nullopt) << data.left(60).constData();
     for (const char* encoding : {"UTF-7", "ISO-2022-JP", "Shift_JIS"})
-        EXPECT_EQ(TextApart(Declared(encoding, "1,+AGE-,2")), std::nullopt) << encoding;
+        EXPECT_EQ(RowsApart(Declared(encoding, "1,+AGE-,2")), std::nullopt) << encoding;
     for (const auto byteOrder : {QStringConverter::Utf16LE, QStringConverter::Utf16BE})
-        EXPECT_EQ(TextApart(QStringEncoder(byteOrder, QStringConverter::Flag::WriteBom)(
+        EXPECT_EQ(RowsApart(QStringEncoder(byteOrder, QStringConverter::Flag::WriteBom)(
                       QStringLiteral("<r><Data>1,2\n3</Data></r>"))),
                   std::nullopt);
 }
 
-TEST(XmlTextApart, ErrorsAreThoseOfTheWholeDocument) {
+TEST(RowsApart, ErrorsAreThoseOfTheWholeDocument) {
     const QByteArray large = QByteArray("1,2\n").repeated(100'000);
+    std::unique_ptr<CSampleText> rows;
     const QByteArray deep = QByteArray("<a>\n").repeated(300);
     for (const QByteArray& xml :
          {"<r><Data>" + large, "<r><Data>" + large + "</Date></r>", "<r><Data>" + large + "</Data></r><r/>",
@@ -94,18 +104,19 @@ TEST(XmlTextApart, ErrorsAreThoseOfTheWholeDocument) {
         QString apart;
         QString whole;
         CXmlDomDocument document;
-        EXPECT_FALSE(document.LoadWithTextApart(file.Path(), "Data", apart));
+        EXPECT_FALSE(LoadWithRowsApart(file.Path(), "Data", document, rows, apart));
         EXPECT_FALSE(document.Load(file.Path(), whole));
         EXPECT_EQ(apart, whole);
     }
     QString error;
-    EXPECT_FALSE(CXmlDomDocument().LoadWithTextApart("/no/such/file", "Data", error));
+    CXmlDomDocument document;
+    EXPECT_FALSE(LoadWithRowsApart("/no/such/file", "Data", document, rows, error));
     EXPECT_EQ(error, "File does not exist");
 #ifndef _WIN32
     const XmlFile removed("");
     const QByteArray pipe = removed.Path().toUtf8() + ".pipe";
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
-    EXPECT_FALSE(CXmlDomDocument().LoadWithTextApart(pipe, "Data", error)) << "but waits for nobody";
+    EXPECT_FALSE(LoadWithRowsApart(pipe, "Data", document, rows, error)) << "but waits for nobody";
     EXPECT_EQ(error, pipe + " (0): This is no file (Error)\n");
     QFile::remove(pipe);
 #endif

@@ -1,0 +1,25 @@
+// The shortcut for the sample rows: they stay in the file, and only the rest of the document is parsed.
+#pragma once
+
+#include "support/Progress.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace Tracelyn {
+
+class CSampleText;
+class CXmlDomDocument;
+
+// Loads the document at the path, with the same outcome and error text as CXmlDomDocument::Load. When the
+// text at the start of the root's first child named `element` is plain, that child comes out empty and `rows`
+// is its text, read from the open file; otherwise `rows` is null and the text is in the document.
+//
+// Plain means that the parser would change no more than its line ends: printable ASCII, tabs and line ends,
+// with something other than white space among them, and without references, "]" or lone carriage returns.
+bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument& document,
+                       std::unique_ptr<CSampleText>& rows, QString& error,
+                       const support::Progress& progress = {});
+
+} // namespace Tracelyn
