@@ -1,8 +1,8 @@
 // The command lines of the viewer and of the tool.
 #include "FuzzInput.h"
-#include "app/CommandLineInfo.h"
+#include "app/TracelynApp.h"
 #include "cli/Options.h"
-#include "support/CommandLine.h"
+#include "support/Startup.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 // operations.
 #pragma once
 
-#include "app/CommandIds.h"
+#include "app/Commands.h"
 #include "render/Graph.h"
 #include "render/GraphWindow.h"
 

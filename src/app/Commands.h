@@ -1,9 +1,9 @@
-// What each command looks like: menu text, prompt, tool tip, icon and keys.
+// The commands of the program: their numbers, and what each looks like: menu text, prompt, tool tip, icon and
+// keys. Also the artwork that the icons are made of.
 #pragma once
 
-#include "app/CommandIds.h"
-
 #include <QAction>
+#include <QIcon>
 #include <QKeySequence>
 #include <QList>
 #include <QString>
@@ -12,6 +12,37 @@
 #include <map>
 
 namespace Tracelyn {
+
+enum class CommandId : int {
+    CaptureLogfile = 135,
+    PreviousFile = 137,
+    NextFile = 138,
+    SaveCsv = 141,
+    ZoomOut = 32771,
+    ZoomReset = 32772,
+    ZoomIn = 32773,
+    CursorLeft = 32774,
+    CursorRight = 32775,
+    FastLeft = 32776,
+    FastRight = 32777,
+    SelectNextGroup = 32778,
+    SelectPreviousGroup = 32779,
+    ToggleSelectedGroup = 32780,
+    ToggleFixedCursor = 32781,
+    ChangeBackground = 32792,
+    FileOpen = 57601,
+    FileClose = 57602,
+    FileSave = 57603,
+    About = 57664,
+    Exit = 57665,
+    ViewToolbar = 59392,
+    ViewStatusBar = 59393,
+};
+
+// The icon of that name ("app", "open", "previous", "next", "fixed-cursor", "zoom-in", "zoom-out",
+// "zoom-reset") with every size it was rendered in, so that no size in use has to be scaled. An unknown name
+// gives an empty icon.
+QIcon LoadIcon(const QString& name);
 
 // The actions of the main window, one for each command, owned by it. Their keys work whichever part of the
 // window has the focus. Triggering one calls the handler with its command.

@@ -1,7 +1,6 @@
 #include "app/MainFrm.h"
 
-#include "app/Icons.h"
-#include "app/StatusPanes.h"
+#include "app/StatusBar.h"
 #include "render/FileJustOpened.h"
 
 #include <QApplication>

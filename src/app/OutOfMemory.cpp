@@ -1,5 +1,5 @@
 // Memory that runs out anywhere in the viewer is reported before the exception goes its way.
-#include "support/Allocation.h"
+#include "support/Assertion.h"
 
 #include <cstdlib>
 #include <new>

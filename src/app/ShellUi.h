@@ -1,7 +1,9 @@
-// How the shell talks to its user outside the picture: message boxes, file dialogs and the beep.
+// How the program talks to its user outside the picture: message boxes, file dialogs, the beep and the shape
+// of the mouse pointer.
 #pragma once
 
 #include <QString>
+#include <Qt>
 
 #include <optional>
 
@@ -39,6 +41,25 @@ protected:
     CShellUi() = default;
     CShellUi(const CShellUi&) = default;
     CShellUi& operator=(const CShellUi&) = default;
+};
+
+// The toolkit's message boxes and file dialogs. They belong to the main window once it is shown.
+class CNativeShellUi : public CShellUi {
+public:
+    void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) override;
+    bool ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) override;
+    std::optional<QString> AskOpenFile(const FileRequest& request) override;
+    std::optional<QString> AskSaveFile(const FileRequest& request) override;
+    void Beep(int hertz, int milliseconds) override;
+};
+
+// Gives the mouse pointer a shape for as long as this object lives.
+class CScopedCursor {
+public:
+    explicit CScopedCursor(Qt::CursorShape shape);
+    CScopedCursor(const CScopedCursor&) = delete;
+    CScopedCursor& operator=(const CScopedCursor&) = delete;
+    ~CScopedCursor();
 };
 
 } // namespace Tracelyn

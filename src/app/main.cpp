@@ -1,7 +1,6 @@
 // tracelyn: the viewer's process entry.
-#include "app/NativeShellUi.h"
+#include "app/ShellUi.h"
 #include "app/TracelynApp.h"
-#include "support/CommandLine.h"
 #include "support/ScratchFolder.h"
 #include "support/Startup.h"
 

@@ -1,13 +1,12 @@
 #include "cli/Commands.h"
 
-#include "cli/InfoJson.h"
 #include "cli/ProgressLine.h"
 #include "model/GraphData.h"
 #include "reader/container/zip.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
 #include "support/OutputFile.h"
-#include "support/Terminal.h"
+#include "support/UserDevices.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -26,15 +25,6 @@ QString WithoutLineEnd(QString text) {
     while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
         text.chop(1);
     return text;
-}
-
-ExitCode Fail(const QString& text) {
-    PrintError(text);
-    return ExitCode::Failed;
-}
-
-ExitCode FailToWrite(const QString& path, const QString& reason) {
-    return Fail(QStringLiteral("Cannot write %1: %2").arg(path, reason));
 }
 
 ExitCode CopyToOutput(const QString& from, const QString& to) {
@@ -64,6 +54,15 @@ Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
 
 void PrintError(const QString& text) {
     std::fprintf(stderr, "ERROR: %s\n", WithoutLineEnd(text).toUtf8().constData());
+}
+
+ExitCode Fail(const QString& text) {
+    PrintError(text);
+    return ExitCode::Failed;
+}
+
+ExitCode FailToWrite(const QString& path, const QString& reason) {
+    return Fail(QStringLiteral("Cannot write %1: %2").arg(path, reason));
 }
 
 std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
@@ -102,18 +101,6 @@ ExitCode WrongUsage(const QString& error) {
     std::fprintf(stderr, "tracelyn-cli: %s\n%s", error.toUtf8().constData(),
                  UsageText().toUtf8().constData());
     return ExitCode::WrongUsage;
-}
-
-ExitCode RunInfo(const Options& options) {
-    CGraphData data;
-    const auto analysis = LoadInput(options, data);
-    if (!analysis)
-        return ExitCode::Failed;
-    const QByteArray json = InfoJson(*analysis, data);
-    const auto size = static_cast<size_t>(json.size());
-    if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
-        return FailToWrite(QStringLiteral("standard output"), qt_error_string());
-    return ReportResults(*analysis);
 }
 
 ExitCode RunCsv(const Options& options) {

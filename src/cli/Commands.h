@@ -1,7 +1,7 @@
-// The tool's commands. Each writes its problems to the error output and returns the exit code.
+// The tool's commands. Each writes its problems to the error output and returns what the tool's exit code
+// tells its caller.
 #pragma once
 
-#include "cli/ExitCode.h"
 #include "cli/Options.h"
 #include "reader/AnalysisFile.h"
 
@@ -9,6 +9,16 @@
 
 namespace Tracelyn {
 
+enum class ExitCode : int {
+    Success = 0,
+    // Nothing was read or written.
+    Failed = 1,
+    WrongUsage = 2,
+    // The file was read with problems; the output is written all the same.
+    ReadWithProblems = 3,
+};
+
+// Prints the loaded model and the problems found, as JSON.
 ExitCode RunInfo(const Options& options);
 ExitCode RunCsv(const Options& options);
 ExitCode RunRender(const Options& options);
@@ -20,6 +30,10 @@ ExitCode RunExpand(const Options& options);
 // when nothing could be read at all; problems inside the file are results.
 std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
 void PrintError(const QString& text);
+// Prints why nothing was read or written and returns ExitCode::Failed.
+ExitCode Fail(const QString& text);
+// The same for an output that cannot be written.
+ExitCode FailToWrite(const QString& path, const QString& reason);
 // Prints every result of the reader; says whether there was one.
 ExitCode ReportResults(const Analysis& analysis);
 // There are problems and no group: a file made of it would say nothing, and replace one that may say more.

@@ -1,7 +1,7 @@
 // A line on a terminal that tells how far a load has come.
 #pragma once
 
-#include "support/Patience.h"
+#include "support/Progress.h"
 
 #include <cstdio>
 
@@ -16,10 +16,21 @@ public:
         : m_pStream(stream), m_Patience(patience) {}
     CProgressLine(const CProgressLine&) = delete;
     CProgressLine& operator=(const CProgressLine&) = delete;
-    ~CProgressLine();
+    ~CProgressLine() {
+        if (m_bShown) {
+            std::fputs("\r             \r", m_pStream);
+            std::fflush(m_pStream);
+        }
+    }
 
     // The part that is done, 0 to 1.
-    void Show(double done);
+    void Show(double done) {
+        if (!m_Patience.IsOver())
+            return;
+        m_bShown = true;
+        std::fprintf(m_pStream, "\rReading %3d %%", static_cast<int>(done * 100));
+        std::fflush(m_pStream);
+    }
 
 private:
     std::FILE* m_pStream;

@@ -54,10 +54,8 @@ ExitCode RunRender(const Options& options) {
         return ExitCode::Failed;
     }
     COffscreenWindow window(options.size);
-    if (window.GetImage().isNull()) {
-        PrintError(QStringLiteral("Not enough memory for the picture"));
-        return ExitCode::Failed;
-    }
+    if (window.GetImage().isNull())
+        return Fail(QStringLiteral("Not enough memory for the picture"));
     if (!options.dark)
         graph.ToggleBackground(window);
     graph.SetResetPending();
@@ -74,10 +72,8 @@ ExitCode RunRender(const Options& options) {
     support::OutputFile output(options.output);
     if (png.isEmpty() || !output.IsOpen() ||
         !support::WriteAll(output.Device(), {png.data(), static_cast<size_t>(png.size())}) ||
-        !output.Commit()) {
-        PrintError(QStringLiteral("Cannot write %1: %2").arg(options.output, output.ErrorText()));
-        return ExitCode::Failed;
-    }
+        !output.Commit())
+        return FailToWrite(options.output, output.ErrorText());
     return ReportResults(*analysis);
 }
 

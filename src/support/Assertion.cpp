@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 namespace support {
@@ -27,6 +28,15 @@ AssertionReporter& CurrentReporter() {
     return reporter;
 }
 
+thread_local bool t_reporting = false;
+
+struct ReportingScope {
+    ReportingScope() { t_reporting = true; }
+    ~ReportingScope() { t_reporting = false; }
+    ReportingScope(const ReportingScope&) = delete;
+    ReportingScope& operator=(const ReportingScope&) = delete;
+};
+
 } // namespace
 
 AssertionReporter SetAssertionReporter(AssertionReporter reporter) {
@@ -43,6 +53,21 @@ void FailAssertion(const char* text, const char* file, int line) {
     ReportAssertion(QStringLiteral("%1, %2:%3")
                         .arg(QString::fromUtf8(text), QString::fromUtf8(file), QString::number(line)));
     std::abort();
+}
+
+void ReportOutOfMemory(std::size_t size) {
+    if (!t_reporting) {
+        const ReportingScope scope;
+        ReportAssertion(QStringLiteral("out of memory allocating %1 bytes").arg(size, 0, 16));
+    }
+    throw std::bad_alloc();
+}
+
+void* Allocate(std::size_t size) {
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr)
+        ReportOutOfMemory(size);
+    return memory;
 }
 
 } // namespace support

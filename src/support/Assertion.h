@@ -1,9 +1,10 @@
-// The assertion report: what a programming error does before it stops the program, and the one place where
-// such texts go. The window program replaces the reporter to show them; by default they go to stderr.
+// The report of what stops a program: a programming error, or memory that runs out. The window program
+// replaces the reporter to show the texts; by default they go to stderr.
 #pragma once
 
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 
 namespace support {
@@ -26,5 +27,12 @@ inline void Assert(bool ok, const char* text, const char* file = __builtin_FILE(
     if (!ok)
         FailAssertion(text, file, line);
 }
+
+// Reports "out of memory allocating <size in hexadecimal> bytes" and throws std::bad_alloc. Works with little
+// memory left; running out of memory inside the report is not reported again.
+[[noreturn]] void ReportOutOfMemory(std::size_t size);
+
+// Memory from malloc (size 0 gives a pointer of its own), to be returned with std::free. Never null.
+void* Allocate(std::size_t size);
 
 } // namespace support

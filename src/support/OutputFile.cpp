@@ -1,10 +1,62 @@
 #include "support/OutputFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTemporaryFile>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace support {
+
+namespace {
+
+bool CopyContents(QFile& source, QFile& target) {
+    constexpr qint64 kPiece = 1 << 20;
+    for (;;) {
+        const QByteArray piece = source.read(kPiece);
+        if (piece.isEmpty())
+            return source.error() == QFileDevice::NoError;
+        if (!WriteAll(target, {piece.data(), static_cast<size_t>(piece.size())}))
+            return false;
+    }
+}
+
+// Leaves out QFile's "User" permissions: they say what the current user may do, which for root is everything.
+void CopyPermissions(const QFile& source, QFile& target) {
+    target.setPermissions(source.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser));
+}
+
+// Puts the contents on the disk. Called before the file gets its name, so that a crash of the system never
+// leaves the name with only a part of the contents.
+bool Sync(QFile& file) {
+#ifdef _WIN32
+    return file.flush();
+#else
+    return file.flush() && ::fdatasync(file.handle()) == 0;
+#endif
+}
+
+#ifndef _WIN32
+
+// Translates the result of a system call that should give a file its name: 0, or an error number in errno.
+Placing OutcomeOf(int result) {
+    if (result == 0)
+        return Placing::Done;
+    return errno == EEXIST ? Placing::NameExists : Placing::Unsupported;
+}
+
+#endif
+
+} // namespace
 
 bool WriteAll(QIODevice& device, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -30,6 +82,69 @@ bool OutputFile::Commit() {
         return saved->commit();
     m_pDevice->close();
     return m_pDevice->error() == QFileDevice::NoError;
+}
+
+#ifdef _WIN32
+
+Placing PlaceByLink(QTemporaryFile&, const QString&) {
+    return Placing::Unsupported;
+}
+
+Placing PlaceByRename(QTemporaryFile& file, const QString& to) {
+    file.close(); // an open file cannot be moved
+    const auto native = [](const QString& path) { return QDir::toNativeSeparators(path).toStdWString(); };
+    if (::MoveFileExW(native(file.fileName()).c_str(), native(to).c_str(), MOVEFILE_WRITE_THROUGH) != 0)
+        return Placing::Done;
+    return ::GetLastError() == ERROR_ALREADY_EXISTS ? Placing::NameExists : Placing::Unsupported;
+}
+
+#else
+
+// Links the open file: it has no other name to rename where the file system knows files without a name.
+Placing PlaceByLink(QTemporaryFile& file, const QString& to) {
+    const QByteArray open = "/proc/self/fd/" + QByteArray::number(file.handle());
+    return OutcomeOf(
+        ::linkat(AT_FDCWD, open.constData(), AT_FDCWD, QFile::encodeName(to).constData(), AT_SYMLINK_FOLLOW));
+}
+
+Placing PlaceByRename(QTemporaryFile& file, const QString& to) {
+    const QByteArray from = QFile::encodeName(file.fileName());
+    return OutcomeOf(::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, QFile::encodeName(to).constData(),
+                                 RENAME_NOREPLACE));
+}
+
+#endif
+
+Placing PlaceByCopy(QTemporaryFile& file, const QString& to) {
+    QFile target(to);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+        return QFileInfo::exists(to) ? Placing::NameExists : Placing::Unsupported;
+    CopyPermissions(file, target);
+    if ((file.isOpen() || file.open()) && file.seek(0) && CopyContents(file, target))
+        return Placing::Done;
+    target.remove();
+    return Placing::Unsupported;
+}
+
+bool CopyToNewFile(const QString& from, const QString& to) {
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || source.isSequential())
+        return false;
+    const QFileInfo target(to);
+    if (to.isEmpty() || target.exists() || target.isSymLink())
+        return false;
+    QTemporaryFile copy(target.absoluteDir().filePath(QStringLiteral("tracelyn-XXXXXX")));
+    if (!copy.open() || !CopyContents(source, copy))
+        return false;
+    CopyPermissions(source, copy);
+    if (!Sync(copy))
+        return false;
+    for (const auto place : {PlaceByLink, PlaceByRename, PlaceByCopy}) {
+        const Placing placing = place(copy, to);
+        if (placing != Placing::Unsupported)
+            return placing == Placing::Done;
+    }
+    return false;
 }
 
 } // namespace support

@@ -1,4 +1,4 @@
-// Writing files so that nothing is lost: an output appears whole or not at all.
+// Writing files so that nothing is lost: a file appears whole or not at all.
 #pragma once
 
 #include <QFileDevice>
@@ -8,23 +8,26 @@
 #include <string_view>
 
 class QIODevice;
+class QTemporaryFile;
 
 namespace support {
 
-// Tries again after a short write, so that the device knows the reason when this is false.
+// Writes all bytes, in several steps if the device takes fewer at once. On false the device's errorString()
+// gives the reason.
 bool WriteAll(QIODevice& device, std::string_view bytes);
 
-// A file that is written beside its place and put there by Commit; without Commit what stands there stays. A
-// killed program leaves nothing behind where the file system knows files without a name. Devices and pipes
-// are written directly. A link is followed, and permissions of a replaced file are kept.
+// An output that replaces what has its name. It is written to a file beside that one, which Commit puts in
+// its place; without Commit nothing changes. A killed program leaves nothing behind where the file system
+// knows files without a name. Devices and pipes are written directly. A link is followed, and a replaced file
+// passes its permissions on.
 class OutputFile {
 public:
     explicit OutputFile(const QString& path);
 
-    // False also when the file itself could be written but nothing new beside it: writing over it could lose
-    // both the old contents and the new.
+    // False when no file can be made beside the one to replace, even if that one could be written over: a
+    // failure would then lose both the old contents and the new.
     bool IsOpen() const { return m_pDevice->isOpen(); }
-    // Unbuffered. Seeks unless it is a device or a pipe.
+    // Unbuffered. Can seek unless it is a device or a pipe.
     QFileDevice& Device() { return *m_pDevice; }
     // Puts the file in its place; false when any write failed.
     bool Commit();
@@ -33,5 +36,18 @@ public:
 private:
     std::unique_ptr<QFileDevice> m_pDevice;
 };
+
+// Copies a file with its permissions to a name that nothing has yet. `to` appears when the copy is complete,
+// and never replaces anything. False, and nothing is left behind, when something has that name, even if
+// another process made it a moment ago, or when anything fails.
+bool CopyToNewFile(const QString& from, const QString& to);
+
+// The steps by which CopyToNewFile gives the finished file its name, in the order in which it tries them. The
+// file system decides which of them work.
+enum class Placing { Done, NameExists, Unsupported };
+Placing PlaceByLink(QTemporaryFile& file, const QString& to);
+Placing PlaceByRename(QTemporaryFile& file, const QString& to);
+// The last resort: the name is there while the file grows, so a process that is killed then leaves a part.
+Placing PlaceByCopy(QTemporaryFile& file, const QString& to);
 
 } // namespace support

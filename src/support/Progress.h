@@ -1,6 +1,7 @@
-// How far a long operation has come.
+// How far a long operation has come, and when it should say so.
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 namespace support {
@@ -9,11 +10,36 @@ namespace support {
 // nobody asks.
 using Progress = std::function<void(double)>;
 
-// Progress of a step that takes the operation from `from` to `to`. Borrows the whole's.
+// Progress of a step that takes the operation from `from` to `to`. Borrows `whole`, which must outlive the
+// result.
 inline Progress StepOf(const Progress& whole, double from, double to) {
     if (!whole)
         return {};
     return [&whole, from, to](double done) { whole(from + (to - from) * done); };
 }
+
+// Tells a long operation when to show its progress: first when it has run for some time, then not too often.
+// A short operation shows nothing. Made when the operation starts.
+class CPatience {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    static constexpr std::chrono::milliseconds kDefault{500};
+    static constexpr std::chrono::milliseconds kBetween{50};
+
+    explicit CPatience(std::chrono::milliseconds patience = kDefault) : m_Next(Clock::now() + patience) {}
+
+    // True when it is time to show the progress. The next time is kBetween later.
+    bool IsOver() {
+        const Clock::time_point now = Clock::now();
+        if (now < m_Next)
+            return false;
+        m_Next = now + kBetween;
+        return true;
+    }
+
+private:
+    Clock::time_point m_Next;
+};
 
 } // namespace support

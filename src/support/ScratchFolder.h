@@ -1,16 +1,45 @@
-// A temporary folder that belongs to one object of one running process and goes with it.
+// Temporary files that nobody else can prepare, read or meet: a private folder for each user, and in it a
+// folder for each object of a running process that needs one.
 #pragma once
-
-#include "support/FolderLock.h"
 
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace support {
 
-// Lies in the private temporary folder under a name of its own, so that programs that run at the same time
-// never meet in it. What a killed process leaves behind is removed by the next object or call of RemoveStale.
+// The folder for this user's temporary files. Absolute, ends with a separator, exists. On Windows the user's
+// own temporary folder; elsewhere "tracelyn-<uid>" below $TMPDIR or /tmp, made with mode 0700 when missing.
+// Nothing when it cannot be made or when what is there cannot be trusted: a symbolic link, no folder, another
+// owner, or rights for anyone else.
+std::optional<QString> PrivateTemporaryFolder();
+
+// Marks a folder as in use: an open and locked file in it. The system releases the lock when the process
+// ends, however it ends. (A process id would not do: it may be used again, and means nothing to another
+// container.)
+class FolderLock {
+public:
+    // Null when somebody else holds the lock or when the folder is gone or takes no file.
+    static std::unique_ptr<FolderLock> Take(const QString& folder);
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+    ~FolderLock();
+
+private:
+#ifdef _WIN32
+    using Handle = void*;
+#else
+    using Handle = int;
+#endif
+    explicit FolderLock(Handle file) : m_File(file) {}
+
+    Handle m_File;
+};
+
+// A folder in the private temporary folder that lives as long as this object. Its name is its own, so that
+// programs that run at the same time never meet in it. When a killed process leaves its folder behind, the
+// next ScratchFolder or call of RemoveStale removes it.
 class ScratchFolder {
 public:
     ScratchFolder();
@@ -21,7 +50,7 @@ public:
 
     // False when the private temporary folder cannot be trusted or nothing can be made in it.
     bool IsValid() const { return m_pLock != nullptr; }
-    // Absolute, ends with a separator. "lock" is a name that is taken.
+    // Absolute, ends with a separator. The name "lock" in it is taken.
     const QString& GetPath() const { return m_strPath; }
 
     // Removes the folders of this user's processes that ended without doing so.

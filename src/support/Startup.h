@@ -1,4 +1,5 @@
-// Process start: the floating-point self-test, then the program's main function under the name "<main>".
+// How a program starts: its command line as one narrow (UTF-8) text, the floating-point self-test, and the
+// main function under the name "<main>".
 #pragma once
 
 #include <functional>
@@ -7,6 +8,20 @@
 #include <vector>
 
 namespace support {
+
+inline constexpr int MaxArguments = 10;
+
+// Splits at blanks; a double quote toggles a quoted run, in which blanks do not split, and is dropped. A pair
+// of quotes with nothing between them is an empty argument. More than 10 arguments is a failed assertion.
+std::vector<std::string> SplitCommandLine(std::string_view commandLine);
+
+// The command line that SplitCommandLine turns back into argv[1], argv[2] ... Quotes inside an argument have
+// no way to be written and are dropped.
+std::string JoinArguments(int argc, const char* const* argv);
+
+// The command line of this process without the program's name: the system's own text on Windows (whose argv
+// is not UTF-8), argv joined elsewhere.
+std::string ProcessCommandLine(int argc, const char* const* argv);
 
 using MainFunction = std::function<int(const std::vector<std::string>& arguments)>;
 

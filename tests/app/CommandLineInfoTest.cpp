@@ -1,4 +1,4 @@
-#include "app/CommandLineInfo.h"
+#include "app/TracelynApp.h"
 
 #include <gtest/gtest.h>
 

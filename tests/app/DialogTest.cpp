@@ -1,6 +1,5 @@
-#include "app/AboutDlg.h"
-#include "app/FileErrorDlg.h"
-#include "app/Icons.h"
+#include "app/Commands.h"
+#include "app/Dialogs.h"
 
 #include <gtest/gtest.h>
 

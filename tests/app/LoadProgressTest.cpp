@@ -1,4 +1,4 @@
-#include "app/LoadProgress.h"
+#include "app/StatusBar.h"
 #include "WindowTesting.h"
 
 #include <QProgressBar>

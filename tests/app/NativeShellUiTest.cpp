@@ -1,4 +1,4 @@
-#include "app/NativeShellUi.h"
+#include "app/ShellUi.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 // Assertions, and what reports through them: lack of memory and a start that fails.
 #include "support/Assertion.h"
-#include "support/Allocation.h"
 #include "support/Startup.h"
 
 #include <QStringList>

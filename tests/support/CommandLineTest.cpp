@@ -1,4 +1,4 @@
-#include "support/CommandLine.h"
+#include "support/Startup.h"
 
 #include <gtest/gtest.h>
 

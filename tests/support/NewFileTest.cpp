@@ -1,5 +1,5 @@
-#include "support/NewFile.h"
 #include "TestFolder.h"
+#include "support/OutputFile.h"
 
 #include <QDir>
 #include <QFile>

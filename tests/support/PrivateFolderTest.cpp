@@ -1,4 +1,4 @@
-#include "support/PrivateFolder.h"
+#include "support/ScratchFolder.h"
 
 #include <QDir>
 #include <QFile>

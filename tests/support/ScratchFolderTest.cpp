@@ -1,7 +1,5 @@
 #include "support/ScratchFolder.h"
 
-#include "support/PrivateFolder.h"
-
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 // save_copy FROM TO: what the window does for "Save...", once a byte comes in or the input ends. Exit code 0
 // when it has saved.
-#include "support/NewFile.h"
+#include "support/OutputFile.h"
 
 #include <QFile>
 

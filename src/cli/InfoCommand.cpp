@@ -1,14 +1,14 @@
-#include "cli/InfoJson.h"
+#include "cli/Commands.h"
 
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
-#include "reader/AnalysisFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
+#include <cstdio>
 
 namespace Tracelyn {
 
@@ -70,8 +70,6 @@ QJsonObject GroupJson(const CGraphDataGroup& group, int samples) {
     };
 }
 
-} // namespace
-
 QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
     const int samples = data.GetMaxCount();
     QJsonArray groups;
@@ -87,6 +85,20 @@ QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
                                      {QStringLiteral("groups"), groups},
                                      {QStringLiteral("results"), results}})
         .toJson();
+}
+
+} // namespace
+
+ExitCode RunInfo(const Options& options) {
+    CGraphData data;
+    const auto analysis = LoadInput(options, data);
+    if (!analysis)
+        return ExitCode::Failed;
+    const QByteArray json = InfoJson(*analysis, data);
+    const auto size = static_cast<size_t>(json.size());
+    if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+        return FailToWrite(QStringLiteral("standard output"), qt_error_string());
+    return ReportResults(*analysis);
 }
 
 } // namespace Tracelyn

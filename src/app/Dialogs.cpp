@@ -1,9 +1,10 @@
-#include "app/AboutDlg.h"
+#include "app/Dialogs.h"
 
-#include "app/DialogUnits.h"
-#include "app/Icons.h"
+#include "app/Commands.h"
 
+#include <QFontMetrics>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -15,6 +16,13 @@
 namespace Tracelyn {
 
 namespace {
+
+// The size in pixels of a size in dialog units, which grow with the widget's font: a unit is a quarter of its
+// average character's width and an eighth of its height.
+QSize DialogUnits(const QWidget& widget, int width, int height) {
+    const QFontMetrics metrics(widget.font());
+    return {width * metrics.averageCharWidth() / 4, height * metrics.height() / 8};
+}
 
 // Rows of columns as a table, since a label's own tab stops do not line up in a proportional font. The last
 // column of a shorter row reaches to the right edge.
@@ -50,6 +58,10 @@ QLabel* MakeLabel(const QString& objectName, const QString& text, Qt::TextFormat
     return label;
 }
 
+QString VersionText(int version) {
+    return QString::asprintf("%.3d", version);
+}
+
 } // namespace
 
 CAboutDlg::CAboutDlg(QWidget* owner) : QDialog(owner) {
@@ -60,11 +72,11 @@ CAboutDlg::CAboutDlg(QWidget* owner) : QDialog(owner) {
     icon->setObjectName(QStringLiteral("applicationIcon"));
     icon->setPixmap(LoadIcon(QStringLiteral("app")).pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
 
-    m_pVersionText = MakeLabel(QStringLiteral("versionText"), GetVersionText());
+    auto* version = MakeLabel(QStringLiteral("versionText"), GetVersionText());
     auto* purpose = MakeLabel(QStringLiteral("purpose"), tr("Viewer for press-brake movements"));
     auto* caption = MakeLabel(QStringLiteral("keyboardCaption"), tr("Keyboard controls:"));
     const int columnGap = DialogUnits(*this, 12, 0).width();
-    m_pKeyboardHelp =
+    auto* help =
         MakeLabel(QStringLiteral("keyboardHelp"), TableFromTabs(GetKeyboardHelp(), columnGap), Qt::RichText);
 
     auto* ok = new QPushButton(tr("OK"));
@@ -74,7 +86,7 @@ CAboutDlg::CAboutDlg(QWidget* owner) : QDialog(owner) {
 
     auto* head = new QGridLayout;
     head->addWidget(icon, 0, 0, 2, 1);
-    head->addWidget(m_pVersionText, 0, 1);
+    head->addWidget(version, 0, 1);
     head->addWidget(purpose, 1, 1);
     head->setColumnStretch(1, 1);
     head->setHorizontalSpacing(columnGap);
@@ -84,7 +96,7 @@ CAboutDlg::CAboutDlg(QWidget* owner) : QDialog(owner) {
     layout->addLayout(head);
     layout->addSpacing(DialogUnits(*this, 0, 6).height());
     layout->addWidget(caption);
-    layout->addWidget(m_pKeyboardHelp, 1, Qt::AlignTop);
+    layout->addWidget(help, 1, Qt::AlignTop);
     setFixedSize(DialogUnits(*this, 318, 151).expandedTo(layout->sizeHint()));
 }
 
@@ -100,6 +112,48 @@ QString CAboutDlg::GetKeyboardHelp() {
            tr("Home\t\t= zoom all\t\tTab/PgUp\t\t= move console\n") + tr("F1\t\t= show this window\n") +
            tr("F2/F3\t\t= previous/next file\n") + tr("Space\t\t= expand/collapse selected group\n") +
            tr("1..4\t\t= expand/collapse group\n") + tr("Enter\t\t= toggle fixed cursor\n");
+}
+
+CFileErrorDlg::CFileErrorDlg(QWidget* parent, int fileVersion, int programVersion)
+    : QDialog(parent),
+      m_strMessage(
+          tr("The version of Tracelyn (%1) with which you created this file is incompatible with this "
+             "version "
+             "(%2).\n\nDo you want to ignore this message and try to view the file anyway, or do you want to "
+             "abort reading the file?\n\nClicking 'Ignore all' will try to load this file and any other file "
+             "that might result in this message until you restart the application.")
+              .arg(VersionText(fileVersion), VersionText(programVersion))) {
+    setWindowTitle(tr("Error while reading file!"));
+
+    auto* message = new QLabel(m_strMessage);
+    message->setObjectName(QStringLiteral("message"));
+    message->setTextFormat(Qt::PlainText);
+    message->setWordWrap(true);
+    message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+
+    const auto makeButton = [this](const QString& objectName, const QString& text, Result result) {
+        auto* button = new QPushButton(text);
+        button->setObjectName(objectName);
+        connect(button, &QPushButton::clicked, this, [this, result] { done(result); });
+        return button;
+    };
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(makeButton(QStringLiteral("abortButton"), tr("&Abort"), Abort));
+    buttons->addStretch();
+    buttons->addWidget(makeButton(QStringLiteral("ignoreButton"), tr("&Ignore"), Ignore));
+    buttons->addStretch();
+    buttons->addWidget(makeButton(QStringLiteral("ignoreAllButton"), tr("Ignore &all"), IgnoreAll));
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(message, 1);
+    layout->addLayout(buttons);
+    const QSize wanted = DialogUnits(*this, 263, 119).expandedTo(layout->minimumSize());
+    setFixedSize(wanted.width(), std::max(wanted.height(), layout->heightForWidth(wanted.width())));
+}
+
+int CFileErrorDlg::DoModal() {
+    const int result = exec();
+    return result == Rejected ? Abort : result;
 }
 
 } // namespace Tracelyn

@@ -1,9 +1,9 @@
-#include "app/NativeShellUi.h"
+#include "app/ShellUi.h"
 
-#include "app/WaitCursor.h"
-#include "support/Beep.h"
+#include "support/UserDevices.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileIconProvider>
@@ -54,18 +54,9 @@ QString WithExtension(const QString& path, const QString& extension) {
     return isComplete ? path : path + QLatin1Char('.') + extension;
 }
 
-} // namespace
-
-void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
-    Show(icon, caption, text, false);
-}
-
-bool CNativeShellUi::ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) {
-    return Show(icon, caption, text, true);
-}
-
-bool CNativeShellUi::Show(MessageIcon icon, const QString& caption, const QString& text, bool offersSkip) {
-    const CArrowCursor arrow;
+// True when the box offers to skip the rest and the user does.
+bool Show(MessageIcon icon, const QString& caption, const QString& text, bool offersSkip) {
+    const CScopedCursor arrow(Qt::ArrowCursor);
     QMessageBox box(icon == MessageIcon::Stop ? QMessageBox::Critical : QMessageBox::Information, caption,
                     text, QMessageBox::Ok, OwnerWindow());
     // File names and parser messages may hold anything.
@@ -80,16 +71,8 @@ bool CNativeShellUi::Show(MessageIcon icon, const QString& caption, const QStrin
     return offersSkip && box.clickedButton() == skip;
 }
 
-std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {
-    return Ask(QFileDialog::AcceptOpen, request);
-}
-
-std::optional<QString> CNativeShellUi::AskSaveFile(const FileRequest& request) {
-    return Ask(QFileDialog::AcceptSave, request);
-}
-
-std::optional<QString> CNativeShellUi::Ask(QFileDialog::AcceptMode mode, const FileRequest& request) {
-    const CArrowCursor arrow;
+std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& request) {
+    const CScopedCursor arrow(Qt::ArrowCursor);
     // The dialog borrows the provider, also while it goes away.
     NameIconProvider icons;
     QFileDialog dialog(OwnerWindow());
@@ -118,9 +101,35 @@ std::optional<QString> CNativeShellUi::Ask(QFileDialog::AcceptMode mode, const F
                                               : path);
 }
 
+} // namespace
+
+void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
+    Show(icon, caption, text, false);
+}
+
+bool CNativeShellUi::ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) {
+    return Show(icon, caption, text, true);
+}
+
+std::optional<QString> CNativeShellUi::AskOpenFile(const FileRequest& request) {
+    return Ask(QFileDialog::AcceptOpen, request);
+}
+
+std::optional<QString> CNativeShellUi::AskSaveFile(const FileRequest& request) {
+    return Ask(QFileDialog::AcceptSave, request);
+}
+
 void CNativeShellUi::Beep(int hertz, int milliseconds) {
     if (!support::Beep(hertz, milliseconds))
         QApplication::beep();
+}
+
+CScopedCursor::CScopedCursor(Qt::CursorShape shape) {
+    QApplication::setOverrideCursor(QCursor(shape));
+}
+
+CScopedCursor::~CScopedCursor() {
+    QApplication::restoreOverrideCursor();
 }
 
 } // namespace Tracelyn

@@ -1,10 +1,24 @@
-// The question about a file that an incompatible version of the program wrote: abort, ignore, or ignore all.
+// The program's own dialogs: the About box, and the question about a file of an incompatible version.
 #pragma once
 
 #include <QDialog>
 
 namespace Tracelyn {
 
+// The program's version and its help on the keyboard. Enter, Escape and the close box close it.
+class CAboutDlg : public QDialog {
+    Q_OBJECT
+
+public:
+    // Shown in the middle of its owner.
+    explicit CAboutDlg(QWidget* owner = nullptr);
+
+    static QString GetVersionText();
+    // Ten lines; runs of tabs separate columns.
+    static QString GetKeyboardHelp();
+};
+
+// Asks about a file that an incompatible version of the program wrote: abort, ignore, or ignore all.
 class CFileErrorDlg : public QDialog {
     Q_OBJECT
 

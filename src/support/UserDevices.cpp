@@ -1,21 +1,35 @@
-#include "support/LockKeys.h"
+#include "support/UserDevices.h"
 
 #ifdef _WIN32
+#include <io.h>
 #include <windows.h>
 #else
 #include <QLibrary>
+#include <unistd.h>
 #endif
 
 namespace support {
 
 #ifdef _WIN32
 
+bool Beep(int hertz, int milliseconds) {
+    return ::Beep(static_cast<DWORD>(hertz), static_cast<DWORD>(milliseconds)) != 0;
+}
+
 LockKeys ReadLockKeys(void* /*x11Display*/) {
     const auto on = [](int key) { return (::GetKeyState(key) & 1) != 0; };
     return {.caps = on(VK_CAPITAL), .num = on(VK_NUMLOCK)};
 }
 
+bool IsTerminal(std::FILE* stream) {
+    return ::_isatty(::_fileno(stream)) != 0;
+}
+
 #else
+
+bool Beep(int /*hertz*/, int /*milliseconds*/) {
+    return false;
+}
 
 LockKeys ReadLockKeys(void* x11Display) {
     if (x11Display == nullptr)
@@ -24,13 +38,17 @@ LockKeys ReadLockKeys(void* x11Display) {
     using GetIndicatorState = int (*)(void* display, unsigned device, unsigned* state);
     static const auto getIndicatorState = reinterpret_cast<GetIndicatorState>(
         QLibrary(QStringLiteral("X11"), 6).resolve("XkbGetIndicatorState"));
-    constexpr unsigned CoreKeyboard = 0x100;
-    constexpr unsigned CapsBit = 1;
-    constexpr unsigned NumBit = 2;
+    constexpr unsigned kCoreKeyboard = 0x100;
+    constexpr unsigned kCapsBit = 1;
+    constexpr unsigned kNumBit = 2;
     unsigned state = 0;
-    if (getIndicatorState == nullptr || getIndicatorState(x11Display, CoreKeyboard, &state) != 0)
+    if (getIndicatorState == nullptr || getIndicatorState(x11Display, kCoreKeyboard, &state) != 0)
         return {};
-    return {.caps = (state & CapsBit) != 0, .num = (state & NumBit) != 0};
+    return {.caps = (state & kCapsBit) != 0, .num = (state & kNumBit) != 0};
+}
+
+bool IsTerminal(std::FILE* stream) {
+    return ::isatty(::fileno(stream)) != 0;
 }
 
 #endif

@@ -1,15 +1,19 @@
-#include "app/StatusPanes.h"
+#include "app/StatusBar.h"
 
-#include "support/LockKeys.h"
+#include "support/UserDevices.h"
 
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QProgressBar>
 #include <QStatusBar>
 
 namespace Tracelyn {
 
 namespace {
+
+constexpr int kWidth = 200;
+constexpr int kMargin = 3;
 
 void* X11Display() {
 #if QT_CONFIG(xcb)
@@ -61,6 +65,28 @@ void CStatusPanes::UpdateLockKeys() {
     const support::LockKeys keys = support::ReadLockKeys(X11Display());
     m_pCaps->setText(keys.caps ? tr("CAPS") : QString());
     m_pNum->setText(keys.num ? tr("NUM") : QString());
+}
+
+void CLoadProgress::Show(double done) {
+    if (!m_Bar.isVisible() || !m_Patience.IsOver())
+        return;
+    if (m_pProgress == nullptr) {
+        // Over the panes: the bar's layout would come into effect with later events only.
+        m_pProgress = new QProgressBar(&m_Bar);
+        m_pProgress->setObjectName(QStringLiteral("loadProgress"));
+        m_pProgress->setRange(0, 1000);
+        m_pProgress->setTextVisible(false);
+        m_pProgress->setAutoFillBackground(true);
+        const QRect area = m_Bar.rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+        m_pProgress->setGeometry(area.intersected(QRect(area.topLeft(), QSize(kWidth, area.height()))));
+        m_pProgress->show();
+    }
+    m_pProgress->setValue(static_cast<int>(done * 1000));
+    m_pProgress->repaint();
+}
+
+CLoadProgress::~CLoadProgress() {
+    delete m_pProgress;
 }
 
 } // namespace Tracelyn

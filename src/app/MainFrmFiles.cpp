@@ -1,10 +1,9 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
-#include "app/LoadProgress.h"
 #include "app/MainFrm.h"
-#include "app/WaitCursor.h"
+#include "app/StatusBar.h"
 #include "reader/AnalysisFile.h"
 #include "render/FileJustOpened.h"
-#include "support/NewFile.h"
+#include "support/OutputFile.h"
 
 #include <QFileInfo>
 #include <QStatusBar>
@@ -60,7 +59,7 @@ void CMainFrame::OnStep(bool toNext) {
 void CMainFrame::LoadFile() {
     m_pView->ClearData();
     {
-        const CWaitCursor wait;
+        const CScopedCursor wait(Qt::WaitCursor);
         try {
             LoadCurrentFile();
         } catch (...) {
@@ -133,7 +132,7 @@ void CMainFrame::OnFileSave() {
 
 void CMainFrame::SaveTo(const QString& path) {
     if (QFileInfo(path).suffix() == QLatin1String("csv")) {
-        const CWaitCursor wait;
+        const CScopedCursor wait(Qt::WaitCursor);
         m_pView->ExportCsv(path);
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
     } else if (support::CopyToNewFile(m_FileSet.GetFullPath(), path)) {
@@ -152,7 +151,7 @@ void CMainFrame::OnSaveCsv() {
     if (!path)
         return;
     try {
-        const CWaitCursor wait;
+        const CScopedCursor wait(Qt::WaitCursor);
         m_pView->ExportCsv(*path);
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(*path));
     } catch (...) {

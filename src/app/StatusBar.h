@@ -1,0 +1,56 @@
+// What the program shows in the status bar: its panes, and the bar that tells how far a load has come.
+#pragma once
+
+#include "support/Progress.h"
+
+#include <QObject>
+
+class QLabel;
+class QProgressBar;
+class QStatusBar;
+
+namespace Tracelyn {
+
+// The panes: message, file label and the keyboard's lock keys.
+class CStatusPanes : public QObject {
+    Q_OBJECT
+
+public:
+    // Adds the panes to the bar, which owns them and this object.
+    explicit CStatusPanes(QStatusBar& bar);
+
+    void SetFileLabel(const QString& text);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void UpdateLockKeys();
+
+    QLabel* m_pFileLabel;
+    QLabel* m_pCaps;
+    QLabel* m_pNum;
+};
+
+// The bar that tells how far a load has come. Lives for one load: the bar appears when the load takes long
+// and goes with this object. It is painted at once, without waiting for events, and no input is handled
+// meanwhile.
+class CLoadProgress {
+public:
+    // Borrows the status bar.
+    explicit CLoadProgress(QStatusBar& bar, std::chrono::milliseconds patience = support::CPatience::kDefault)
+        : m_Bar(bar), m_Patience(patience) {}
+    CLoadProgress(const CLoadProgress&) = delete;
+    CLoadProgress& operator=(const CLoadProgress&) = delete;
+    ~CLoadProgress();
+
+    // The part that is done, 0 to 1.
+    void Show(double done);
+
+private:
+    QStatusBar& m_Bar;
+    support::CPatience m_Patience;
+    QProgressBar* m_pProgress = nullptr; // belongs to the status bar
+};
+
+} // namespace Tracelyn
