@@ -12,9 +12,8 @@ namespace Tracelyn {
 
 namespace {
 
-// In the toolkit's form.
-QString AllFiles() {
-    return CMainFrame::tr("All Files (*)");
+FileFilter AllFiles() {
+    return {CMainFrame::tr("All Files"), {QStringLiteral("*")}};
 }
 
 } // namespace
@@ -28,12 +27,12 @@ void CMainFrame::OpenFromCommandLine(const QString& path) {
 }
 
 void CMainFrame::OnFileOpen() {
-    const auto path =
-        m_Ui.AskOpenFile({.title = {},
-                          .filter = tr("Analysis Files (*.paf *.xml)") + QStringLiteral(";;") + AllFiles(),
-                          .defaultExtension = {},
-                          .fileName = {},
-                          .directory = m_strLastPath});
+    const FileFilter analyses{tr("Analysis Files"), {QStringLiteral("*.paf"), QStringLiteral("*.xml")}};
+    const auto path = m_Ui.AskOpenFile({.title = {},
+                                        .filters = {analyses, AllFiles()},
+                                        .defaultExtension = {},
+                                        .fileName = {},
+                                        .directory = m_strLastPath});
     if (!path)
         return;
     m_strLastPath = *path;
@@ -115,9 +114,10 @@ void CMainFrame::UpdateTitle() {
 }
 
 void CMainFrame::OnFileSave() {
-    const QStringList filters{tr("paf Files (*.paf)"), tr("csv Files (*.csv)"), AllFiles()};
+    const FileFilter containers{tr("paf Files"), {QStringLiteral("*.paf")}};
+    const FileFilter tables{tr("csv Files"), {QStringLiteral("*.csv")}};
     const auto path = m_Ui.AskSaveFile({.title = tr("Save..."),
-                                        .filter = filters.join(QStringLiteral(";;")),
+                                        .filters = {containers, tables, AllFiles()},
                                         .defaultExtension = QStringLiteral("paf"),
                                         .fileName = DefaultName(),
                                         .directory = QStringLiteral("/")});
@@ -143,8 +143,9 @@ void CMainFrame::SaveTo(const QString& path) {
 }
 
 void CMainFrame::OnSaveCsv() {
+    const FileFilter tables{tr("CSV Files"), {QStringLiteral("*.csv")}};
     const auto path = m_Ui.AskSaveFile({.title = {},
-                                        .filter = tr("CSV Files (*.csv)") + QStringLiteral(";;") + AllFiles(),
+                                        .filters = {tables, AllFiles()},
                                         .defaultExtension = QStringLiteral("csv"),
                                         .fileName = DefaultName(),
                                         .directory = m_strLastPath});

@@ -11,7 +11,9 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRegularExpression>
+
+#include <algorithm>
+#include <iterator>
 
 namespace Tracelyn {
 
@@ -40,10 +42,21 @@ public:
     }
 };
 
-// The extension that a name filter like "csv Files (*.csv)" stands for; empty when it names none or several.
-QString ExtensionOf(const QString& filter) {
-    static const QRegularExpression single(QStringLiteral("\\(\\*\\.(\\w+)\\)$"));
-    return single.match(filter).captured(1);
+// In the form that the toolkit expects: "csv Files (*.csv)".
+QString NameFilterOf(const FileFilter& filter) {
+    return QStringLiteral("%1 (%2)").arg(filter.label, filter.patterns.join(u' '));
+}
+
+// The extension that every file of the filter has; empty when it allows several or any.
+QString ExtensionOf(const FileFilter& filter) {
+    const bool isSingle = filter.patterns.size() == 1 && filter.patterns.first().startsWith(u"*.");
+    return isSingle ? filter.patterns.first().mid(2) : QString();
+}
+
+// The extension of the filter that the dialog shows as `nameFilter`.
+QString ExtensionOf(const QString& nameFilter, const QList<FileFilter>& filters) {
+    const auto shown = std::ranges::find(filters, nameFilter, NameFilterOf);
+    return shown == filters.end() ? QString() : ExtensionOf(*shown);
 }
 
 // The toolkit takes whatever follows a dot for an extension, so that "run.v2-05" would stay without one.
@@ -82,10 +95,12 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     if (!request.title.isEmpty())
         dialog.setWindowTitle(request.title);
-    dialog.setNameFilters(request.filter.split(QStringLiteral(";;")));
+    QStringList nameFilters;
+    std::ranges::transform(request.filters, std::back_inserter(nameFilters), NameFilterOf);
+    dialog.setNameFilters(nameFilters);
     dialog.setDefaultSuffix(request.defaultExtension);
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
-        const QString extension = ExtensionOf(filter);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& nameFilter) {
+        const QString extension = ExtensionOf(nameFilter, request.filters);
         dialog.setDefaultSuffix(extension.isEmpty() ? request.defaultExtension : extension);
     });
     // The directory may be given as a file inside it.
@@ -96,9 +111,8 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QString path = dialog.selectedFiles().constFirst();
-    const bool completes = mode == QFileDialog::AcceptSave;
-    return QDir::toNativeSeparators(completes ? WithExtension(path, ExtensionOf(dialog.selectedNameFilter()))
-                                              : path);
+    const QString extension = ExtensionOf(dialog.selectedNameFilter(), request.filters);
+    return QDir::toNativeSeparators(mode == QFileDialog::AcceptSave ? WithExtension(path, extension) : path);
 }
 
 } // namespace

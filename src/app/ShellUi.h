@@ -2,7 +2,9 @@
 // of the mouse pointer.
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <Qt>
 
 #include <optional>
@@ -11,12 +13,22 @@ namespace Tracelyn {
 
 enum class MessageIcon { Stop, Information };
 
+// A type of files that a dialog offers.
+struct FileFilter {
+    // What the user reads, without the patterns, which the dialog adds.
+    QString label;
+    // "*.paf", or "*" for every file.
+    QStringList patterns;
+
+    bool operator==(const FileFilter&) const = default;
+};
+
 struct FileRequest {
     // Empty for the platform's own title.
     QString title;
-    // Name filters in the toolkit's form, separated by ";;".
-    QString filter;
-    // Appended to a name without extension; empty for none.
+    // The first one is chosen when the dialog opens.
+    QList<FileFilter> filters;
+    // Appended to a name without extension while the chosen filter names no single one; empty for none.
     QString defaultExtension;
     QString fileName;
     QString directory;

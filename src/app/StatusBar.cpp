@@ -67,12 +67,15 @@ void CStatusPanes::UpdateLockKeys() {
     m_pNum->setText(keys.num ? tr("NUM") : QString());
 }
 
+CLoadProgress::CLoadProgress(QStatusBar& bar, std::chrono::milliseconds patience)
+    : m_Bar(bar), m_Patience(patience) {}
+
 void CLoadProgress::Show(double done) {
     if (!m_Bar.isVisible() || !m_Patience.IsOver())
         return;
-    if (m_pProgress == nullptr) {
+    if (!m_pProgress) {
         // Over the panes: the bar's layout would come into effect with later events only.
-        m_pProgress = new QProgressBar(&m_Bar);
+        m_pProgress = std::make_unique<QProgressBar>(&m_Bar);
         m_pProgress->setObjectName(QStringLiteral("loadProgress"));
         m_pProgress->setRange(0, 1000);
         m_pProgress->setTextVisible(false);
@@ -85,8 +88,6 @@ void CLoadProgress::Show(double done) {
     m_pProgress->repaint();
 }
 
-CLoadProgress::~CLoadProgress() {
-    delete m_pProgress;
-}
+CLoadProgress::~CLoadProgress() = default;
 
 } // namespace Tracelyn

@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 class QLabel;
 class QProgressBar;
 class QStatusBar;
@@ -38,8 +40,8 @@ private:
 class CLoadProgress {
 public:
     // Borrows the status bar.
-    explicit CLoadProgress(QStatusBar& bar, std::chrono::milliseconds patience = support::CPatience::kDefault)
-        : m_Bar(bar), m_Patience(patience) {}
+    explicit CLoadProgress(QStatusBar& bar,
+                           std::chrono::milliseconds patience = support::CPatience::kDefault);
     CLoadProgress(const CLoadProgress&) = delete;
     CLoadProgress& operator=(const CLoadProgress&) = delete;
     ~CLoadProgress();
@@ -50,7 +52,8 @@ public:
 private:
     QStatusBar& m_Bar;
     support::CPatience m_Patience;
-    QProgressBar* m_pProgress = nullptr; // belongs to the status bar
+    // Empty until the bar appears. A child of the status bar, which outlives this object.
+    std::unique_ptr<QProgressBar> m_pProgress;
 };
 
 } // namespace Tracelyn

@@ -27,9 +27,6 @@ int MainFunction(int& argc, char** argv) {
 } // namespace Tracelyn
 
 int main(int argc, char** argv) {
-    // The splitting only counts the arguments; their text comes from the toolkit, which knows every system's
-    // encoding.
-    return support::RunMain(support::ProcessCommandLine(argc, argv), [&](const std::vector<std::string>&) {
-        return Tracelyn::MainFunction(argc, argv);
-    });
+    return support::RunMain(support::ProcessCommandLine(argc, argv),
+                            [&] { return Tracelyn::MainFunction(argc, argv); });
 }

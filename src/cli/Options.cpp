@@ -8,51 +8,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
+#include <span>
+#include <utility>
 
 namespace Tracelyn {
 
 namespace {
-
-struct CommandEntry {
-    const char* name;
-    Command command;
-    qsizetype files;
-    bool takesCodes;
-};
-
-constexpr std::array kCommands{
-    CommandEntry{"info", Command::Info, 1, true},      CommandEntry{"csv", Command::Csv, 2, true},
-    CommandEntry{"render", Command::Render, 2, true},  CommandEntry{"pack", Command::Pack, 2, false},
-    CommandEntry{"expand", Command::Expand, 2, false},
-};
-
-void AddOptions(QCommandLineParser& parser, const CommandEntry& command) {
-    const auto add = [&](const char* name) {
-        parser.addOption({QString::fromLatin1(name), QString(), QStringLiteral("value")});
-    };
-    if (command.takesCodes)
-        add("code");
-    if (command.command == Command::Render) {
-        for (const char* name : {"size", "scheme", "cursor", "fixed", "zoom", "scroll", "console", "toggle"})
-            add(name);
-    }
-}
-
-// Reads one option with `convert`, which returns nothing for a value that makes no sense. False on such a
-// value.
-template <class T, class Convert>
-bool ReadOption(const QCommandLineParser& parser, const char* name, T& target, QString& error,
-                Convert convert) {
-    const QString key = QString::fromLatin1(name);
-    if (!parser.isSet(key))
-        return true;
-    const auto value = convert(parser.value(key));
-    if (value)
-        target = *value;
-    else
-        error = QStringLiteral("--%1: '%2' is not allowed").arg(key, parser.value(key));
-    return value.has_value();
-}
 
 std::optional<int> ToInt(const QString& text) {
     bool ok = false;
@@ -79,38 +41,115 @@ std::optional<QSize> ToSize(const QString& text) {
 }
 
 // True for the first word, false for the second.
-auto OneOf(const char* first, const char* second) {
-    return [=](const QString& text) -> std::optional<bool> {
-        if (text == QLatin1String(first))
-            return true;
-        return text == QLatin1String(second) ? std::optional(false) : std::nullopt;
-    };
+std::optional<bool> FirstOf(const QString& text, const char* first, const char* second) {
+    if (text == QLatin1String(first))
+        return true;
+    return text == QLatin1String(second) ? std::optional(false) : std::nullopt;
 }
 
-bool ReadRenderOptions(const QCommandLineParser& parser, Options& options, QString& error) {
-    options.toggledGroups = parser.values(QStringLiteral("toggle"));
-    return ReadOption(parser, "size", options.size, error, ToSize) &&
-           ReadOption(parser, "scheme", options.dark, error, OneOf("dark", "light")) &&
-           ReadOption(parser, "cursor", options.cursor, error, ToInt) &&
-           ReadOption(parser, "fixed", options.fixedCursor, error, ToInt) &&
-           ReadOption(parser, "zoom", options.zoom, error, ToFloat) &&
-           ReadOption(parser, "scroll", options.scroll, error, ToInt) &&
-           ReadOption(parser, "console", options.consoleOnLeft, error, OneOf("left", "right"));
+// Stores a converted value. False when the conversion has none, since the text makes no sense.
+template <class T, class Value>
+bool Store(T& target, const std::optional<Value>& value) {
+    if (value)
+        target = *value;
+    return value.has_value();
+}
+
+struct OptionEntry {
+    const char* name;
+    const char* value; // as the usage names it
+    bool isRepeatable;
+    // Takes one given value. False when it is not allowed.
+    bool (*read)(const QString& text, Options& options);
+};
+
+constexpr std::array kCode{
+    OptionEntry{"code", "C", true,
+                [](const QString& text, Options& options) {
+                    options.accessLevel = std::max(options.accessLevel, LevelGrantedBy(text));
+                    return true;
+                }},
+};
+
+constexpr std::array kRenderOptions{
+    kCode[0],
+    OptionEntry{"size", "WxH", false,
+                [](const QString& text, Options& options) { return Store(options.size, ToSize(text)); }},
+    OptionEntry{"scheme", "dark|light", false,
+                [](const QString& text, Options& options) {
+                    return Store(options.dark, FirstOf(text, "dark", "light"));
+                }},
+    OptionEntry{"cursor", "N", false,
+                [](const QString& text, Options& options) { return Store(options.cursor, ToInt(text)); }},
+    OptionEntry{
+        "fixed", "N", false,
+        [](const QString& text, Options& options) { return Store(options.fixedCursor, ToInt(text)); }},
+    OptionEntry{"zoom", "F", false,
+                [](const QString& text, Options& options) { return Store(options.zoom, ToFloat(text)); }},
+    OptionEntry{"scroll", "N", false,
+                [](const QString& text, Options& options) { return Store(options.scroll, ToInt(text)); }},
+    OptionEntry{"console", "left|right", false,
+                [](const QString& text, Options& options) {
+                    return Store(options.consoleOnLeft, FirstOf(text, "left", "right"));
+                }},
+    OptionEntry{"toggle", "GROUP", true,
+                [](const QString& text, Options& options) {
+                    options.toggledGroups.append(text);
+                    return true;
+                }},
+};
+
+struct CommandEntry {
+    const char* name;
+    Command command;
+    std::span<const OptionEntry> options;
+    std::span<const char* const> files; // as the usage names them
+};
+
+constexpr std::array kInfoFiles{"FILE"};
+constexpr std::array kCsvFiles{"FILE", "OUT.csv"};
+constexpr std::array kRenderFiles{"FILE", "OUT.png"};
+constexpr std::array kPackFiles{"IN.xml", "OUT.paf"};
+constexpr std::array kExpandFiles{"IN.paf", "OUT.xml"};
+
+// All that the parser and the usage know of the commands.
+constexpr std::array kCommands{
+    CommandEntry{"info", Command::Info, kCode, kInfoFiles},
+    CommandEntry{"csv", Command::Csv, kCode, kCsvFiles},
+    CommandEntry{"render", Command::Render, kRenderOptions, kRenderFiles},
+    CommandEntry{"pack", Command::Pack, {}, kPackFiles},
+    CommandEntry{"expand", Command::Expand, {}, kExpandFiles},
+};
+
+bool ReadOption(const QCommandLineParser& parser, const OptionEntry& option, Options& options,
+                QString& error) {
+    const QString name = QString::fromLatin1(option.name);
+    QStringList given = parser.values(name);
+    if (!option.isRepeatable && given.size() > 1)
+        given = {given.last()};
+    for (const QString& text : std::as_const(given)) {
+        if (!option.read(text, options)) {
+            error = QStringLiteral("--%1: '%2' is not allowed").arg(name, text);
+            return false;
+        }
+    }
+    return true;
 }
 
 std::optional<Options> ParseCommand(const CommandEntry& command, const QStringList& arguments,
                                     QString& error) {
     QCommandLineParser parser;
-    AddOptions(parser, command);
+    for (const OptionEntry& option : command.options)
+        parser.addOption({QString::fromLatin1(option.name), QString(), QStringLiteral("value")});
     if (!parser.parse(arguments)) {
         error = parser.errorText();
         return std::nullopt;
     }
     const QStringList files = parser.positionalArguments();
-    if (files.size() != command.files) {
+    if (static_cast<size_t>(files.size()) != command.files.size()) {
         error = QStringLiteral("%1 takes %2 file(s), not %3")
                     .arg(QLatin1String(command.name))
-                    .arg(command.files)
+                    .arg(command.files.size())
                     .arg(files.size());
         return std::nullopt;
     }
@@ -119,32 +158,52 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
     options.input = files.first();
     if (files.size() > 1)
         options.output = files.last();
-    if (command.takesCodes) {
-        for (const QString& code : parser.values(QStringLiteral("code")))
-            options.accessLevel = std::max(options.accessLevel, LevelGrantedBy(code));
+    for (const OptionEntry& option : command.options) {
+        if (!ReadOption(parser, option, options, error))
+            return std::nullopt;
     }
-    if (command.command == Command::Render && !ReadRenderOptions(parser, options, error))
-        return std::nullopt;
     return options;
+}
+
+// The usage of one command, in lines of limited length.
+QString UsageOf(const CommandEntry& command) {
+    QStringList parts;
+    for (const OptionEntry& option : command.options) {
+        parts.append(QStringLiteral("[--%1 %2]%3")
+                         .arg(QLatin1String(option.name), QLatin1String(option.value),
+                              QLatin1String(option.isRepeatable ? "..." : "")));
+    }
+    QStringList files;
+    for (const char* file : command.files)
+        files.append(QLatin1String(file));
+    parts.append(files.join(u' '));
+
+    constexpr qsizetype kLineLength = 85;
+    const QString begin = QStringLiteral("  tracelyn-cli %1").arg(QLatin1String(command.name), -6);
+    QString text;
+    QString line = begin;
+    for (const QString& part : std::as_const(parts)) {
+        if (line.size() + 1 + part.size() > kLineLength) {
+            text += line + u'\n';
+            line = QString(begin.size(), u' ');
+        }
+        line += u' ' + part;
+    }
+    return text + line + u'\n';
 }
 
 } // namespace
 
 QString UsageText() {
-    return QStringLiteral(
-        "usage:\n"
-        "  tracelyn-cli info   [--code C]... FILE\n"
-        "  tracelyn-cli csv    [--code C]... FILE OUT.csv\n"
-        "  tracelyn-cli render [--code C]... [--size WxH] [--scheme dark|light] [--cursor N]\n"
-        "                      [--fixed N] [--zoom F] [--scroll N] [--console left|right]\n"
-        "                      [--toggle GROUP]... FILE OUT.png\n"
-        "  tracelyn-cli pack   IN.xml OUT.paf\n"
-        "  tracelyn-cli expand IN.paf OUT.xml\n"
-        "  tracelyn-cli --help | --version\n"
-        "\n"
-        "FILE is an analysis file, .xml or .paf.\n"
-        "exit code: 0 no problems, 1 nothing read or written, 2 wrong usage,\n"
-        "           3 read with problems (each on the error output), the output is written\n");
+    QString text = QStringLiteral("usage:\n");
+    for (const CommandEntry& command : kCommands)
+        text += UsageOf(command);
+    return text + QStringLiteral(
+                      "  tracelyn-cli --help | --version\n"
+                      "\n"
+                      "FILE is an analysis file, .xml or .paf.\n"
+                      "exit code: 0 no problems, 1 nothing read or written, 2 wrong usage,\n"
+                      "           3 read with problems (each on the error output), the output is written\n");
 }
 
 std::optional<Options> ParseOptions(const QStringList& arguments, QString& error) {

@@ -64,10 +64,14 @@ void ReportOutOfMemory(std::size_t size) {
 }
 
 void* Allocate(std::size_t size) {
-    void* const memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr)
-        ReportOutOfMemory(size);
-    return memory;
+    for (;;) {
+        if (void* const memory = std::malloc(size == 0 ? 1 : size))
+            return memory;
+        const std::new_handler freeMemory = std::get_new_handler();
+        if (freeMemory == nullptr)
+            ReportOutOfMemory(size);
+        freeMemory();
+    }
 }
 
 } // namespace support

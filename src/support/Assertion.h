@@ -32,7 +32,9 @@ inline void Assert(bool ok, const char* text, const char* file = __builtin_FILE(
 // memory left; running out of memory inside the report is not reported again.
 [[noreturn]] void ReportOutOfMemory(std::size_t size);
 
-// Memory from malloc (size 0 gives a pointer of its own), to be returned with std::free. Never null.
+// What operator new does: memory from malloc (size 0 gives a pointer of its own), to be returned with
+// std::free. Never null. While there is none, calls the handler of std::set_new_handler and tries again;
+// without a handler ReportOutOfMemory ends it.
 void* Allocate(std::size_t size);
 
 } // namespace support

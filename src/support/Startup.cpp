@@ -99,9 +99,9 @@ int RunMain(std::string_view commandLine, const MainFunction& mainFunction, doub
         ReportAssertion(QStringLiteral("FPU error"));
         return -1;
     }
-    const std::vector<std::string> arguments = SplitCommandLine(commandLine);
+    SplitCommandLine(commandLine); // the main function takes its arguments from the toolkit
     NameMainThread();
-    return mainFunction(arguments);
+    return mainFunction();
 }
 
 } // namespace support

@@ -23,13 +23,14 @@ std::string JoinArguments(int argc, const char* const* argv);
 // is not UTF-8), argv joined elsewhere.
 std::string ProcessCommandLine(int argc, const char* const* argv);
 
-using MainFunction = std::function<int(const std::vector<std::string>& arguments)>;
+using MainFunction = std::function<int()>;
 
 // What the self-test computed before main began; exactly 1.0 on a working floating-point unit.
 double FpuSelfTestResult();
 
 // Reports "FPU error" and returns -1 when fpuResult is not exactly 1.0. Otherwise splits the command line,
-// names the calling thread "<main>", runs mainFunction on it and returns its result.
+// which fails on too many arguments, names the calling thread "<main>", runs mainFunction on it and returns
+// its result.
 int RunMain(std::string_view commandLine, const MainFunction& mainFunction,
             double fpuResult = FpuSelfTestResult());
 

@@ -69,7 +69,8 @@ TEST(FileOpen, LoadsTheFileAndShowsItsNameEverywhere) {
 
     const FileRequest& request = window.ui.requests.front();
     EXPECT_EQ(request.directory, QDir::toNativeSeparators(QDir::tempPath()));
-    EXPECT_EQ(request.filter, QStringLiteral("Analysis Files (*.paf *.xml);;All Files (*)"));
+    EXPECT_EQ(request.filters,
+              (QList<FileFilter>{{"Analysis Files", {"*.paf", "*.xml"}}, {"All Files", {"*"}}}));
     window.Choose(CommandId::FileOpen);
     EXPECT_EQ(window.ui.requests.back().directory, folder.Path(QStringLiteral("bend02.paf")));
     EXPECT_TRUE(window.View().IsDataLoaded()) << "cancelling changes nothing";

@@ -1,5 +1,5 @@
-#include "app/StatusBar.h"
 #include "WindowTesting.h"
+#include "app/StatusBar.h"
 
 #include <QProgressBar>
 #include <QStatusBar>

@@ -56,12 +56,12 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
             QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
         });
         CNativeShellUi ui;
-        const auto path =
-            ui.AskSaveFile({.title = QStringLiteral("Save..."),
-                            .filter = QStringLiteral("paf Files (*.paf);;csv Files (*.csv);;All Files (*)"),
-                            .defaultExtension = QStringLiteral("paf"),
-                            .fileName = QString::fromLatin1(offered),
-                            .directory = folder.path()});
+        const auto path = ui.AskSaveFile(
+            {.title = QStringLiteral("Save..."),
+             .filters = {{"paf Files", {"*.paf"}}, {"csv Files", {"*.csv"}}, {"All Files", {"*"}}},
+             .defaultExtension = QStringLiteral("paf"),
+             .fileName = QString::fromLatin1(offered),
+             .directory = folder.path()});
         ASSERT_TRUE(path.has_value()) << offered;
         EXPECT_EQ(path->toStdString(),
                   QDir::toNativeSeparators(folder.filePath(QString::fromLatin1(result))).toStdString());

@@ -50,19 +50,19 @@ TEST_F(Reports, OnceWhenReportingItselfRunsOutOfMemory) {
 }
 
 TEST_F(Reports, AFloatingPointUnitThatIsNotExactInsteadOfRunningMain) {
-    std::vector<std::string> seen;
-    const auto mainFunction = [&](const std::vector<std::string>& arguments) {
-        seen = arguments;
+    int runs = 0;
+    const auto mainFunction = [&] {
+        ++runs;
         return 42;
     };
     for (const double result : {0.0, std::nextafter(1.0, 2.0), std::nextafter(1.0, 0.0), double{NAN}}) {
         m_Texts.clear();
         EXPECT_EQ(support::RunMain("60418", mainFunction, result), -1) << result;
         EXPECT_EQ(m_Texts, QStringList{"FPU error"});
-        EXPECT_TRUE(seen.empty());
+        EXPECT_EQ(runs, 0);
     }
     m_Texts.clear();
     EXPECT_EQ(support::RunMain("60418 \"my file.paf\"", mainFunction), 42);
-    EXPECT_EQ(seen, (std::vector<std::string>{"60418", "my file.paf"}));
+    EXPECT_EQ(runs, 1);
     EXPECT_TRUE(m_Texts.isEmpty());
 }
