@@ -1,7 +1,7 @@
 // The one road from a path to a model: chooses by the extension, expands a container, reads the document.
 #pragma once
 
-#include "reader/ReadResult.h"
+#include "reader/Problems.h"
 #include "support/Progress.h"
 #include "support/ScratchFolder.h"
 

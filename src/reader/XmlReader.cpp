@@ -9,7 +9,6 @@
 #include "support/FixedText.h"
 #include "support/Limits.h"
 #include "support/NumberText.h"
-#include "support/ShownText.h"
 #include "xmldom/XmlDomDocument.h"
 #include "xmldom/XmlDomElement.h"
 #include "xmldom/XmlDomNodeIterator.h"
@@ -64,9 +63,10 @@ void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
     try {
         ReadDocument(data, path);
     } catch (...) {
-        Fail(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
+        // Memory may have run out: the literal takes none.
+        m_Problems.Add(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
     }
-    ReportFurtherResults();
+    m_Problems.Finish();
 }
 
 void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
@@ -77,7 +77,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     const support::Progress& progress = GetProgress();
     if (!LoadWithRowsApart(path, "Data", document, rows, error, support::StepOf(progress, 0, kFound))) {
         // Uncut: the path may be long, and the reason, which the parser keeps short, stands behind it.
-        m_Results.push_back({ResultCode::XmlParseError, error});
+        m_Problems.AddAlways(ResultCode::XmlParseError, error);
         return;
     }
     CXmlDomElement root;
@@ -102,7 +102,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
         rows = SampleTextInMemory(block.GetTextUtf8());
     const auto rest = support::StepOf(progress, kFound, 1);
     if (const auto problem = ReadDataBlock(*rows, m_Variables, m_nValuesOfRow, rest))
-        m_Results.push_back({ResultCode::UnknownError, *problem}); // however many there are
+        m_Problems.AddAlways(ResultCode::UnknownError, *problem);
 }
 
 bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {
@@ -113,7 +113,7 @@ bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* defi
         return false;
     return ForEachElement(variables, [&](const CXmlDomElement& child, const QString& name) {
         if (name == QLatin1String("TypedData"))
-            return IsFull(m_VariableLimit, m_Variables.size()) || ReadVariable(data, child);
+            return m_Problems.IsFull(m_VariableCap, m_Variables.size()) || ReadVariable(data, child);
         Fail(ResultCode::InvalidNodeName, name);
         return true;
     });
@@ -168,7 +168,7 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
 
 bool CXmlReader::ReadGroups(CGraphData& data, const CXmlDomElement& groups) {
     return ForEachElement(groups, [&](const CXmlDomElement& child, const QString& name) {
-        return name != QLatin1String("Group") || IsFull(m_GroupLimit, data.GetGroups().size()) ||
+        return name != QLatin1String("Group") || m_Problems.IsFull(m_GroupCap, data.GetGroups().size()) ||
                ReadGroup(data, child);
     });
 }
@@ -187,7 +187,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
     group.m_bSeparateSets = element.GetAttributeBool("SeparateSets", false);
     group.m_bInverted = element.GetAttribute("Orientation") == QLatin1String("Inverted");
     return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
-        if (IsFull(m_SignalLimit, data.GetSets().size()))
+        if (m_Problems.IsFull(m_SignalCap, data.GetSets().size()))
             return true;
         if (childName == QLatin1String("Line"))
             return ReadLine(group, child);
@@ -204,7 +204,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     const auto found = m_VariablesByName.find(dataName);
     // One that may be among the variables left out must not stop the others.
     if (found == m_VariablesByName.end())
-        return m_VariableLimit.reported || Fail(ResultCode::DataNotFound, dataName);
+        return m_VariableCap.isReported || Fail(ResultCode::DataNotFound, dataName);
     TypedDataBase& variable = *found->second;
     if (GetAccessLevel() < variable.GetCode())
         return true;
@@ -253,30 +253,9 @@ QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribut
     return text;
 }
 
-bool CXmlReader::IsFull(Limit& limit, size_t count) {
-    if (count < limit.most)
-        return false;
-    if (!limit.reported)
-        m_Results.push_back(
-            {ResultCode::UnknownError, QStringLiteral("Only %1 %2 are shown, and there are more")
-                                           .arg(limit.most)
-                                           .arg(QLatin1String(limit.what))});
-    limit.reported = true;
-    return true;
-}
-
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {
-    if (m_Results.size() < limits::kResults)
-        m_Results.push_back({code, support::ShownText(detail)});
-    else
-        ++m_nFurtherResults;
+    m_Problems.Add(code, detail);
     return false;
-}
-
-void CXmlReader::ReportFurtherResults() {
-    if (m_nFurtherResults > 0)
-        m_Results.push_back(
-            {ResultCode::UnknownError, QStringLiteral("There are %1 more problems").arg(m_nFurtherResults)});
 }
 
 bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "reader/AutomaticColors.h"
-#include "reader/ReadResult.h"
+#include "reader/Problems.h"
 #include "reader/SignalFileReader.h"
 #include "support/Limits.h"
 
@@ -30,15 +30,9 @@ public:
     QString GetAnalysisName() const override { return m_strAnalysisName; }
 
     // The problems, in the order found. Of very many the last one says how many more there were.
-    const std::vector<CResult>& GetResults() const { return m_Results; }
+    const std::vector<CResult>& GetResults() const { return m_Problems.GetResults(); }
 
 private:
-    struct Limit {
-        size_t most = 0;
-        const char* what = nullptr;
-        bool reported = false;
-    };
-
     // The steps return false when reading must stop; they have added the reason to the results by then.
     void ReadDocument(CGraphData& data, const QString& path);
     // A null definition stands for the missing element.
@@ -53,19 +47,15 @@ private:
     Unit ReadUnit(const CXmlDomElement& element);
     // The attribute's text; of a text that is too long, the beginning and a result.
     QString ReadText(const CXmlDomElement& element, const char* attribute);
-    // Whether nothing more may be added; the first time that is a result, however many there are.
-    bool IsFull(Limit& limit, size_t count);
-    // Keeps the result, its detail as far as it is shown, or counts it when there are very many.
+    // Adds the problem; always false.
     bool Fail(ResultCode code, const QString& detail);
-    void ReportFurtherResults();
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
-    std::vector<CResult> m_Results;
-    size_t m_nFurtherResults = 0;
-    Limit m_VariableLimit{support::limits::kVariables, "variables"};
-    Limit m_GroupLimit{support::limits::kGroups, "groups"};
-    Limit m_SignalLimit{support::limits::kSets, "signals"};
+    CProblems m_Problems;
+    Cap m_VariableCap{support::limits::kVariables, "variables"};
+    Cap m_GroupCap{support::limits::kGroups, "groups"};
+    Cap m_SignalCap{support::limits::kSets, "signals"};
     int64_t m_nValuesOfRow = 0; // of all lines
     std::vector<TypedDataBase*> m_Variables;
     // The first of each name. A QHash would end the program when memory runs out.

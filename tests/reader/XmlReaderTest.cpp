@@ -16,12 +16,17 @@ using namespace Tracelyn;
 
 using namespace Tracelyn;
 
-static std::atomic<int> g_allocationsLeft = -1; // the one after them fails; negative: none does
+static std::atomic<int> g_allocationsLeft = -1; // those after them fail; negative: none does
+static std::atomic<bool> g_ranOut = false;
 static std::atomic<size_t> g_allocatedBytes = 0;
 
 void* operator new(size_t size) {
     g_allocatedBytes += size;
-    const bool fails = g_allocationsLeft >= 0 && g_allocationsLeft-- == 0;
+    const bool fails = g_allocationsLeft == 0;
+    if (fails)
+        g_ranOut = true;
+    else if (g_allocationsLeft > 0)
+        --g_allocationsLeft;
     void* const memory = fails ? nullptr : std::malloc(size == 0 ? 1 : size);
     return memory ? memory : throw std::bad_alloc();
 }
@@ -54,9 +59,10 @@ public:
         CXmlReader reader;
         reader.SetAccessLevel(level);
         const size_t before = g_allocatedBytes;
+        g_ranOut = false;
         g_allocationsLeft = allocations;
         reader.ReadAnalysis(data, file.fileName());
-        ranOut = g_allocationsLeft < 0;
+        ranOut = g_ranOut;
         g_allocationsLeft = -1;
         allocated = g_allocatedBytes - before;
         for (const ReadResult& result : reader.GetResults())
