@@ -3,13 +3,14 @@
 #pragma once
 
 #include "model/GraphDataTypedSource.h"
-#include "reader/XmlVariableSource.h"
 #include "reader/rows/SampleRows.h"
+#include "support/NumberText.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <type_traits>
 #include <vector>
@@ -25,6 +26,29 @@ struct Unit {
     float offset = 0.0F;
     float factor = 1.0F;
     int precision = 0;
+};
+
+// The value store of one variable: the samples of its column.
+template <class T>
+class CXmlVariableSource {
+public:
+    // Converts one field of the column. No command calls it: a load converts whole rows into what Append
+    // returns, with the same samples.
+    void AddValue(std::string_view field) {
+        if constexpr (std::is_floating_point_v<T>)
+            m_Source.Add(SampleFromNumber<T>(support::ParseFloatField(field)));
+        else
+            m_Source.Add(SampleFromNumber<T>(support::ParseIntegerField(field)));
+    }
+
+    // See CGraphDataTypedSource.
+    std::span<T> Append(int samples) { return m_Source.Append(samples); }
+    void RemoveLast(int samples) { m_Source.RemoveLast(samples); }
+
+    const CGraphDataTypedSource<T>& GetSource() const { return m_Source; }
+
+private:
+    CGraphDataTypedSource<T> m_Source;
 };
 
 class CXmlVariable {
@@ -45,7 +69,8 @@ public:
     virtual CGraphDataSet& CreateSet() = 0;
     // True once a set was created: only then the variable's column is stored.
     virtual bool HasStore() const = 0;
-    // Appends a field of the variable's column as a sample; without a store it is dropped.
+    // Appends a field of the variable's column as a sample; without a store it is dropped. No command calls
+    // it: see CXmlVariableSource.
     virtual void AddValue(std::string_view field) = 0;
     // Appends that many samples, to be written into what is returned. Nothing may be asked for until they
     // are.

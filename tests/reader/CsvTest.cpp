@@ -3,7 +3,6 @@
 #include "reader/XmlReader.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
-#include "reader/csv/NumberLines.h"
 
 #include <QBuffer>
 #include <QDir>

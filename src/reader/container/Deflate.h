@@ -7,10 +7,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 class QIODevice;
 
 namespace Tracelyn {
+
+// Both for all the bytes: false when fewer can be read or written.
+bool ReadBytes(QIODevice& device, std::span<char> bytes);
+bool WriteBytes(QIODevice& device, std::span<const char> bytes);
 
 // What the container cuts off an entry's zlib stream: its first 2 bytes and its last 4.
 inline constexpr size_t kStreamHead = 2;

@@ -2,7 +2,6 @@
 
 #include "reader/container/EntryPath.h"
 #include "support/Limits.h"
-#include "support/OutputFile.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -32,8 +31,8 @@ constexpr uint32_t kEndSignature = 0x06054B50;
 constexpr uint16_t kVersion = 1;
 constexpr uint16_t kDeflate = 8;
 constexpr uint16_t kExtraLength = kStreamHead + kStreamTail;
-constexpr qsizetype kNameLimit = 260;
-constexpr uint64_t kLargest = std::numeric_limits<uint32_t>::max();
+constexpr qsizetype kMaxNameBytes = 259;
+constexpr uint64_t kMaxBytes = std::numeric_limits<uint32_t>::max();
 
 // A header of N bytes whose little-endian fields are named by their offset; what nobody sets is zero.
 template <size_t N>
@@ -50,20 +49,11 @@ using LocalHeader = Header<30>;
 using DirectoryHeader = Header<46>;
 using EndRecord = Header<22>;
 
-bool Write(QIODevice& device, std::span<const char> bytes) {
-    return support::WriteAll(device, {bytes.data(), bytes.size()});
-}
-
-bool Read(QIODevice& device, std::span<char> bytes) {
-    const auto size = static_cast<qint64>(bytes.size());
-    return device.read(bytes.data(), size) == size;
-}
-
 // The name as the archive stores it; nothing when it cannot.
 std::optional<QByteArray> StoredName(const CZip::TZIPFILEINFO& file) {
     const QString name = file.useFolder ? file.folder + file.name : file.name;
     QByteArray bytes = name.toLatin1();
-    if (bytes.size() >= kNameLimit || QString::fromLatin1(bytes) != name)
+    if (bytes.size() > kMaxNameBytes || QString::fromLatin1(bytes) != name)
         return std::nullopt;
     return bytes;
 }
@@ -109,15 +99,15 @@ bool IsBomb(const DeflatedContents& contents) {
 std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     const bool ours = header.Get32(0) == kLocalSignature && header.Get16(4) == kVersion &&
                       header.Get16(6) == 0 && header.Get16(28) == kExtraLength;
-    if (!ours || header.Get16(26) >= kNameLimit)
+    if (!ours || header.Get16(26) > kMaxNameBytes)
         return std::nullopt;
     Entry entry;
     entry.name.resize(header.Get16(26));
     entry.contents.crc = header.Get32(14);
     entry.contents.compressedSize = header.Get32(18);
     entry.contents.uncompressedSize = header.Get32(22);
-    if (!Read(archive, {entry.name.data(), static_cast<size_t>(entry.name.size())}) ||
-        !Read(archive, entry.contents.streamEnds) ||
+    if (!ReadBytes(archive, {entry.name.data(), static_cast<size_t>(entry.name.size())}) ||
+        !ReadBytes(archive, entry.contents.streamEnds) ||
         entry.contents.compressedSize > archive.size() - archive.pos() || IsBomb(entry.contents))
         return std::nullopt;
     return entry;
@@ -177,7 +167,7 @@ bool CZip::Pack(QIODevice& archive) {
         return PackFiles(archive);
     try {
         QBuffer whole;
-        return whole.open(QIODevice::WriteOnly) && PackFiles(whole) && Write(archive, whole.data());
+        return whole.open(QIODevice::WriteOnly) && PackFiles(whole) && WriteBytes(archive, whole.data());
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -200,12 +190,12 @@ bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
     if (!QFileInfo(source).isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return !file.required;
     const qint64 offset = archive.pos();
-    if (static_cast<uint64_t>(offset) > kLargest)
+    if (static_cast<uint64_t>(offset) > kMaxBytes)
         return false;
     const QByteArray name = StoredName(file).value_or(QByteArray());
     const auto writeHeader = [&](const DeflatedContents& contents) {
-        return Write(archive, MakeLocalHeader(file, static_cast<uint16_t>(name.size())).bytes) &&
-               Write(archive, name) && Write(archive, contents.streamEnds);
+        return WriteBytes(archive, MakeLocalHeader(file, static_cast<uint16_t>(name.size())).bytes) &&
+               WriteBytes(archive, name) && WriteBytes(archive, contents.streamEnds);
     };
     if (!writeHeader({}))
         return false;
@@ -228,11 +218,11 @@ bool CZip::WriteDirectory(QIODevice& archive) const {
     const qint64 start = archive.pos();
     for (const TZIPFILEINFO& file : m_Files) {
         const QByteArray name = StoredName(file).value_or(QByteArray());
-        if (!Write(archive, MakeDirectoryHeader(file, static_cast<uint16_t>(name.size())).bytes) ||
-            !Write(archive, name))
+        if (!WriteBytes(archive, MakeDirectoryHeader(file, static_cast<uint16_t>(name.size())).bytes) ||
+            !WriteBytes(archive, name))
             return false;
     }
-    if (static_cast<uint64_t>(archive.pos()) > kLargest)
+    if (static_cast<uint64_t>(archive.pos()) > kMaxBytes)
         return false;
     EndRecord end;
     end.Put32(0, kEndSignature);
@@ -240,7 +230,7 @@ bool CZip::WriteDirectory(QIODevice& archive) const {
     end.Put16(10, static_cast<uint16_t>(m_Files.size()));
     end.Put32(12, static_cast<uint32_t>(archive.pos() - start));
     end.Put32(16, static_cast<uint32_t>(start));
-    return Write(archive, end.bytes);
+    return WriteBytes(archive, end.bytes);
 }
 
 bool CZip::Expand(const QString& targetFolder, const QString& entryName,
@@ -252,7 +242,7 @@ bool CZip::Expand(const QString& targetFolder, const QString& entryName,
     FilesBegun files;
     for (;;) {
         LocalHeader header;
-        if (!Read(archive, header.bytes))
+        if (!ReadBytes(archive, header.bytes))
             return false;
         if (header.Get32(0) == kDirectorySignature)
             return files.Keep();

@@ -3,7 +3,7 @@
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
 #include "reader/csv/CsvFile.h"
-#include "reader/csv/NumberLines.h"
+#include "support/FixedText.h"
 #include "support/Parallel.h"
 
 #include <QScopeGuard>
@@ -13,13 +13,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <span>
-#include <string_view>
 #include <vector>
 
 namespace Tracelyn {
 
 namespace {
+
+constexpr size_t kMaxFieldBytes = support::FixedTextCapacity + kCsvLineEnd.size();
 
 using Sets = std::vector<const CGraphDataSet*>;
 
@@ -111,6 +111,25 @@ void WriteRows(const Sets& sets, int count, CCsvFile& file) {
 }
 
 } // namespace
+
+CNumberLines::CNumberLines(size_t numbers)
+    : m_nCapacity(numbers * kMaxFieldBytes), m_pText(std::make_unique_for_overwrite<char[]>(m_nCapacity)) {}
+
+std::string_view CNumberLines::Format(std::span<const float> values, std::span<const int> decimals) {
+    const std::span<char> text(m_pText.get(), m_nCapacity);
+    const size_t rows = decimals.empty() ? 0 : values.size() / decimals.size();
+    size_t size = 0;
+    for (size_t row = 0; row < rows; ++row) {
+        for (size_t column = 0; column < decimals.size(); ++column) {
+            if (column != 0)
+                text[size++] = kCsvSeparator;
+            const float value = values[column * rows + row];
+            size += support::FormatFixed(text.subspan(size), value, decimals[column]).size();
+        }
+        size += kCsvLineEnd.copy(&text[size], kCsvLineEnd.size());
+    }
+    return {text.data(), size};
+}
 
 void ExportCsv(const CGraphData& data, CCsvFile& file) {
     Sets fixed;

@@ -1,6 +1,11 @@
 // Writes the model as a CSV file.
 #pragma once
 
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string_view>
+
 namespace Tracelyn {
 
 class CGraphData;
@@ -10,5 +15,21 @@ class CCsvFile;
 // scaled values for each other set, in the order in which the groups list them. A set shorter than the
 // longest is asked for every row. Does not close the file; throws CFileException on a write error.
 void ExportCsv(const CGraphData& data, CCsvFile& file);
+
+// Lines of numbers, put together in memory that is used again.
+class CNumberLines {
+public:
+    // Has room for so many numbers.
+    explicit CNumberLines(size_t numbers);
+
+    // The text that CCsvFile::WriteNumberField and EndLine write for them, valid until the next call.
+    // `decimals` has one entry for each column; `values` has the first column's rows, then the second's, and
+    // so on.
+    std::string_view Format(std::span<const float> values, std::span<const int> decimals);
+
+private:
+    size_t m_nCapacity;
+    std::unique_ptr<char[]> m_pText;
+};
 
 } // namespace Tracelyn

@@ -14,9 +14,7 @@ namespace Tracelyn {
 
 namespace {
 
-constexpr std::string_view kSeparator = ",";
-constexpr std::string_view kLineEnd = "\r\n";
-constexpr size_t kFlushAbove = 4096;
+constexpr size_t kFlushAboveBytes = 4096;
 
 CFileException WriteError(const QIODevice* device) {
     return CFileException(device ? device->errorString().toStdString() : "file is not open");
@@ -69,18 +67,18 @@ bool CCsvFile::Finish() {
 
 void CCsvFile::AppendText(std::string_view latin1) {
     m_Pending += latin1;
-    if (m_Pending.size() > kFlushAbove)
+    if (m_Pending.size() > kFlushAboveBytes)
         Flush();
 }
 
 void CCsvFile::EndLine() {
-    AppendText(kLineEnd);
+    AppendText(kCsvLineEnd);
     m_nFieldsInLine = 0;
 }
 
 void CCsvFile::WriteField(std::string_view latin1) {
     if (m_nFieldsInLine != 0)
-        AppendText(kSeparator);
+        AppendText({&kCsvSeparator, 1});
     AppendText(latin1);
     ++m_nFieldsInLine;
 }

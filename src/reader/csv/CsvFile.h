@@ -16,6 +16,9 @@ class QIODevice;
 
 namespace Tracelyn {
 
+inline constexpr char kCsvSeparator = ',';
+inline constexpr std::string_view kCsvLineEnd = "\r\n";
+
 // A write error, with the system's reason.
 class CFileException : public std::runtime_error {
 public:

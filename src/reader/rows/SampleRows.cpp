@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <type_traits>
 
 namespace Tracelyn {
 
@@ -92,9 +91,9 @@ const char* Read(const char* at, int32_t& sample) {
 
 template <class T>
 const char* ReadInto(std::span<T> column, size_t row, const char* at) {
-    std::conditional_t<std::is_floating_point_v<T>, float, int32_t> sample{};
-    at = Read(at, sample);
-    column[row] = static_cast<T>(sample);
+    FieldNumber<T> number{};
+    at = Read(at, number);
+    column[row] = SampleFromNumber<T>(number);
     return at;
 }
 
@@ -104,10 +103,7 @@ const char* ReadInto(std::monostate /*dropped*/, size_t /*row*/, const char* at)
 
 template <class T>
 void Put(std::span<T> column, size_t row, const FieldNumbers& numbers) {
-    if constexpr (std::is_floating_point_v<T>)
-        column[row] = numbers.asFloat;
-    else
-        column[row] = static_cast<T>(numbers.asInteger);
+    column[row] = SampleFromNumber<T>(std::get<FieldNumber<T>>(numbers));
 }
 
 void Put(std::monostate /*dropped*/, size_t /*row*/, const FieldNumbers& /*numbers*/) {}

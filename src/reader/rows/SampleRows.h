@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -15,11 +17,19 @@ using SampleColumn =
     std::variant<std::monostate, std::span<float>, std::span<int8_t>, std::span<uint8_t>, std::span<int16_t>,
                  std::span<uint16_t>, std::span<int32_t>, std::span<uint32_t>>;
 
-// What a field is as a number of either kind.
-struct FieldNumbers {
-    float asFloat;
-    int32_t asInteger;
-};
+// What a field is read as before it becomes a sample of type T: support::ParseFloatField for floats,
+// support::ParseIntegerField, which saturates at 32 bits, for all others.
+template <class T>
+using FieldNumber = std::conditional_t<std::is_floating_point_v<T>, float, int32_t>;
+
+// An integer keeps its low bits, as many as T has.
+template <class T>
+constexpr T SampleFromNumber(FieldNumber<T> number) {
+    return static_cast<T>(number);
+}
+
+// A field as a number of either kind.
+using FieldNumbers = std::tuple<float, int32_t>;
 
 // One for each thread: threads convert different rows into the same columns.
 class CRowConverter {
@@ -28,9 +38,8 @@ public:
     explicit CRowConverter(std::span<const SampleColumn> columns);
 
     // Each row ends with a line feed, the last one too. `row` is the number of the first, counted from 0.
-    // Fields are read as support::ParseFloatField and ParseIntegerField read them, integers then cut to the
-    // column's width. A row with fewer fields than columns starts over for the remaining ones. False when
-    // there are not exactly `count` rows; no further ones are written then.
+    // Fields become numbers and samples as above. A row with fewer fields than columns starts over for the
+    // remaining ones. False when there are not exactly `count` rows; no further ones are written then.
     bool Convert(std::string_view rows, size_t row, size_t count);
 
 private:
