@@ -6,14 +6,13 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <span>
 
 namespace support {
 
 class CSharedFile {
 public:
-    // Null when the file cannot be opened or is none, as a pipe.
+    // Null when the file cannot be opened, and for what is no file, such as a pipe.
     static std::shared_ptr<CSharedFile> Open(const QString& path);
 
     CSharedFile(const CSharedFile&) = delete;
@@ -23,14 +22,15 @@ public:
     // In bytes, when it was opened.
     int64_t GetSize() const { return m_nSize; }
     // Fills the whole span with the bytes from `at` on; false when the file has fewer or cannot be read.
-    bool Read(int64_t at, std::span<char> bytes);
+    // Threads do not wait for each other.
+    bool Read(int64_t at, std::span<char> bytes) const;
 
 private:
     CSharedFile() = default;
 
-    QFile m_File;
+    QFile m_File; // only keeps the file open; its own position is never used
+    int m_nHandle = -1;
     int64_t m_nSize = 0;
-    std::mutex m_Mutex;
 };
 
 } // namespace support

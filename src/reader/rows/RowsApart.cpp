@@ -92,7 +92,7 @@ std::optional<size_t> TagLength(std::string_view text, std::string_view opening)
 // Reads a file piece by piece, each with the first bytes of the next one.
 class CWindow {
 public:
-    CWindow(CSharedFile& file, int64_t overlap) : m_File(file), m_nOverlap(overlap) {}
+    CWindow(const CSharedFile& file, int64_t overlap) : m_File(file), m_nOverlap(overlap) {}
 
     // Empty when the file cannot be read.
     std::string_view Read(int64_t from) {
@@ -103,12 +103,12 @@ public:
     }
 
 private:
-    CSharedFile& m_File;
+    const CSharedFile& m_File;
     int64_t m_nOverlap;
     std::vector<char> m_Buffer;
 };
 
-std::optional<int64_t> FindTextStart(CSharedFile& file, std::string_view tagName) {
+std::optional<int64_t> FindTextStart(const CSharedFile& file, std::string_view tagName) {
     const std::string opening = std::string(1, '<').append(tagName);
     CWindow window(file, kMaxTagBytes);
     for (int64_t from = 0; from < file.GetSize(); from += kPieceBytes) {
@@ -126,7 +126,7 @@ std::optional<int64_t> FindTextStart(CSharedFile& file, std::string_view tagName
 // Looks at the text from `from` on, on all processor cores.
 class CPlainTextScan {
 public:
-    CPlainTextScan(CSharedFile& file, int64_t from)
+    CPlainTextScan(const CSharedFile& file, int64_t from)
         : m_File(file), m_nFrom(from),
           m_Parts(static_cast<size_t>((file.GetSize() - from + kPieceBytes - 1) / kPieceBytes)) {}
 
@@ -172,13 +172,13 @@ private:
         return part.plain == kPieceBytes;
     }
 
-    CSharedFile& m_File;
+    const CSharedFile& m_File;
     int64_t m_nFrom;
     std::vector<Part> m_Parts;
 };
 
 // Whether the tag is one indeed, and no part of a comment, is for the parser to say.
-std::optional<TextRange> FindPlainText(CSharedFile& file, std::string_view element,
+std::optional<TextRange> FindPlainText(const CSharedFile& file, std::string_view element,
                                        const support::Progress& progress) {
     if (file.GetSize() > support::limits::kTextApart)
         return std::nullopt;
@@ -192,7 +192,7 @@ std::optional<TextRange> FindPlainText(CSharedFile& file, std::string_view eleme
 class CFileWithGap : public QIODevice {
 public:
     // Borrows both.
-    CFileWithGap(CSharedFile& file, const TextRange& gap) : m_File(file), m_Gap(gap) {
+    CFileWithGap(const CSharedFile& file, const TextRange& gap) : m_File(file), m_Gap(gap) {
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
@@ -217,7 +217,7 @@ protected:
     qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
 
 private:
-    CSharedFile& m_File;
+    const CSharedFile& m_File;
     const TextRange& m_Gap;
     int64_t m_nAt = 0; // in the file
     bool m_bFailed = false;
