@@ -13,8 +13,8 @@ void Step(CGraph& graph, RecordingWindow& window, unsigned action, unsigned amou
     const int cursor = graph.GetCursorPosition();
     const auto count = static_cast<int>(amount);
     const PixelRect client = window.GetClientRect();
-    const int x = client.Width() * count / 128;
-    const int y = client.Height() * (count * 37 % 128) / 128;
+    const int x = client.GetWidth() * count / 128;
+    const int y = client.GetHeight() * (count * 37 % 128) / 128;
     switch (action) {
     case 0:
         return graph.SetCursorPosition(window, cursor - 1);

@@ -1,31 +1,15 @@
 #include "render/Canvas.h"
 
 #include "render/PixelPainter.h"
-#include "support/Limits.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace Tracelyn {
 
 namespace {
 
-int ToPixel(float scaled, int origin) {
-    if (std::isnan(scaled))
-        return CCanvas::kNoPixel;
-    return static_cast<int>(std::clamp(scaled, -support::limits::kPixel, support::limits::kPixel)) + origin;
-}
-
-// The width of the world comes as a double: that of all floats is no float.
-float ScaleOf(int pixels, double world) {
-    return world == 0.0 ? 0.0F : static_cast<float>(pixels / world);
-}
-
-int TruncateToInt(double value) {
-    constexpr double kLimit = std::numeric_limits<int>::max();
-    return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -kLimit, kLimit));
-}
+constexpr int kNoPixel = Mapping::kNoPixel;
 
 // Moves the request [r1, r2] into the full range [f1, f2]; a request that is wider becomes the full range.
 void ClampRange(float f1, float f2, float& r1, float& r2) {
@@ -61,13 +45,6 @@ void CCanvas::SetVisible(const WorldRect& visible) {
     SetMapping(m_Pixels, m_Visible);
 }
 
-void CCanvas::SetMapping(const PixelRect& pixels, const WorldRect& world) {
-    m_MappedPixels = pixels;
-    m_MappedWorld = world;
-    m_fScaleX = ScaleOf(pixels.Width(), double{world.x2} - world.x1);
-    m_fScaleY = ScaleOf(pixels.Height(), double{world.y2} - world.y1);
-}
-
 void CCanvas::Zoom(float factor, float centre) {
     m_bCanZoomIn = factor <= kMaximumZoom;
     m_bCanZoomOut = factor > 1.0F;
@@ -82,28 +59,6 @@ void CCanvas::BeginDraw(CPixelPainter& painter, const PixelRect& client) {
     SetMapping(m_Pixels, m_Visible);
     ClearScreenRects();
     m_nLines = 0;
-}
-
-int CCanvas::WorldToPixelX(float x) const {
-    return ToPixel((x - m_MappedWorld.x1) * m_fScaleX, m_MappedPixels.left);
-}
-
-int CCanvas::WorldToPixelY(float y) const {
-    return ToPixel((y - m_MappedWorld.y1) * m_fScaleY, m_MappedPixels.top);
-}
-
-double CCanvas::PixelToWorldX(int px) const {
-    const int width = m_MappedPixels.Width();
-    const double worldWidth = double{m_MappedWorld.x2} - m_MappedWorld.x1;
-    return width == 0 ? m_MappedWorld.x1 : double(px) / width * worldWidth + m_MappedWorld.x1;
-}
-
-int CCanvas::PixelToIndex(int px) const {
-    return TruncateToInt(PixelToWorldX(px) + 0.5);
-}
-
-int CCanvas::SamplesPerPixel() const {
-    return std::max(1, TruncateToInt((PixelToWorldX(2) + 0.5) - (PixelToWorldX(1) + 0.5)));
 }
 
 void CCanvas::MoveTo(float x, float y) {

@@ -1,13 +1,11 @@
-// The mapping between world and pixels, the visible range with its zoom, and the clickable rectangles of a
-// frame.
+// What a frame is drawn on: the visible range with its zoom, drawing in world coordinates, and the clickable
+// rectangles.
 #pragma once
 
-#include "render/PixelRect.h"
-#include "render/WorldRect.h"
+#include "render/Mapping.h"
 
 #include <QString>
 
-#include <limits>
 #include <vector>
 
 namespace Tracelyn {
@@ -32,18 +30,14 @@ inline constexpr float kMaximumZoom = 40.0F;
 
 class CCanvas {
 public:
-    // What the pixel of a world coordinate that is not a number comes out as.
-    static constexpr int kNoPixel = std::numeric_limits<int>::min();
-
     CCanvas();
 
     // Full and visible extent become the given rectangle.
     void SetWorld(const WorldRect& world);
     // Shows the given part, moved or widened so that it stays inside the full extent.
     void SetVisible(const WorldRect& visible);
-    // What WorldToPixel and PixelToWorld go by from now on. A zero world width or height maps everything to
-    // one edge.
-    void SetMapping(const PixelRect& pixels, const WorldRect& world);
+    // What is drawn from now on is mapped like this.
+    void SetMapping(const PixelRect& pixels, const WorldRect& world) { m_Mapping = {pixels, world}; }
     // Shows full width / factor around centre; the factor is kept within 1 and 40.
     void Zoom(float factor, float centre);
 
@@ -58,16 +52,13 @@ public:
     float GetZoom() const { return m_fZoom; }
     bool CanZoomIn() const { return m_bCanZoomIn; }
     bool CanZoomOut() const { return m_bCanZoomOut; }
-
-    // Truncated toward zero; far outside they saturate. kNoPixel when the coordinate is not a number.
-    int WorldToPixelX(float x) const;
-    int WorldToPixelY(float y) const;
-    // The pixel is taken from the client's left edge, not from that of the mapping.
-    double PixelToWorldX(int px) const;
-    // The sample nearest to a pixel column.
-    int PixelToIndex(int px) const;
-    // Samples between one pixel column and the next, at least 1.
-    int SamplesPerPixel() const;
+    // The mapping of what is drawn now.
+    const Mapping& GetMapping() const { return m_Mapping; }
+    int WorldToPixelX(float x) const { return m_Mapping.WorldToPixelX(x); }
+    int WorldToPixelY(float y) const { return m_Mapping.WorldToPixelY(y); }
+    // The visible extent over the client area of the last frame, whatever was drawn after it: where a sample
+    // is on the screen, and which sample is under the mouse.
+    Mapping GetTimeAxis() const { return {m_Pixels, m_Visible}; }
 
     // Drawing in world coordinates with the painter's pen and brush. Lines leave their end point out; a
     // coordinate that is not a number draws nothing.
@@ -95,16 +86,14 @@ private:
     WorldRect m_Full;
     WorldRect m_Visible;
     float m_fZoom = 1.0F;
-    PixelRect m_MappedPixels;
-    WorldRect m_MappedWorld;
-    float m_fScaleX = 1.0F;
-    float m_fScaleY = 1.0F;
-    std::vector<SCREENRECT> m_ScreenRects;
-    int m_nLines = 0;
     bool m_bCanZoomIn = true;
     bool m_bCanZoomOut = false;
+    std::vector<SCREENRECT> m_ScreenRects;
+    // Of the frame that is being drawn.
+    Mapping m_Mapping;
     int m_nPenX = 0;
     int m_nPenY = 0;
+    int m_nLines = 0;
 };
 
 } // namespace Tracelyn

@@ -29,13 +29,13 @@ struct SampleWalk {
     bool ReachesLast() const { return until >= last; }
 };
 
-SampleWalk WalkFor(const CCanvas& canvas, const PixelRect& client, const PixelRect& invalid) {
-    const int step = canvas.SamplesPerPixel();
-    const int64_t first = std::max(0, canvas.PixelToIndex(client.left - kOverlap));
+SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const PixelRect& invalid) {
+    const int step = mapping.GetSamplesPerPixel();
+    const int64_t first = std::max(0, mapping.PixelToIndex(client.left - kOverlap));
     const int64_t last =
-        std::max<int64_t>(canvas.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
-    const int64_t firstInvalid = canvas.PixelToIndex(invalid.left - kOverlap);
-    const int64_t lastInvalid = canvas.PixelToIndex(invalid.right + kOverlap);
+        std::max<int64_t>(mapping.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
+    const int64_t firstInvalid = mapping.PixelToIndex(invalid.left - kOverlap);
+    const int64_t lastInvalid = mapping.PixelToIndex(invalid.right + kOverlap);
     const int64_t skipped = std::max<int64_t>(0, (firstInvalid - first) / step - 1);
     return {first + std::min(skipped, (last - 1 - first) / step) * step, lastInvalid + step, last, step};
 }
@@ -131,7 +131,7 @@ void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk)
 
 void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set, const PixelRect& client,
                const PixelRect& invalid) {
-    const SampleWalk walk = WalkFor(canvas, client, invalid);
+    const SampleWalk walk = WalkFor(canvas.GetMapping(), client, invalid);
     const QColor color = ToQColor(set.GetColor());
     painter.SetPen(color);
     painter.SetBrush(color);

@@ -40,7 +40,10 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
         ResetRange(client);
 
     m_Canvas.BeginDraw(context.Painter(), client);
-    m_Canvas.SetMapping(client, WorldRect::From(client));
+    // The console is drawn in pixels.
+    const auto asFloat = [](int pixel) { return static_cast<float>(pixel); };
+    m_Canvas.SetMapping(
+        client, {asFloat(client.left), asFloat(client.top), asFloat(client.right), asFloat(client.bottom)});
     if (m_Data.HasData())
         DrawContents(context);
     else

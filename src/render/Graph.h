@@ -106,6 +106,8 @@ private:
     void DrawContents(CGraphDrawingContext& context);
     void DrawCursorLines(CGraphDrawingContext& context);
     void InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
+    // The pixel column of a sample in the last frame.
+    int GetColumn(int index) const;
     void InvalidateStrip(CGraphWindow& window, int pixelX) const;
 
     CGraphData m_Data;

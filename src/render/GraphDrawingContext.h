@@ -3,8 +3,8 @@
 #pragma once
 
 #include "model/GraphDataSet.h"
+#include "render/Mapping.h"
 #include "render/PixelPainter.h"
-#include "render/PixelRect.h"
 
 #include <QColor>
 #include <QRect>

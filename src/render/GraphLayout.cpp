@@ -53,7 +53,7 @@ int ProportionalHeight(const CGraphDataGroup& group, int64_t available, int64_t 
 } // namespace
 
 void LayoutBands(const CGraphData& data, const PixelRect& client) {
-    int64_t available = client.Height() + Metrics::kSeparatorLines;
+    int64_t available = client.GetHeight() + Metrics::kSeparatorLines;
     int64_t totalRatio = 0;
     for (const auto& group : data.GetGroups()) {
         if (!group->IsDisplayedAsGraph())

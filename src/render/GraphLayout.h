@@ -2,7 +2,7 @@
 #pragma once
 
 #include "render/GraphDrawingContext.h"
-#include "render/PixelRect.h"
+#include "render/Mapping.h"
 
 #include <functional>
 

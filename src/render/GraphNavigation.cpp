@@ -10,12 +10,12 @@ void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
     index = std::max(std::min(index, m_nLastIndex), 0);
     if (index == m_nCursor)
         return;
-    const int oldX = m_Canvas.WorldToPixelX(static_cast<float>(m_nCursor));
-    const int newX = m_Canvas.WorldToPixelX(static_cast<float>(index));
+    const int oldX = GetColumn(m_nCursor);
+    const int newX = GetColumn(index);
     m_nCursor = index;
 
     const PixelRect client = window.GetClientRect();
-    const int third = client.Width() / 3;
+    const int third = client.GetWidth() / 3;
     const bool isNearConsole = m_bConsoleOnLeft ? newX < client.left + third : newX > client.right - third;
     if (isNearConsole) {
         ToggleConsoleSide(window);
@@ -33,17 +33,21 @@ void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
 
 void CGraph::OnClick(CGraphWindow& window, unsigned buttons, int x, int y) {
     if (buttons == kLeftButton && m_Canvas.HitTest(x, y) == nullptr)
-        SetCursorPosition(window, m_Canvas.PixelToIndex(x));
+        SetCursorPosition(window, m_Canvas.GetTimeAxis().PixelToIndex(x));
 }
 
 void CGraph::SetFixedCursor(CGraphWindow& window, int index) {
     index = std::max(std::min(index, m_nLastIndex), kNoReference);
     if (m_nFixedCursor != kNoReference)
-        InvalidateStrip(window, m_Canvas.WorldToPixelX(static_cast<float>(m_nFixedCursor)));
+        InvalidateStrip(window, GetColumn(m_nFixedCursor));
     m_nFixedCursor = index;
     if (m_nFixedCursor != kNoReference)
-        InvalidateStrip(window, m_Canvas.WorldToPixelX(static_cast<float>(m_nFixedCursor)));
+        InvalidateStrip(window, GetColumn(m_nFixedCursor));
     InvalidateScreenRects(window, kValueRect);
+}
+
+int CGraph::GetColumn(int index) const {
+    return m_Canvas.GetTimeAxis().WorldToPixelX(static_cast<float>(index));
 }
 
 void CGraph::InvalidateStrip(CGraphWindow& window, int pixelX) const {

@@ -1,7 +1,7 @@
 // What the graph needs of the window that shows it.
 #pragma once
 
-#include "render/PixelRect.h"
+#include "render/Mapping.h"
 
 namespace Tracelyn {
 

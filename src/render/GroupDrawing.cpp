@@ -67,8 +67,8 @@ void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
     const ColorScheme& colors = m_Context.Colors();
     const PixelRect band = BandRect(m_Context, group);
     const auto left = static_cast<float>(m_Context.GetClient().left);
-    m_Canvas.SetMapping(band,
-                        {left, 0.0F, static_cast<float>(band.Width()), static_cast<float>(band.Height())});
+    m_Canvas.SetMapping(
+        band, {left, 0.0F, static_cast<float>(band.GetWidth()), static_cast<float>(band.GetHeight())});
     painter.SetPen(colors.boxPen);
     painter.SetBrush(colors.boxBrush);
     m_Canvas.Rectangle(1, 1, 10, 10);
@@ -119,7 +119,7 @@ void CGroupDrawing::DrawSharedPlot(const CGraphDataGroup& group) {
 
 void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
     const PixelRect plot = PlotRect(m_Context, group);
-    int space = plot.Height();
+    int space = plot.GetHeight();
     int rows = group.CountSets(DisplayType::Graph);
     int y = plot.top;
     for (const CGraphDataSet* set : group.m_Sets) {
@@ -148,9 +148,9 @@ void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, flo
 }
 
 MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
-    m_Canvas.SetMapping(plot, m_Canvas.GetVisible());
+    const Mapping mapping(plot, m_Canvas.GetVisible());
     MinMax range{};
-    set.GetMinMax(m_Canvas.PixelToIndex(plot.left), m_Canvas.PixelToIndex(plot.right), range.min, range.max);
+    set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right), range.min, range.max);
     return range;
 }
 

@@ -1,7 +1,7 @@
 // The pixels of a straight line as runs along its longer direction, each computed from the end points alone.
 #pragma once
 
-#include "render/PixelRect.h"
+#include "render/Mapping.h"
 
 #include <algorithm>
 #include <cstdint>

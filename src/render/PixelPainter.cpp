@@ -75,7 +75,7 @@ void CPixelPainter::Rectangle(const PixelRect& rect) {
     if (rect.left >= rect.right || rect.top >= rect.bottom)
         return;
     Fill(rect, m_Pen);
-    if (m_Brush != m_Pen && rect.Width() > 2 && rect.Height() > 2)
+    if (m_Brush != m_Pen && rect.GetWidth() > 2 && rect.GetHeight() > 2)
         Fill({rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1}, m_Brush);
 }
 
@@ -95,7 +95,7 @@ void CPixelPainter::Polygon(std::span<const QPoint> points) {
 }
 
 bool CPixelPainter::ReachesClip(int x, const QString& text) const {
-    return m_ClipBounds.Width() > 0 && x - kOverhang < m_ClipBounds.right &&
+    return m_ClipBounds.GetWidth() > 0 && x - kOverhang < m_ClipBounds.right &&
            x + TextWidth(text) + kOverhang > m_ClipBounds.left;
 }
 

@@ -1,7 +1,7 @@
 // Draws whole pixels: 1-pixel lines without antialiasing, bordered rectangles and small text.
 #pragma once
 
-#include "render/PixelRect.h"
+#include "render/Mapping.h"
 #include "render/RunFill.h"
 #include "render/SmallFont.h"
 

@@ -86,7 +86,7 @@ TEST(Mouse, TogglesAGroupOnReleaseOverItsName) {
     window.Settle();
     window.Press({window.Client()->width() / 2, 40});
     window.Release({window.Client()->width() / 2, 40});
-    EXPECT_NEAR(window.Cursor(), cursor, 2 * window.Graph().GetCanvas().SamplesPerPixel())
+    EXPECT_NEAR(window.Cursor(), cursor, 2 * window.Graph().GetCanvas().GetTimeAxis().GetSamplesPerPixel())
         << "a press on a header moves no cursor";
 }
 

@@ -11,40 +11,37 @@
 using namespace Tracelyn;
 
 TEST(Mapping, TruncatesTowardZeroAndSaturates) {
-    CCanvas canvas;
-    canvas.SetMapping({10, 20, 110, 70}, {0.0F, 5.0F, 50.0F, 0.0F});
+    const Mapping mapping({10, 20, 110, 70}, {0.0F, 5.0F, 50.0F, 0.0F});
     struct Case {
         float world;
         int pixel;
     };
     for (const auto& [world, pixel] :
          {Case{0, 10}, {50, 110}, {0.7F, 11}, {-0.7F, 9}, {25.3F, 60}, {-1.2F, 8}})
-        EXPECT_EQ(canvas.WorldToPixelX(world), pixel) << world;
+        EXPECT_EQ(mapping.WorldToPixelX(world), pixel) << world;
     for (const auto& [world, pixel] : {Case{5, 20}, {0, 70}, {4.96F, 20}, {5.04F, 20}, {2.5F, 45}})
-        EXPECT_EQ(canvas.WorldToPixelY(world), pixel) << world;
-    EXPECT_GT(canvas.WorldToPixelX(std::numeric_limits<float>::max()), 100000000);
-    EXPECT_LT(canvas.WorldToPixelX(-std::numeric_limits<float>::infinity()), -100000000);
-    EXPECT_EQ(canvas.WorldToPixelY(NAN), CCanvas::kNoPixel);
+        EXPECT_EQ(mapping.WorldToPixelY(world), pixel) << world;
+    EXPECT_GT(mapping.WorldToPixelX(std::numeric_limits<float>::max()), 100000000);
+    EXPECT_LT(mapping.WorldToPixelX(-std::numeric_limits<float>::infinity()), -100000000);
+    EXPECT_EQ(mapping.WorldToPixelY(NAN), Mapping::kNoPixel);
 }
 
 TEST(Mapping, AZeroWorldRangeMapsToOneEdge) {
-    CCanvas canvas;
-    canvas.SetMapping({0, 0, 100, 50}, {7.0F, 3.0F, 7.0F, 3.0F});
-    EXPECT_EQ(canvas.WorldToPixelX(9.0F), 0);
-    EXPECT_EQ(canvas.WorldToPixelY(3.0F), 0);
-    canvas.SetMapping({0, 0, 0, 50}, {7.0F, 3.0F, 9.0F, 4.0F});
-    EXPECT_EQ(canvas.PixelToIndex(12), 7);
-    EXPECT_EQ(canvas.SamplesPerPixel(), 1);
+    const Mapping mapping({0, 0, 100, 50}, {7.0F, 3.0F, 7.0F, 3.0F});
+    EXPECT_EQ(mapping.WorldToPixelX(9.0F), 0);
+    EXPECT_EQ(mapping.WorldToPixelY(3.0F), 0);
+    const Mapping noPixels({0, 0, 0, 50}, {7.0F, 3.0F, 9.0F, 4.0F});
+    EXPECT_EQ(noPixels.PixelToIndex(12), 7);
+    EXPECT_EQ(noPixels.GetSamplesPerPixel(), 1);
 }
 
 TEST(Mapping, PixelsGiveTheNearestSample) {
-    CCanvas canvas;
-    canvas.SetMapping({0, 0, 100, 50}, {1000.0F, 0.0F, 1250.0F, 1.0F});
-    EXPECT_EQ(canvas.PixelToIndex(0), 1000);
-    EXPECT_EQ(canvas.PixelToIndex(1), 1003);
-    EXPECT_EQ(canvas.PixelToIndex(99), 1248);
-    EXPECT_EQ(canvas.PixelToIndex(-2), 995);
-    EXPECT_EQ(canvas.SamplesPerPixel(), 2);
+    const Mapping mapping({0, 0, 100, 50}, {1000.0F, 0.0F, 1250.0F, 1.0F});
+    EXPECT_EQ(mapping.PixelToIndex(0), 1000);
+    EXPECT_EQ(mapping.PixelToIndex(1), 1003);
+    EXPECT_EQ(mapping.PixelToIndex(99), 1248);
+    EXPECT_EQ(mapping.PixelToIndex(-2), 995);
+    EXPECT_EQ(mapping.GetSamplesPerPixel(), 2);
 }
 
 TEST(VisibleExtent, IsMovedIntoTheFullExtentOrWidenedToIt) {
