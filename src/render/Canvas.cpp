@@ -106,9 +106,12 @@ void CCanvas::TextOut(float x, float y, const QString& text) {
         m_pPainter->Text(px, py, text);
 }
 
+void CCanvas::AddScreenRect(const QString& name, const PixelRect& rect) {
+    m_ScreenRects.push_back({rect.left, rect.top, rect.right, rect.bottom, name});
+}
+
 void CCanvas::AddScreenRect(const QString& name, float x1, float y1, float x2, float y2) {
-    m_ScreenRects.push_back(
-        {WorldToPixelX(x1), WorldToPixelY(y1), WorldToPixelX(x2), WorldToPixelY(y2), name});
+    AddScreenRect(name, {WorldToPixelX(x1), WorldToPixelY(y1), WorldToPixelX(x2), WorldToPixelY(y2)});
 }
 
 const SCREENRECT* CCanvas::HitTest(int x, int y) const {

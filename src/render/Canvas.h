@@ -71,7 +71,9 @@ public:
     // LineTo calls since BeginDraw.
     int GetLineCount() const { return m_nLines; }
 
-    // Registers a clickable rectangle given in world coordinates.
+    // Registers a clickable rectangle, given in pixels or in world coordinates; its right and bottom edges
+    // belong to it.
+    void AddScreenRect(const QString& name, const PixelRect& rect);
     void AddScreenRect(const QString& name, float x1, float y1, float x2, float y2);
     // The first that holds the point, the first of that name; null when there is none. Valid until the next
     // frame.

@@ -13,6 +13,10 @@ namespace {
 
 using Metrics = LayoutMetrics;
 
+// Free pixels between a value and its unit, and between the cells of two on/off signals.
+constexpr int kValueGap = 4;
+constexpr int kCellGap = 2;
+
 // Walks the sets shown in a console box: visit(set, column, row), two on/off signals to a row. Returns the
 // rows.
 template <class Visitor>
@@ -35,28 +39,26 @@ int ForEachConsoleCell(const CGraphDataGroup& group, Visitor visit) {
     return column == 0 ? row : row + 1;
 }
 
-float World(int pixel) {
-    return static_cast<float>(pixel);
-}
-
 // The value as the console prints it: a blank, then fixed-point digits.
-QString ValueText(double value, int precision) {
+QString ValueText(const CGraphDataSet& set, const CursorPair& cursors) {
+    const auto value = static_cast<float>(set.GetScaledValue(cursors.cursor, cursors.fixedCursor));
     std::array<char, support::FixedTextCapacity> buffer;
-    const std::string_view digits = support::FormatFixed(buffer, static_cast<float>(value), precision);
+    const std::string_view digits = support::FormatFixed(buffer, value, set.GetPrecision());
     return QLatin1Char(' ') + QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size()));
 }
 
 } // namespace
 
-CConsole::CConsole(CGraphDrawingContext& context, bool onLeft)
-    : m_Context(context),
-      m_nLeft(onLeft ? context.GetClient().left + Metrics::kConsoleMargin
-                     : context.GetClient().right - context.m_Console.width - Metrics::kConsoleMargin) {
-    int y = context.GetClient().top + Metrics::kConsoleMargin;
-    for (const auto& group : context.GetData().GetGroups()) {
+CConsole::CConsole(const CGraphData& data, const PixelRect& client, const ConsoleMetrics& metrics,
+                   bool onLeft)
+    : m_Client(client), m_Metrics(metrics),
+      m_nLeft(onLeft ? client.left + Metrics::kConsoleMargin
+                     : client.right - metrics.width - Metrics::kConsoleMargin) {
+    int y = client.top + Metrics::kConsoleMargin;
+    for (const auto& group : data.GetGroups()) {
         if (!group->IsDisplayedInConsole())
             continue;
-        if (y >= context.GetClient().bottom)
+        if (y >= client.bottom)
             break;
         // The first box goes without a name row, though its line count includes one.
         const int bodyTop = m_Boxes.empty() ? y : y + Metrics::kConsoleLineHeight;
@@ -71,85 +73,80 @@ QRegion CConsole::GetRegion() const {
     QRegion region;
     for (const Box& box : m_Boxes) {
         const int top = box.end - (box.group->m_nConsoleLines + 1) * Metrics::kConsoleLineHeight;
-        region += QRect(m_nLeft, top, m_Context.m_Console.width, box.end + 2 - top);
+        region += PixelRect{m_nLeft, top, GetRight(), box.end + 2}.ToQRect();
     }
     return region;
 }
 
-void CConsole::Draw(CCanvas& canvas, const CursorPair& cursors) {
-    for (const Box& box : m_Boxes)
-        DrawBox(canvas, box, cursors);
-}
-
-void CConsole::DrawBox(CCanvas& canvas, const Box& box, const CursorPair& cursors) {
-    CPixelPainter& painter = m_Context.Painter();
-    painter.SetPen(m_Context.Colors().consoleFrame);
-    painter.SetBrush(m_Context.Colors().consoleFill);
-    const int right = m_nLeft + m_Context.m_Console.width;
-    if (box.bodyTop != box.top) {
-        canvas.Rectangle(World(m_nLeft), World(box.top), World(right), World(box.bodyTop));
-        painter.SetTextColor(m_Context.Colors().consoleGroupName);
-        TextAt(canvas, m_nLeft + Metrics::kConsoleIndent, box.top, box.group->m_strName);
-    }
-    const int bodyHeight = Metrics::kConsoleLineHeight * box.group->m_nConsoleLines + 2;
-    canvas.Rectangle(World(m_nLeft), World(box.bodyTop), World(right), World(box.bodyTop + bodyHeight));
-    DrawRows(canvas, box, cursors);
-}
-
-void CConsole::DrawRows(CCanvas& canvas, const Box& box, const CursorPair& cursors) {
+template <class Visitor>
+void CConsole::ForEachVisibleCell(const Box& box, Visitor visit) const {
     ForEachConsoleCell(*box.group, [&](const CGraphDataSet& set, int column, int row) {
         const int y = box.bodyTop + row * Metrics::kConsoleLineHeight;
-        if (y >= m_Context.GetClient().bottom)
-            return;
-        if (set.IsBinary())
-            DrawBitCell(canvas, set, column, y + 1, cursors.cursor);
-        else
-            DrawValueRow(canvas, set, y, cursors);
+        if (y < m_Client.bottom)
+            visit(set, column, y);
     });
 }
 
-void CConsole::DrawValueRow(CCanvas& canvas, const CGraphDataSet& set, int y, const CursorPair& cursors) {
-    CPixelPainter& painter = m_Context.Painter();
-    const ConsoleMetrics& console = m_Context.m_Console;
-    const int nameX = m_nLeft + Metrics::kConsoleIndent;
-    const int valueX = nameX + console.widestName;
-    const int unitX = valueX + console.numberWidth;
-    const QString value =
-        ValueText(set.GetScaledValue(cursors.cursor, cursors.fixedCursor), set.GetPrecision());
-
-    const int textX = unitX - 4 - painter.TextWidth(value);
-
-    painter.SetTextColor(ToQColor(set.GetColor()));
-    TextAt(canvas, nameX, y, set.GetName());
-    TextAt(canvas, textX, y, value);
-    TextAt(canvas, unitX, y - 1, set.GetUnit());
-    // A value too wide for its column belongs to its cell all the same, so that no digit of it stays behind.
-    canvas.AddScreenRect(kValueRect, World(std::min(valueX, textX)), World(y + 1), World(unitX),
-                         World(y + Metrics::kConsoleLineHeight));
+void CConsole::Draw(CGraphDrawingContext& context, CCanvas& canvas, const CursorPair& cursors) const {
+    const Pass pass{context, canvas, cursors};
+    for (const Box& box : m_Boxes)
+        DrawBox(pass, box);
 }
 
-void CConsole::DrawBitCell(CCanvas& canvas, const CGraphDataSet& set, int column, int y, int cursor) {
-    CPixelPainter& painter = m_Context.Painter();
-    const int columnWidth =
-        (m_Context.m_Console.width - 2 * Metrics::kConsoleIndent) / Metrics::kBinariesPerRow;
-    const int x = columnWidth * column + Metrics::kConsoleIndent + m_nLeft + 2;
+void CConsole::DrawBox(const Pass& pass, const Box& box) const {
+    CPixelPainter& painter = pass.context.GetPainter();
+    const ColorScheme& colors = pass.context.GetColors();
+    painter.SetPen(colors.consoleFrame);
+    painter.SetBrush(colors.consoleFill);
+    if (box.bodyTop != box.top) {
+        painter.Rectangle({m_nLeft, box.top, GetRight(), box.bodyTop});
+        painter.SetTextColor(colors.consoleGroupName);
+        painter.Text(m_nLeft + Metrics::kConsoleIndent, box.top, box.group->m_strName);
+    }
+    const int bodyHeight = Metrics::kConsoleLineHeight * box.group->m_nConsoleLines + 2;
+    painter.Rectangle({m_nLeft, box.bodyTop, GetRight(), box.bodyTop + bodyHeight});
+    ForEachVisibleCell(box, [&](const CGraphDataSet& set, int column, int y) {
+        if (set.IsBinary())
+            DrawBitCell(pass, set, column, y + 1);
+        else
+            DrawValueRow(pass, set, y);
+    });
+}
+
+void CConsole::DrawValueRow(const Pass& pass, const CGraphDataSet& set, int y) const {
+    CPixelPainter& painter = pass.context.GetPainter();
+    const int nameX = m_nLeft + Metrics::kConsoleIndent;
+    const int valueX = nameX + m_Metrics.widestName;
+    const int unitX = valueX + m_Metrics.numberWidth;
+    const QString value = ValueText(set, pass.cursors);
+    const int textX = unitX - kValueGap - painter.TextWidth(value);
+
+    painter.SetTextColor(ToQColor(set.GetColor()));
+    painter.Text(nameX, y, set.GetName());
+    painter.Text(textX, y, value);
+    painter.Text(unitX, y - 1, set.GetUnit());
+    // A value too wide for its column belongs to its cell all the same, so that no digit of it stays behind.
+    pass.canvas.AddScreenRect(kValueRect,
+                              {std::min(valueX, textX), y + 1, unitX, y + Metrics::kConsoleLineHeight});
+}
+
+void CConsole::DrawBitCell(const Pass& pass, const CGraphDataSet& set, int column, int y) const {
+    CPixelPainter& painter = pass.context.GetPainter();
+    const int columnWidth = (m_Metrics.width - 2 * Metrics::kConsoleIndent) / Metrics::kBinariesPerRow;
+    const int x = columnWidth * column + Metrics::kConsoleIndent + m_nLeft + kCellGap;
+    const PixelRect cell{x - 1, y, x + painter.TextWidth(set.GetName()) + kCellGap,
+                         y + CPixelPainter::kTextHeight};
     const QColor color = ToQColor(set.GetColor());
-    const bool on = set.GetValue(cursor, kNoReference) != 0.0;
-    painter.SetTextColor(on ? m_Context.Colors().background : color);
+    const bool on = set.GetValue(pass.cursors.cursor, kNoReference) != 0.0;
+    painter.SetTextColor(on ? pass.context.GetColors().background : color);
     painter.SetTextBackground(on ? color : QColor());
-    const PixelRect cell{x - 1, y, x + painter.TextWidth(set.GetName()) + 2, y + CPixelPainter::kTextHeight};
     // A step repaints the cell alone: accents that reach out of it would keep the colour of the state before.
     const QRegion clip = painter.GetClip();
     painter.SetClip(clip & cell.ToQRect());
-    TextAt(canvas, x, y, set.GetName());
+    painter.Text(x, y, set.GetName());
     painter.SetClip(clip);
     painter.SetTextBackground(QColor());
-    canvas.AddScreenRect(kValueRect, World(cell.left), World(cell.top), World(cell.right),
-                         World(cell.bottom));
-}
-
-void CConsole::TextAt(CCanvas& canvas, int x, int y, const QString& text) {
-    canvas.TextOut(World(x), World(y), text);
+    pass.canvas.AddScreenRect(kValueRect, cell);
 }
 
 } // namespace Tracelyn

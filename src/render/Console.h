@@ -1,7 +1,8 @@
-// The floating box that lists every signal's value at the cursor.
+// The floating box that lists every signal's value at the cursor. It is laid out and drawn in pixels.
 #pragma once
 
 #include "render/GraphDrawingContext.h"
+#include "render/GraphLayout.h"
 
 #include <QRegion>
 
@@ -18,17 +19,17 @@ struct CursorPair {
     int fixedCursor;
 };
 
+// Borrows the groups of the model and lives as long as they do not change.
 class CConsole {
 public:
-    // Places the boxes of all groups shown in the console; the layout has measured the context's console
+    // Places a box for every group shown in the console. MeasureConsole has counted their lines and given the
     // metrics.
-    CConsole(CGraphDrawingContext& context, bool onLeft);
+    CConsole(const CGraphData& data, const PixelRect& client, const ConsoleMetrics& metrics, bool onLeft);
 
     // The pixels that belong to the console: nothing else may be drawn there.
     QRegion GetRegion() const;
-    // Draws the boxes and registers the value cells with the canvas, whose mapping must be the identity. What
-    // lies below the window is left out.
-    void Draw(CCanvas& canvas, const CursorPair& cursors);
+    // Draws the boxes and registers the value cells with the canvas. What lies below the window is left out.
+    void Draw(CGraphDrawingContext& context, CCanvas& canvas, const CursorPair& cursors) const;
 
 private:
     struct Box {
@@ -40,13 +41,23 @@ private:
         int end;
     };
 
-    void DrawBox(CCanvas& canvas, const Box& box, const CursorPair& cursors);
-    void DrawRows(CCanvas& canvas, const Box& box, const CursorPair& cursors);
-    void DrawValueRow(CCanvas& canvas, const CGraphDataSet& set, int y, const CursorPair& cursors);
-    void DrawBitCell(CCanvas& canvas, const CGraphDataSet& set, int column, int y, int cursor);
-    void TextAt(CCanvas& canvas, int x, int y, const QString& text);
+    // What a frame draws the boxes with.
+    struct Pass {
+        CGraphDrawingContext& context;
+        CCanvas& canvas;
+        CursorPair cursors;
+    };
 
-    CGraphDrawingContext& m_Context;
+    void DrawBox(const Pass& pass, const Box& box) const;
+    void DrawValueRow(const Pass& pass, const CGraphDataSet& set, int y) const;
+    void DrawBitCell(const Pass& pass, const CGraphDataSet& set, int column, int y) const;
+    // Calls visit(set, column, y) for every row and every cell of a row that begins inside the client area.
+    template <class Visitor>
+    void ForEachVisibleCell(const Box& box, Visitor visit) const;
+    int GetRight() const { return m_nLeft + m_Metrics.width; }
+
+    PixelRect m_Client;
+    ConsoleMetrics m_Metrics;
     int m_nLeft;
     std::vector<Box> m_Boxes;
 };

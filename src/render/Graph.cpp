@@ -28,26 +28,23 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& inva
     const PixelRect client = window.GetClientRect();
     if (!m_Font)
         m_Font.emplace();
-    CGraphDrawingContext context(painter, *m_Font, client, invalid, m_Data, m_bDarkScheme);
     UpdateScrollBar(window);
     std::vector<SCREENRECT> valuesBefore;
     m_Canvas.CollectScreenRects(kValueRect, valuesBefore);
 
     LayoutBands(m_Data, client);
-    context.m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->Width(text); });
+    const ConsoleMetrics metrics =
+        MeasureConsole(m_Data, [&](const QString& text) { return m_Font->Width(text); });
     m_nLastIndex = m_Data.GetMaxCount() - 1;
     if (m_bResetPending)
         ResetRange(client);
 
-    m_Canvas.BeginDraw(context.Painter(), client);
-    // The console is drawn in pixels.
-    const auto asFloat = [](int pixel) { return static_cast<float>(pixel); };
-    m_Canvas.SetMapping(
-        client, {asFloat(client.left), asFloat(client.top), asFloat(client.right), asFloat(client.bottom)});
+    CGraphDrawingContext context(painter, *m_Font, client, invalid, m_Data, m_bDarkScheme);
+    m_Canvas.BeginDraw(context.GetPainter(), client);
     if (m_Data.HasData())
-        DrawContents(context);
+        DrawContents(context, CConsole(m_Data, client, metrics, m_bConsoleOnLeft));
     else
-        context.Painter().Fill(client, context.Colors().background);
+        context.GetPainter().Fill(client, context.GetColors().background);
     m_Canvas.EndDraw();
     if (invalid != client)
         InvalidateResizedValues(window, valuesBefore);
@@ -73,10 +70,9 @@ void CGraph::ResetRange(const PixelRect& client) {
     m_bResetPending = false;
 }
 
-void CGraph::DrawContents(CGraphDrawingContext& context) {
-    CPixelPainter& painter = context.Painter();
+void CGraph::DrawContents(CGraphDrawingContext& context, const CConsole& console) {
+    CPixelPainter& painter = context.GetPainter();
     const PixelRect& client = context.GetClient();
-    CConsole console(context, m_bConsoleOnLeft);
     const QRegion consoleRegion = console.GetRegion();
     QRegion frame(client.ToQRect());
     // Without contents the plots keep the pixels they have, also where a long name reaches out of the
@@ -85,13 +81,13 @@ void CGraph::DrawContents(CGraphDrawingContext& context) {
         frame = (frame - CGroupDrawing::ExpandedBands(context)) + consoleRegion;
     // Some pixels between the console's boxes belong neither to it nor to a band.
     painter.SetClip(frame & Widened(consoleRegion));
-    painter.Fill(client, context.Colors().background);
+    painter.Fill(client, context.GetColors().background);
     painter.SetClip(frame);
-    console.Draw(m_Canvas, {m_nCursor, m_nFixedCursor});
+    console.Draw(context, m_Canvas, {m_nCursor, m_nFixedCursor});
 
     const QRegion clip = frame - consoleRegion;
     painter.SetClip(clip);
-    painter.Fill(client, context.Colors().background);
+    painter.Fill(client, context.GetColors().background);
     CGroupDrawing(context, m_Canvas, clip, m_bDrawContents).Draw();
     DrawCursorLines(context);
 }
@@ -100,14 +96,14 @@ void CGraph::DrawCursorLines(CGraphDrawingContext& context) {
     const WorldRect& visible = m_Canvas.GetVisible();
     m_Canvas.SetMapping(context.GetClient(), visible);
     const auto drawLine = [&](int index, const QColor& color) {
-        context.Painter().SetPen(color);
+        context.GetPainter().SetPen(color);
         m_Canvas.MoveTo(static_cast<float>(index), visible.y1);
         m_Canvas.LineTo(static_cast<float>(index), visible.y2);
     };
     if (m_nFixedCursor != kNoReference)
-        drawLine(m_nFixedCursor, context.Colors().fixedCursor);
-    drawLine(m_nCursor, context.Colors().cursor);
-    context.Painter().Flush();
+        drawLine(m_nFixedCursor, context.GetColors().fixedCursor);
+    drawLine(m_nCursor, context.GetColors().cursor);
+    context.GetPainter().Flush();
 }
 
 void CGraph::Clear() {

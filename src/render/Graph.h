@@ -18,6 +18,7 @@ class QRegion;
 
 namespace Tracelyn {
 
+class CConsole;
 class CCsvFile;
 class CGraphDrawingContext;
 
@@ -103,7 +104,7 @@ public:
 
 private:
     void ResetRange(const PixelRect& client);
-    void DrawContents(CGraphDrawingContext& context);
+    void DrawContents(CGraphDrawingContext& context, const CConsole& console);
     void DrawCursorLines(CGraphDrawingContext& context);
     void InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
     // The pixel column of a sample in the last frame.

@@ -37,7 +37,7 @@ const ColorScheme& ColorScheme::Light() {
 }
 
 CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
-                                           const PixelRect& invalid, CGraphData& data, bool dark)
+                                           const PixelRect& invalid, const CGraphData& data, bool dark)
     : m_Data(data), m_Client(client), m_Invalid(invalid),
       m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()), m_Painter(painter, font, invalid) {
     m_Painter.SetClip(client.ToQRect());

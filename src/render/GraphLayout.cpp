@@ -3,6 +3,8 @@
 #include "model/GraphData.h"
 #include "support/Limits.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <cstdint>
 
@@ -52,7 +54,7 @@ int ProportionalHeight(const CGraphDataGroup& group, int64_t available, int64_t 
 
 } // namespace
 
-void LayoutBands(const CGraphData& data, const PixelRect& client) {
+void LayoutBands(CGraphData& data, const PixelRect& client) {
     int64_t available = client.GetHeight() + Metrics::kSeparatorLines;
     int64_t totalRatio = 0;
     for (const auto& group : data.GetGroups()) {
@@ -92,7 +94,7 @@ void LayoutBands(const CGraphData& data, const PixelRect& client) {
     }
 }
 
-ConsoleMetrics MeasureConsole(const CGraphData& data, const std::function<int(const QString&)>& textWidth) {
+ConsoleMetrics MeasureConsole(CGraphData& data, const std::function<int(const QString&)>& textWidth) {
     ConsoleMetrics console;
     int64_t charactersLeft = support::limits::kConsoleTexts;
     const auto widen = [&](int& widest, const QString& text) {

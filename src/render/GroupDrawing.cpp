@@ -4,6 +4,7 @@
 #include "model/MinMax.h"
 #include "render/Canvas.h"
 #include "render/CurveDrawing.h"
+#include "render/GraphLayout.h"
 
 #include <limits>
 
@@ -50,7 +51,7 @@ void CGroupDrawing::Draw() {
         const PixelRect band = BandRect(m_Context, *group);
         if (band.top >= m_Context.GetClient().bottom)
             break;
-        m_Context.Painter().SetClip(m_Clip & band.ToQRect());
+        m_Context.GetPainter().SetClip(m_Clip & band.ToQRect());
         DrawHeader(*group);
         if (!group->m_bExpanded || !m_bWithContents)
             continue;
@@ -59,12 +60,12 @@ void CGroupDrawing::Draw() {
         else
             DrawSharedPlot(*group);
     }
-    m_Context.Painter().SetClip(m_Clip);
+    m_Context.GetPainter().SetClip(m_Clip);
 }
 
 void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
-    CPixelPainter& painter = m_Context.Painter();
-    const ColorScheme& colors = m_Context.Colors();
+    CPixelPainter& painter = m_Context.GetPainter();
+    const ColorScheme& colors = m_Context.GetColors();
     const PixelRect band = BandRect(m_Context, group);
     const auto left = static_cast<float>(m_Context.GetClient().left);
     m_Canvas.SetMapping(
@@ -144,7 +145,7 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
 void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
     const WorldRect& visible = m_Canvas.GetVisible();
     m_Canvas.SetMapping(plot, {visible.x1, top, visible.x2, bottom});
-    DrawCurve(m_Canvas, m_Context.Painter(), set, m_Context.GetClient(), m_Context.GetInvalid());
+    DrawCurve(m_Canvas, m_Context.GetPainter(), set, m_Context.GetClient(), m_Context.GetInvalid());
 }
 
 MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
