@@ -5,7 +5,6 @@
 
 #include <QPaintEngine>
 #include <QPainter>
-#include <QRegion>
 
 #include <utility>
 
@@ -21,21 +20,23 @@ class StripWindow : public COffscreenWindow {
 public:
     explicit StripWindow(CGraph& graph) : COffscreenWindow(kSize), m_Graph(graph), m_Picture(Paint(graph)) {}
 
-    void Invalidate(const PixelRect& area) override { m_Invalid += area.ToQRect() & QRect(QPoint(), kSize); }
-    void Invalidate() override { m_Invalid = QRect(QPoint(), kSize); }
+    void Invalidate(const PixelRect& area, Contents contents) override {
+        m_Invalid.Add(area.ToQRect() & QRect(QPoint(), kSize), contents);
+    }
+    void Invalidate() override { m_Invalid = PaintArea(QRect(QPoint(), kSize)); }
     void UpdateNow() override {
-        if (m_Invalid.isEmpty())
+        if (m_Invalid.IsEmpty())
             return;
-        const QRegion area = std::exchange(m_Invalid, {});
+        const PaintArea area = std::exchange(m_Invalid, {});
         QPainter painter(&m_Picture);
-        painter.paintEngine()->setSystemClip(area);
-        m_Graph.Draw(*this, painter, PixelRect::From(area.boundingRect()));
+        painter.paintEngine()->setSystemClip(area.GetRegion());
+        m_Graph.Draw(*this, painter, area);
     }
 
 private:
     CGraph& m_Graph;
     QImage m_Picture;
-    QRegion m_Invalid;
+    PaintArea m_Invalid;
 };
 
 // The given frame after a load of the recording, the first being number 0.

@@ -49,7 +49,7 @@ void Step(CGraph& graph, RecordingWindow& window, unsigned action, unsigned amou
         graph.RememberGroupStates();
         return graph.RestoreGroupStates();
     default:
-        return window.Invalidate({x / 2, y / 2, x + 1, y + 1});
+        return window.Invalidate({x / 2, y / 2, x + 1, y + 1}, Contents::Draw);
     }
 }
 

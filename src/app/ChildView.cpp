@@ -13,6 +13,7 @@
 
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -180,9 +181,12 @@ void CChildView::ToggleGroupByDigit(int digit) {
 }
 
 void CChildView::paintEvent(QPaintEvent* event) {
-    m_Invalid = {};
+    PaintArea area = std::exchange(m_Invalid, {});
+    // Asked for more than was marked, the window has lost pixels: they all come back with their contents.
+    if (event->region() != area.GetRegion())
+        area = PaintArea(event->region());
     QPainter painter(viewport());
-    m_Graph.Draw(*this, painter, PixelRect::From(event->rect()));
+    m_Graph.Draw(*this, painter, area);
 }
 
 void CChildView::mousePressEvent(QMouseEvent* event) {
@@ -238,25 +242,26 @@ PixelRect CChildView::GetClientRect() const {
     return PixelRect::From(viewport()->rect());
 }
 
-void CChildView::Invalidate(const PixelRect& area) {
+void CChildView::Invalidate(const PixelRect& area, Contents contents) {
     QRect rect = area.ToQRect();
     // Between whole scale factors a pixel of the picture ends inside one of the screen.
     const double scale = viewport()->devicePixelRatioF();
     if (scale != std::floor(scale))
         rect.adjust(-1, -1, 1, 1);
     rect &= viewport()->rect();
-    m_Invalid += rect;
+    m_Invalid.Add(rect, contents);
     viewport()->update(rect);
 }
 
 void CChildView::Invalidate() {
-    m_Invalid = viewport()->rect();
+    m_Invalid = PaintArea(viewport()->rect());
     viewport()->update();
 }
 
 void CChildView::UpdateNow() {
-    if (!m_Invalid.isEmpty())
-        viewport()->repaint(QRegion(m_Invalid));
+    // Painting takes the area, so the toolkit gets a copy.
+    if (!m_Invalid.IsEmpty())
+        viewport()->repaint(QRegion(m_Invalid.GetRegion()));
 }
 
 void CChildView::SetScrollBar(const ScrollBarState& state) {

@@ -9,7 +9,6 @@
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QPoint>
-#include <QRegion>
 
 namespace Tracelyn {
 
@@ -56,7 +55,7 @@ protected:
 
 private:
     PixelRect GetClientRect() const override;
-    void Invalidate(const PixelRect& area) override;
+    void Invalidate(const PixelRect& area, Contents contents) override;
     void Invalidate() override;
     void UpdateNow() override;
     void SetScrollBar(const ScrollBarState& state) override;
@@ -70,7 +69,7 @@ private:
     QPoint m_LastMouse;
     QBasicTimer m_Timer;
     // What was invalidated and not painted yet.
-    QRegion m_Invalid;
+    PaintArea m_Invalid;
 };
 
 } // namespace Tracelyn

@@ -87,6 +87,25 @@ void CConsole::ForEachVisibleCell(const Box& box, Visitor visit) const {
     });
 }
 
+PixelRect CConsole::GetValueCell(int y, int valueWidth) const {
+    const int textX = GetUnitX() - kValueGap - valueWidth;
+    return {std::min(GetValueX(), textX), y + 1, GetUnitX(), y + Metrics::kConsoleLineHeight};
+}
+
+std::vector<PixelRect> CConsole::GetWideCells(CSmallFont& font, const CursorPair& cursors) const {
+    std::vector<PixelRect> cells;
+    const auto addWide = [&](const CGraphDataSet& set, int /*column*/, int y) {
+        if (set.IsBinary())
+            return;
+        const PixelRect cell = GetValueCell(y, font.Width(ValueText(set, cursors)));
+        if (cell.left < GetValueX())
+            cells.push_back(cell);
+    };
+    for (const Box& box : m_Boxes)
+        ForEachVisibleCell(box, addWide);
+    return cells;
+}
+
 void CConsole::Draw(CGraphDrawingContext& context, CCanvas& canvas, const CursorPair& cursors) const {
     const Pass pass{context, canvas, cursors};
     for (const Box& box : m_Boxes)
@@ -115,19 +134,14 @@ void CConsole::DrawBox(const Pass& pass, const Box& box) const {
 
 void CConsole::DrawValueRow(const Pass& pass, const CGraphDataSet& set, int y) const {
     CPixelPainter& painter = pass.context.GetPainter();
-    const int nameX = m_nLeft + Metrics::kConsoleIndent;
-    const int valueX = nameX + m_Metrics.widestName;
-    const int unitX = valueX + m_Metrics.numberWidth;
     const QString value = ValueText(set, pass.cursors);
-    const int textX = unitX - kValueGap - painter.TextWidth(value);
+    const int width = painter.TextWidth(value);
 
     painter.SetTextColor(ToQColor(set.GetColor()));
-    painter.Text(nameX, y, set.GetName());
-    painter.Text(textX, y, value);
-    painter.Text(unitX, y - 1, set.GetUnit());
-    // A value too wide for its column belongs to its cell all the same, so that no digit of it stays behind.
-    pass.canvas.AddScreenRect(kValueRect,
-                              {std::min(valueX, textX), y + 1, unitX, y + Metrics::kConsoleLineHeight});
+    painter.Text(m_nLeft + Metrics::kConsoleIndent, y, set.GetName());
+    painter.Text(GetUnitX() - kValueGap - width, y, value);
+    painter.Text(GetUnitX(), y - 1, set.GetUnit());
+    pass.canvas.AddScreenRect(kValueRect, GetValueCell(y, width));
 }
 
 void CConsole::DrawBitCell(const Pass& pass, const CGraphDataSet& set, int column, int y) const {

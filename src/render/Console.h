@@ -28,6 +28,8 @@ public:
 
     // The pixels that belong to the console: nothing else may be drawn there.
     QRegion GetRegion() const;
+    // The cells of the values that are too wide for their column.
+    std::vector<PixelRect> GetWideCells(CSmallFont& font, const CursorPair& cursors) const;
     // Draws the boxes and registers the value cells with the canvas. What lies below the window is left out.
     void Draw(CGraphDrawingContext& context, CCanvas& canvas, const CursorPair& cursors) const;
 
@@ -55,6 +57,11 @@ private:
     template <class Visitor>
     void ForEachVisibleCell(const Box& box, Visitor visit) const;
     int GetRight() const { return m_nLeft + m_Metrics.width; }
+    int GetValueX() const { return m_nLeft + LayoutMetrics::kConsoleIndent + m_Metrics.widestName; }
+    int GetUnitX() const { return GetValueX() + m_Metrics.numberWidth; }
+    // Of the value row at y. A value too wide for its column belongs to the cell all the same, so that no
+    // digit of it stays behind.
+    PixelRect GetValueCell(int y, int valueWidth) const;
 
     PixelRect m_Client;
     ConsoleMetrics m_Metrics;

@@ -5,6 +5,8 @@
 #include "render/GraphDrawingContext.h"
 #include "render/PixelPainter.h"
 
+#include <QRegion>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -18,26 +20,25 @@ namespace {
 constexpr int kOverlap = 2;
 constexpr int kMinimumSpan = 5;
 
-// The samples a frame looks at: from, from + step, ... below `last`, and `last` itself at the end. A partial
-// repaint starts at a later one of them and may stop at `until`, when everything invalid lies before it.
+// The samples a frame looks at: from, from + step, ... below `last`, and `last` itself at the end. For a
+// range of columns the walk starts at a later one of them and may stop behind `until`, when it has left the
+// range.
 struct SampleWalk {
     int64_t from;
     int64_t until;
     int64_t last;
     int step;
-
-    bool ReachesLast() const { return until >= last; }
 };
 
-SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const PixelRect& invalid) {
+SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const ColumnRange& columns) {
     const int step = mapping.GetSamplesPerPixel();
     const int64_t first = std::max(0, mapping.PixelToIndex(client.left - kOverlap));
     const int64_t last =
         std::max<int64_t>(mapping.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
-    const int64_t firstInvalid = mapping.PixelToIndex(invalid.left - kOverlap);
-    const int64_t lastInvalid = mapping.PixelToIndex(invalid.right + kOverlap);
-    const int64_t skipped = std::max<int64_t>(0, (firstInvalid - first) / step - 1);
-    return {first + std::min(skipped, (last - 1 - first) / step) * step, lastInvalid + step, last, step};
+    const int64_t firstNeeded = mapping.PixelToIndex(columns.left - kOverlap);
+    const int64_t lastNeeded = mapping.PixelToIndex(columns.right + kOverlap);
+    const int64_t skipped = std::max<int64_t>(0, (firstNeeded - first) / step - 1);
+    return {first + std::min(skipped, (last - 1 - first) / step) * step, lastNeeded + step, last, step};
 }
 
 // Reads the samples of a walk some at a time.
@@ -46,10 +47,10 @@ public:
     SampleCursor(const CGraphDataSet& set, const SampleWalk& walk)
         : m_Set(set), m_Walk(walk), m_nIndex(walk.from) {}
 
-    int64_t Index() const { return m_nIndex; }
+    int64_t GetIndex() const { return m_nIndex; }
     // More samples before the last one.
     bool HasMore() const { return m_nIndex < m_Walk.last; }
-    bool IsPastInvalid() const { return m_nIndex > m_Walk.until; }
+    bool IsPastNeeded() const { return m_nIndex > m_Walk.until; }
     double Take() {
         if (m_nUsed == m_nFilled)
             Refill();
@@ -81,19 +82,19 @@ float World(int64_t index) {
 // Runs of equal values become one horizontal line, every change one sloped line.
 void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
     SampleCursor samples(set, walk);
-    int64_t index = samples.Index();
+    int64_t index = samples.GetIndex();
     double previous = samples.Take();
     canvas.MoveTo(World(index), static_cast<float>(previous));
     while (samples.HasMore()) {
         const int64_t before = index;
-        index = samples.Index();
+        index = samples.GetIndex();
         const double value = samples.Take();
         if (value != previous) {
             canvas.LineTo(World(before), static_cast<float>(previous));
             canvas.LineTo(World(index), static_cast<float>(value));
             previous = value;
         }
-        if (samples.IsPastInvalid()) {
+        if (samples.IsPastNeeded()) {
             canvas.LineTo(World(index), static_cast<float>(previous));
             return;
         }
@@ -111,10 +112,11 @@ void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk)
     const int64_t half = walk.step / 2;
     const auto isOn = [](double value) { return value >= 0.5; };
     std::optional<int64_t> onSince;
-    if (const int64_t index = samples.Index(); isOn(samples.Take()))
+    int64_t index = samples.GetIndex();
+    if (isOn(samples.Take()))
         onSince = index;
-    while (samples.HasMore() && !samples.IsPastInvalid()) {
-        const int64_t index = samples.Index();
+    while (samples.HasMore() && !samples.IsPastNeeded()) {
+        index = samples.GetIndex();
         const bool on = isOn(samples.Take());
         if (!on && onSince) {
             canvas.Rectangle(World(*onSince), 0.0F, World(index - half), 1.0F);
@@ -123,22 +125,42 @@ void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk)
             onSince = std::max(walk.from, index - half);
         }
     }
+    // Behind the last sample that was looked at the signal may be off.
+    const int64_t end = samples.HasMore() ? index : walk.last;
     if (onSince)
-        canvas.Rectangle(World(*onSince), 0.0F, World(walk.last), 1.0F);
+        canvas.Rectangle(World(*onSince), 0.0F, World(end), 1.0F);
 }
 
 } // namespace
 
+std::vector<ColumnRange> ColumnsOf(const QRegion& region) {
+    std::vector<ColumnRange> ranges;
+    for (const QRect& rect : region)
+        ranges.push_back({rect.x(), rect.x() + rect.width()});
+    std::ranges::sort(ranges, {}, &ColumnRange::left);
+    std::vector<ColumnRange> joined;
+    for (const ColumnRange& range : ranges) {
+        // Walks that overlap would draw the samples between them twice.
+        if (!joined.empty() && range.left <= joined.back().right + 2 * kOverlap)
+            joined.back().right = std::max(joined.back().right, range.right);
+        else
+            joined.push_back(range);
+    }
+    return joined;
+}
+
 void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set, const PixelRect& client,
-               const PixelRect& invalid) {
-    const SampleWalk walk = WalkFor(canvas.GetMapping(), client, invalid);
+               std::span<const ColumnRange> columns) {
     const QColor color = ToQColor(set.GetColor());
     painter.SetPen(color);
     painter.SetBrush(color);
-    if (set.IsBinary())
-        DrawLane(canvas, set, walk);
-    else
-        DrawLine(canvas, set, walk);
+    for (const ColumnRange& range : columns) {
+        const SampleWalk walk = WalkFor(canvas.GetMapping(), client, range);
+        if (set.IsBinary())
+            DrawLane(canvas, set, walk);
+        else
+            DrawLine(canvas, set, walk);
+    }
 }
 
 } // namespace Tracelyn

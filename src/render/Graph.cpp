@@ -3,7 +3,6 @@
 #include "reader/csv/CsvExport.h"
 #include "render/Console.h"
 #include "render/GraphDrawingContext.h"
-#include "render/GraphLayout.h"
 #include "render/GroupDrawing.h"
 
 #include <QPainter>
@@ -12,54 +11,25 @@
 
 namespace Tracelyn {
 
-namespace {
-
-// One pixel more on each side: between whole scale factors a region's pixels end inside those of the screen.
-QRegion Widened(const QRegion& region) {
-    QRegion widened;
-    for (const QRect& rect : region)
-        widened += rect.adjusted(-1, -1, 1, 1);
-    return widened;
-}
-
-} // namespace
-
-void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid) {
+void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area) {
     const PixelRect client = window.GetClientRect();
     if (!m_Font)
         m_Font.emplace();
     UpdateScrollBar(window);
-    std::vector<SCREENRECT> valuesBefore;
-    m_Canvas.CollectScreenRects(kValueRect, valuesBefore);
 
     LayoutBands(m_Data, client);
-    const ConsoleMetrics metrics =
-        MeasureConsole(m_Data, [&](const QString& text) { return m_Font->Width(text); });
+    m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->Width(text); });
     m_nLastIndex = m_Data.GetMaxCount() - 1;
     if (m_bResetPending)
         ResetRange(client);
 
-    CGraphDrawingContext context(painter, *m_Font, client, invalid, m_Data, m_bDarkScheme);
+    CGraphDrawingContext context(painter, *m_Font, client, area, m_Data, m_bDarkScheme);
     m_Canvas.BeginDraw(context.GetPainter(), client);
     if (m_Data.HasData())
-        DrawContents(context, CConsole(m_Data, client, metrics, m_bConsoleOnLeft));
+        DrawContents(context, CConsole(m_Data, client, m_Console, m_bConsoleOnLeft));
     else
         context.GetPainter().Fill(client, context.GetColors().background);
     m_Canvas.EndDraw();
-    if (invalid != client)
-        InvalidateResizedValues(window, valuesBefore);
-}
-
-// A value wider than its column changes its cell's width: a frame that repaints the old cell alone would cut
-// the new value off, one that repaints the new cell would leave digits of the old value.
-void CGraph::InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const {
-    std::vector<SCREENRECT> now;
-    m_Canvas.CollectScreenRects(kValueRect, now);
-    for (size_t i = 0; i < std::min(before.size(), now.size()); ++i) {
-        if (now[i].left != before[i].left)
-            window.Invalidate(
-                {std::min(now[i].left, before[i].left), now[i].top, now[i].right, now[i].bottom});
-    }
 }
 
 void CGraph::ResetRange(const PixelRect& client) {
@@ -75,12 +45,13 @@ void CGraph::DrawContents(CGraphDrawingContext& context, const CConsole& console
     const PixelRect& client = context.GetClient();
     const QRegion consoleRegion = console.GetRegion();
     QRegion frame(client.ToQRect());
-    // Without contents the plots keep the pixels they have, also where a long name reaches out of the
-    // console.
-    if (!m_bDrawContents)
-        frame = (frame - CGroupDrawing::ExpandedBands(context)) + consoleRegion;
-    // Some pixels between the console's boxes belong neither to it nor to a band.
-    painter.SetClip(frame & Widened(consoleRegion));
+    const PaintArea& area = context.GetArea();
+    // Expanded bands keep their pixels also where a long text of the console reaches out of its boxes.
+    if (area.GetContents() != area.GetRegion())
+        frame = (frame - CGroupDrawing::GetExpandedBands(context)) + area.GetContents() + consoleRegion;
+    // Some pixels between the console's boxes belong neither to it nor to a band. One pixel more is filled on
+    // each side: between whole scale factors the region ends inside pixels of the screen.
+    painter.SetClip(frame & Widened(consoleRegion, 1));
     painter.Fill(client, context.GetColors().background);
     painter.SetClip(frame);
     console.Draw(context, m_Canvas, {m_nCursor, m_nFixedCursor});
@@ -88,7 +59,7 @@ void CGraph::DrawContents(CGraphDrawingContext& context, const CConsole& console
     const QRegion clip = frame - consoleRegion;
     painter.SetClip(clip);
     painter.Fill(client, context.GetColors().background);
-    CGroupDrawing(context, m_Canvas, clip, m_bDrawContents).Draw();
+    CGroupDrawing(context, m_Canvas, clip).Draw();
     DrawCursorLines(context);
 }
 
@@ -157,11 +128,11 @@ void CGraph::ToggleBackground(CGraphWindow& window) {
     window.Invalidate();
 }
 
-void CGraph::InvalidateScreenRects(CGraphWindow& window, const QString& name) const {
+void CGraph::InvalidateScreenRects(CGraphWindow& window, const QString& name, Contents contents) const {
     std::vector<SCREENRECT> rects;
     m_Canvas.CollectScreenRects(name, rects);
     for (const SCREENRECT& rect : rects)
-        window.Invalidate({rect.left, rect.top, rect.right, rect.bottom});
+        window.Invalidate({rect.left, rect.top, rect.right, rect.bottom}, contents);
 }
 
 void CGraph::ExportCsv(CCsvFile& file) const {

@@ -4,6 +4,7 @@
 
 #include "model/GraphData.h"
 #include "render/Canvas.h"
+#include "render/GraphLayout.h"
 #include "render/GraphWindow.h"
 #include "render/SmallFont.h"
 
@@ -14,7 +15,6 @@
 #include <vector>
 
 class QPainter;
-class QRegion;
 
 namespace Tracelyn {
 
@@ -61,8 +61,8 @@ public:
     // Largest sample count of the last paint, minus 1; -1 for an empty model.
     int GetLastIndex() const { return m_nLastIndex; }
 
-    // Draws one frame; `invalid` bounds the pixels that must be brought up to date.
-    void Draw(CGraphWindow& window, QPainter& painter, const PixelRect& invalid);
+    // Draws one frame. Beyond the area it may draw some pixels more, which the painter must cut off.
+    void Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area);
 
     // Drops the data and resets the canvas; the groups' expanded states are remembered by name.
     void Clear();
@@ -84,7 +84,8 @@ public:
     void ToggleSelectedGroup(CGraphWindow& window);
     void ToggleConsoleSide(CGraphWindow& window);
     void ToggleBackground(CGraphWindow& window);
-    void InvalidateScreenRects(CGraphWindow& window, const QString& name) const;
+    void InvalidateScreenRects(CGraphWindow& window, const QString& name,
+                               Contents contents = Contents::Draw) const;
 
     int GetCursorPosition() const { return m_nCursor; }
     // kNoReference when there is none.
@@ -106,10 +107,10 @@ private:
     void ResetRange(const PixelRect& client);
     void DrawContents(CGraphDrawingContext& context, const CConsole& console);
     void DrawCursorLines(CGraphDrawingContext& context);
-    void InvalidateResizedValues(CGraphWindow& window, const std::vector<SCREENRECT>& before) const;
     // The pixel column of a sample in the last frame.
     int GetColumn(int index) const;
     void InvalidateStrip(CGraphWindow& window, int pixelX) const;
+    void InvalidateValues(CGraphWindow& window, Contents contents);
 
     CGraphData m_Data;
     CCanvas m_Canvas;
@@ -120,7 +121,8 @@ private:
     int m_nFixedCursor = kNoReference;
     bool m_bConsoleOnLeft = false;
     int m_nLastIndex = 0;
-    bool m_bDrawContents = true;
+    // Of the last frame.
+    ConsoleMetrics m_Console;
     bool m_bDarkScheme = true;
     GroupStates m_GroupStates;
 };

@@ -37,9 +37,10 @@ const ColorScheme& ColorScheme::Light() {
 }
 
 CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
-                                           const PixelRect& invalid, const CGraphData& data, bool dark)
-    : m_Data(data), m_Client(client), m_Invalid(invalid),
-      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()), m_Painter(painter, font, invalid) {
+                                           const PaintArea& area, const CGraphData& data, bool dark)
+    : m_Data(data), m_Client(client), m_Area(area),
+      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()),
+      m_Painter(painter, font, area.GetRegion()) {
     m_Painter.SetClip(client.ToQRect());
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/GraphDataSet.h"
+#include "render/GraphWindow.h"
 #include "render/Mapping.h"
 #include "render/PixelPainter.h"
 
@@ -31,23 +32,22 @@ struct ColorScheme {
     static const ColorScheme& Light();
 };
 
-// Lives for one frame and borrows everything it names.
+// Lives for one frame and borrows the painter, the font and the model.
 class CGraphDrawingContext {
 public:
-    // `invalid` bounds the pixels that this frame must bring up to date.
-    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
-                         const PixelRect& invalid, const CGraphData& data, bool dark);
+    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client, const PaintArea& area,
+                         const CGraphData& data, bool dark);
 
     CPixelPainter& GetPainter() { return m_Painter; }
     const PixelRect& GetClient() const { return m_Client; }
-    const PixelRect& GetInvalid() const { return m_Invalid; }
+    const PaintArea& GetArea() const { return m_Area; }
     const CGraphData& GetData() const { return m_Data; }
     const ColorScheme& GetColors() const { return m_Colors; }
 
 private:
     const CGraphData& m_Data;
     PixelRect m_Client;
-    PixelRect m_Invalid;
+    PaintArea m_Area;
     const ColorScheme& m_Colors;
     CPixelPainter m_Painter;
 };

@@ -1,4 +1,5 @@
 // Cursor, zoom and scrolling of the graph.
+#include "render/Console.h"
 #include "render/FileJustOpened.h"
 #include "render/Graph.h"
 
@@ -23,12 +24,10 @@ void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
     }
     InvalidateStrip(window, oldX);
     InvalidateStrip(window, newX);
+    // A cell may reach out of the console over a plot, whose pixels the frame before has left right. After a
+    // file was opened a dialog has covered the window; the first step trusts nothing and draws the plot, too.
+    InvalidateValues(window, TakeFileJustOpened() ? Contents::Draw : Contents::Keep);
     window.UpdateNow();
-
-    m_bDrawContents = TakeFileJustOpened();
-    InvalidateScreenRects(window, kValueRect);
-    window.UpdateNow();
-    m_bDrawContents = true;
 }
 
 void CGraph::OnClick(CGraphWindow& window, unsigned buttons, int x, int y) {
@@ -43,7 +42,7 @@ void CGraph::SetFixedCursor(CGraphWindow& window, int index) {
     m_nFixedCursor = index;
     if (m_nFixedCursor != kNoReference)
         InvalidateStrip(window, GetColumn(m_nFixedCursor));
-    InvalidateScreenRects(window, kValueRect);
+    InvalidateValues(window, Contents::Draw);
 }
 
 int CGraph::GetColumn(int index) const {
@@ -52,7 +51,17 @@ int CGraph::GetColumn(int index) const {
 
 void CGraph::InvalidateStrip(CGraphWindow& window, int pixelX) const {
     const PixelRect client = window.GetClientRect();
-    window.Invalidate({pixelX, client.top, pixelX + 1, client.bottom});
+    window.Invalidate({pixelX, client.top, pixelX + 1, client.bottom}, Contents::Draw);
+}
+
+// A value too wide for its column widens its cell: both the cells that are shown and those that will be.
+void CGraph::InvalidateValues(CGraphWindow& window, Contents contents) {
+    InvalidateScreenRects(window, kValueRect, contents);
+    if (!m_Font)
+        return;
+    const CConsole console(m_Data, window.GetClientRect(), m_Console, m_bConsoleOnLeft);
+    for (const PixelRect& cell : console.GetWideCells(*m_Font, {m_nCursor, m_nFixedCursor}))
+        window.Invalidate(cell, contents);
 }
 
 void CGraph::Zoom(CGraphWindow& window, float factor) {

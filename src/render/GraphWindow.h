@@ -3,7 +3,37 @@
 
 #include "render/Mapping.h"
 
+#include <QRegion>
+
 namespace Tracelyn {
+
+// What a repaint does with the contents of an expanded group, its header and its plot: draw them, or keep the
+// pixels that the window has of them.
+enum class Contents { Draw, Keep };
+
+// The pixels that one frame brings up to date.
+class PaintArea {
+public:
+    PaintArea() = default;
+    // With all contents.
+    explicit PaintArea(const QRegion& region) : m_Region(region), m_Contents(region) {}
+
+    // Contents are drawn wherever one of the regions added asks for it.
+    void Add(const QRegion& region, Contents contents) {
+        m_Region += region;
+        if (contents == Contents::Draw)
+            m_Contents += region;
+    }
+
+    bool IsEmpty() const { return m_Region.isEmpty(); }
+    const QRegion& GetRegion() const { return m_Region; }
+    // The part of the region where contents are drawn.
+    const QRegion& GetContents() const { return m_Contents; }
+
+private:
+    QRegion m_Region;
+    QRegion m_Contents;
+};
 
 // The range and the position of the horizontal scroll bar, in sample indices. The maximum includes the page.
 struct ScrollBarState {
@@ -20,10 +50,10 @@ public:
     virtual ~CGraphWindow() = default;
 
     virtual PixelRect GetClientRect() const = 0;
-    // Marks an area, or the whole client area, for repainting.
-    virtual void Invalidate(const PixelRect& area) = 0;
+    // Marks an area, or the whole client area with its contents, for repainting.
+    virtual void Invalidate(const PixelRect& area, Contents contents) = 0;
     virtual void Invalidate() = 0;
-    // Repaints what is marked before it returns.
+    // Repaints all that is marked in one frame before it returns.
     virtual void UpdateNow() = 0;
     // Disables the bar, without hiding it, when nothing can scroll.
     virtual void SetScrollBar(const ScrollBarState& state) = 0;

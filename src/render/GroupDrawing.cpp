@@ -3,7 +3,6 @@
 #include "model/GraphData.h"
 #include "model/MinMax.h"
 #include "render/Canvas.h"
-#include "render/CurveDrawing.h"
 #include "render/GraphLayout.h"
 
 #include <limits>
@@ -35,7 +34,7 @@ bool IsDrawn(const CGraphDataSet& set) {
 
 } // namespace
 
-QRegion CGroupDrawing::ExpandedBands(const CGraphDrawingContext& context) {
+QRegion CGroupDrawing::GetExpandedBands(const CGraphDrawingContext& context) {
     QRegion region;
     for (const auto& group : context.GetData().GetGroups()) {
         if (group->IsDisplayedAsGraph() && group->m_bExpanded)
@@ -51,9 +50,13 @@ void CGroupDrawing::Draw() {
         const PixelRect band = BandRect(m_Context, *group);
         if (band.top >= m_Context.GetClient().bottom)
             break;
-        m_Context.GetPainter().SetClip(m_Clip & band.ToQRect());
+        const QRegion clip = m_Clip & band.ToQRect();
+        m_Context.GetPainter().SetClip(clip);
         DrawHeader(*group);
-        if (!group->m_bExpanded || !m_bWithContents)
+        if (!group->m_bExpanded)
+            continue;
+        m_Columns = ColumnsOf(clip & m_Context.GetArea().GetContents());
+        if (m_Columns.empty())
             continue;
         if (group->m_bSeparateSets)
             DrawSeparateRows(*group);
@@ -145,7 +148,7 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
 void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
     const WorldRect& visible = m_Canvas.GetVisible();
     m_Canvas.SetMapping(plot, {visible.x1, top, visible.x2, bottom});
-    DrawCurve(m_Canvas, m_Context.GetPainter(), set, m_Context.GetClient(), m_Context.GetInvalid());
+    DrawCurve(m_Canvas, m_Context.GetPainter(), set, m_Context.GetClient(), m_Columns);
 }
 
 MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& plot) {

@@ -1,9 +1,12 @@
 // Draws the bands of the groups: header rows and plots.
 #pragma once
 
+#include "render/CurveDrawing.h"
 #include "render/GraphDrawingContext.h"
 
 #include <QRegion>
+
+#include <vector>
 
 namespace Tracelyn {
 
@@ -14,16 +17,15 @@ struct MinMax;
 
 class CGroupDrawing {
 public:
-    // `clip` holds the pixels that bands may touch. Without contents the expanded groups get their headers
-    // only.
-    CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip, bool withContents)
-        : m_Context(context), m_Canvas(canvas), m_Clip(clip), m_bWithContents(withContents) {}
+    // `clip` holds the pixels that bands may touch.
+    CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip)
+        : m_Context(context), m_Canvas(canvas), m_Clip(clip) {}
 
     // Bands below the window are left out, clickable rectangles included.
     void Draw();
 
     // The pixels of all expanded bands.
-    static QRegion ExpandedBands(const CGraphDrawingContext& context);
+    static QRegion GetExpandedBands(const CGraphDrawingContext& context);
 
 private:
     void DrawHeader(const CGraphDataGroup& group);
@@ -34,8 +36,9 @@ private:
 
     CGraphDrawingContext& m_Context;
     CCanvas& m_Canvas;
-    const QRegion& m_Clip;
-    bool m_bWithContents;
+    QRegion m_Clip;
+    // The columns of the band that is being drawn in which its plot must be brought up to date.
+    std::vector<ColumnRange> m_Columns;
 };
 
 } // namespace Tracelyn

@@ -11,6 +11,13 @@ float ScaleOf(int pixels, double world) {
 
 } // namespace
 
+QRegion Widened(const QRegion& region, int pixels) {
+    QRegion widened;
+    for (const QRect& rect : region)
+        widened += rect.adjusted(-pixels, -pixels, pixels, pixels);
+    return widened;
+}
+
 int TruncateToInt(double value) {
     constexpr double kLimit = std::numeric_limits<int>::max();
     return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -kLimit, kLimit));

@@ -4,6 +4,7 @@
 #include "support/Limits.h"
 
 #include <QRect>
+#include <QRegion>
 
 #include <algorithm>
 #include <cmath>
@@ -27,6 +28,9 @@ struct PixelRect {
     int GetHeight() const { return bottom - top; }
     bool operator==(const PixelRect&) const = default;
 };
+
+// Every rectangle of the region with so many pixels more on each side.
+QRegion Widened(const QRegion& region, int pixels);
 
 // x is in sample indices where a curve or a cursor is drawn and in pixels where a header is; y is in the unit
 // of what is drawn.

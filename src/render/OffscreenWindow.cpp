@@ -12,7 +12,7 @@ COffscreenWindow::COffscreenWindow(QSize size, double scale)
 
 const QImage& COffscreenWindow::Paint(CGraph& graph) {
     QPainter painter(&m_Image);
-    graph.Draw(*this, painter, GetClientRect());
+    graph.Draw(*this, painter, PaintArea(GetClientRect().ToQRect()));
     return m_Image;
 }
 

@@ -21,7 +21,7 @@ public:
 
     PixelRect GetClientRect() const override { return {0, 0, m_Size.width(), m_Size.height()}; }
     // The next Paint draws everything anyway, and a picture has no scroll bar.
-    void Invalidate(const PixelRect& /*area*/) override {}
+    void Invalidate(const PixelRect& /*area*/, Contents /*contents*/) override {}
     void Invalidate() override {}
     void UpdateNow() override {}
     void SetScrollBar(const ScrollBarState& /*state*/) override {}

@@ -9,6 +9,10 @@ namespace Tracelyn {
 
 namespace {
 
+// Between whole scale factors a region's pixels end inside those of the screen. Beside those of the region
+// itself some more are drawn, which the window cuts off.
+constexpr int kMargin = 2;
+
 // How far the ink of a text may reach out of its cell at either side.
 constexpr int kOverhang = 32;
 
@@ -26,8 +30,8 @@ std::optional<QRect> Joined(const QRect& a, const QRect& b) {
 
 } // namespace
 
-CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const PixelRect& invalid)
-    : m_Painter(painter), m_Font(font), m_Drawn(invalid.ToQRect().adjusted(-2, -2, 2, 2)) {
+CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
+    : m_Painter(painter), m_Font(font), m_Drawn(Widened(region, kMargin)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
     m_Painter.setFont(font.GetFont());
 }

@@ -21,8 +21,8 @@ namespace Tracelyn {
 // comes out the same whatever part of it is repainted and at every scale factor of the screen.
 class CPixelPainter {
 public:
-    // Pixels outside `invalid` need not be drawn.
-    CPixelPainter(QPainter& painter, CSmallFont& font, const PixelRect& invalid);
+    // Pixels outside the region need not be drawn.
+    CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region);
     CPixelPainter(const CPixelPainter&) = delete;
     CPixelPainter& operator=(const CPixelPainter&) = delete;
     ~CPixelPainter() { Flush(); }
@@ -57,7 +57,7 @@ private:
 
     QPainter& m_Painter;
     CSmallFont& m_Font;
-    QRect m_Drawn;
+    QRegion m_Drawn;
     QColor m_Pen = Qt::black;
     QColor m_Brush = Qt::white;
     QColor m_Text = Qt::black;

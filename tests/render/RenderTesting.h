@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace Tracelyn {
@@ -25,44 +26,42 @@ public:
     }
 
     PixelRect GetClientRect() const override { return {0, 0, m_Size.width(), m_Size.height()}; }
-    void Invalidate(const PixelRect& area) override {
-        invalid += area.ToQRect() & QRect(QPoint(), m_Size);
+    void Invalidate(const PixelRect& area, Contents contents) override {
+        invalid.Add(area.ToQRect() & QRect(QPoint(), m_Size), contents);
         areas.push_back(area);
     }
     void Invalidate() override {
-        invalid = QRect(QPoint(), m_Size);
+        invalid = PaintArea(QRect(QPoint(), m_Size));
         ++wholeInvalidations;
     }
     void UpdateNow() override {
-        painted.push_back(invalid);
-        Paint(invalid);
+        painted.push_back(invalid.GetRegion());
+        PaintInvalid();
     }
     void SetScrollBar(const ScrollBarState& state) override { scrollBar = state; }
 
-    void Paint(QRegion region) {
+    void Paint(const PaintArea& area) {
         invalid = {};
-        if (region.isEmpty())
+        if (area.IsEmpty())
             return;
         // What the frame draws outside the region must not reach the window.
         QImage frame = m_Image.copy();
         QPainter framePainter(&frame);
-        m_Graph.Draw(*this, framePainter, PixelRect::From(region.boundingRect()));
+        m_Graph.Draw(*this, framePainter, area);
         framePainter.end();
         QPainter painter(&m_Image);
-        painter.setClipRegion(region);
+        painter.setClipRegion(area.GetRegion());
         painter.drawImage(QPoint(), frame);
     }
-    void PaintAll() { Paint(QRect(QPoint(), m_Size)); }
-    // A frame may find that more must be painted.
-    void PaintInvalid() {
-        for (int i = 0; i < 3 && !invalid.isEmpty(); ++i)
-            Paint(invalid);
-    }
+    void PaintAll() { Paint(PaintArea(QRect(QPoint(), m_Size))); }
+    void PaintInvalid() { Paint(std::exchange(invalid, {})); }
+    // What is not painted again stays wrong.
+    void Spoil() { m_Image.fill(Qt::magenta); }
 
     QColor At(int x, int y) const { return m_Image.pixelColor(x, y); }
     const QImage& GetImage() const { return m_Image; }
 
-    QRegion invalid;
+    PaintArea invalid;
     std::vector<PixelRect> areas;
     std::vector<QRegion> painted;
     int wholeInvalidations = 0;
