@@ -85,7 +85,7 @@ void CheckTool(const QStringList& arguments) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text = TextOf(data, size);
-    if (CountArguments(text) > support::MaxArguments)
+    if (CountArguments(text) > support::kMaxArguments)
         return 0;
     const std::vector<std::string> arguments = support::SplitCommandLine(text);
     Require(arguments.size() == CountArguments(text), "every argument is found");

@@ -51,10 +51,10 @@ void CheckReaders(std::string_view view) {
 }
 
 void CheckWriter(float value, int precision) {
-    std::array<char, support::FixedTextCapacity> buffer;
+    std::array<char, support::kFixedTextCapacity> buffer;
     const std::string_view text = support::FormatFixed(buffer, value, precision);
-    std::array<char, support::FixedTextCapacity + 1> expected;
-    const int decimals = std::min(precision, support::MaxFixedDecimals);
+    std::array<char, support::kFixedTextCapacity + 1> expected;
+    const int decimals = std::min(precision, support::kMaxFixedDecimals);
     const int size = std::snprintf(expected.data(), expected.size(), "%1.*f", decimals, double{value});
     Require(text == std::string_view(expected.data(), static_cast<size_t>(size)), "a number as printf");
 }

@@ -14,7 +14,7 @@
 namespace Tracelyn {
 
 enum class CommandId : int {
-    CaptureLogfile = 135,
+    CaptureLogfile = 135, // has its texts, but no menu, button or key starts it, and it does nothing
     PreviousFile = 137,
     NextFile = 138,
     SaveCsv = 141,
@@ -44,17 +44,17 @@ enum class CommandId : int {
 // gives an empty icon.
 QIcon LoadIcon(const QString& name);
 
-// The actions of the main window, one for each command, owned by it. Their keys work whichever part of the
-// window has the focus. Triggering one calls the handler with its command.
+// The actions of the main window, one for each command; the window owns them. Their keys work whichever part
+// of the window has the focus. Triggering one calls the handler with its command.
 class CCommands {
 public:
     using Handler = std::function<void(CommandId)>;
 
     CCommands(QWidget& window, const Handler& handler);
 
-    QAction& Action(CommandId id) const { return *m_Actions.at(id); }
-    void SetEnabled(CommandId id, bool enabled) { Action(id).setEnabled(enabled); }
-    void SetChecked(CommandId id, bool checked) { Action(id).setChecked(checked); }
+    QAction& GetAction(CommandId id) const { return *m_Actions.at(id); }
+    void SetEnabled(CommandId id, bool enabled) { GetAction(id).setEnabled(enabled); }
+    void SetChecked(CommandId id, bool checked) { GetAction(id).setChecked(checked); }
 
 private:
     std::map<CommandId, QAction*> m_Actions;

@@ -18,12 +18,14 @@ public:
     static QString GetKeyboardHelp();
 };
 
-// Asks about a file that an incompatible version of the program wrote: abort, ignore, or ignore all.
+// Asks about a file that an incompatible version of the program wrote: abort, ignore, or ignore all. Ready,
+// but no command opens it.
 class CFileErrorDlg : public QDialog {
     Q_OBJECT
 
 public:
-    // What DoModal returns. Crossed on purpose: callers compare with these values, and 3 does not abort.
+    // What DoModal returns, and callers compare with. On some systems the answer 3 of a box means "abort";
+    // here it is "ignore all", on purpose.
     enum Result { Ignore = 5, IgnoreAll = 3, Abort = 1009 };
 
     CFileErrorDlg(QWidget* parent, int fileVersion, int programVersion);

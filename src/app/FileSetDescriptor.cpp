@@ -83,7 +83,8 @@ void CFileSetDescriptor::Clear() {
     *this = CFileSetDescriptor();
 }
 
-// Any text may stand between base name and extension: run123.paf belongs to run as number 23.
+// Any text may stand between base name and number: run123.paf belongs to the measurement set "run" as
+// number 23.
 void CFileSetDescriptor::Scan() {
     QStringList names = FilesIn(m_strDirectory);
     for (QString& name : names)
@@ -104,7 +105,8 @@ void CFileSetDescriptor::Scan() {
 QString CFileSetDescriptor::GetFullPath() const {
     const QString number = m_strExtension == QLatin1String(".xml") ? QString() : GetNumberText();
     const QString name = m_strBaseName + number + m_strExtension;
-    // Of names that differ in case alone the chosen one comes first, then the exact one.
+    // Of several names that differ in case alone, the one that was given is taken first, then the one in
+    // lower case.
     for (const QString& exact : {m_strGivenName, name}) {
         if (exact.toLower() == name && QFileInfo(m_strDirectory + exact).isFile())
             return m_strDirectory + exact;

@@ -10,7 +10,7 @@
 namespace Tracelyn {
 
 // Names are kept in lower case, so RUN05.PAF and run05.paf are the same file. Where the file system tells
-// case apart the directory is kept as given and files are found without regard to case.
+// upper from lower case the directory is kept as given and files are found whatever their case.
 class CFileSetDescriptor {
 public:
     static constexpr uint32_t kNoNumber = UINT32_MAX;
@@ -37,10 +37,11 @@ public:
     // current number.
     uint32_t StepToPrevious();
     uint32_t StepToNext();
-    // A set without numbered files is at its first and its last.
+    // True also for a measurement set without numbered files.
     bool IsFirst() const { return m_Numbers.empty() || m_nNumber == m_Numbers.front(); }
     bool IsLast() const { return m_Numbers.empty() || m_nNumber == m_Numbers.back(); }
-    // The path behind the last listed number, or number 0 of a set without any.
+    // The path of a further file: with the number after the last listed one, or 0 when none is listed. Ready,
+    // but no command asks for it.
     QString GetNextFreeName() const;
 
 private:

@@ -46,7 +46,7 @@ void CMainFrame::CreateToolBar() {
     m_pToolBar->setIconSize(kToolBarIconSize);
     m_pToolBar->setAllowedAreas(Qt::AllToolBarAreas);
     m_pToolBar->setContextMenuPolicy(Qt::PreventContextMenu);
-    const auto add = [this](CommandId id) { m_pToolBar->addAction(&m_Commands.Action(id)); };
+    const auto add = [this](CommandId id) { m_pToolBar->addAction(&m_Commands.GetAction(id)); };
     add(CommandId::FileOpen);
     m_pToolBar->addSeparator();
     add(CommandId::PreviousFile);
@@ -63,7 +63,7 @@ void CMainFrame::CreateToolBar() {
 
 void CMainFrame::AddToMenu(QMenu& menu, std::initializer_list<CommandId> ids) {
     for (const CommandId id : ids)
-        menu.addAction(&m_Commands.Action(id));
+        menu.addAction(&m_Commands.GetAction(id));
 }
 
 void CMainFrame::CreateMenus() {
@@ -112,7 +112,6 @@ void CMainFrame::OnCommand(CommandId id) {
     case CommandId::Exit:
         close();
         break;
-    // The controller's recording is no longer started from here.
     case CommandId::CaptureLogfile:
         break;
     default:

@@ -35,7 +35,7 @@ public:
     void OpenFromCommandLine(const QString& path);
 
     CChildView& GetView() { return *m_pView; }
-    QAction& GetAction(CommandId id) const { return m_Commands.Action(id); }
+    QAction& GetAction(CommandId id) const { return m_Commands.GetAction(id); }
 
 Q_SIGNALS:
     void AboutRequested();
@@ -61,7 +61,7 @@ private:
     void OnSaveCsv();
     void OnStep(bool toNext);
 
-    // Loads the file that the set points at, whatever was loaded before.
+    // Loads the current file of the measurement set in place of whatever was loaded before.
     void LoadFile();
     void LoadCurrentFile();
     // Through the view, with a bar in the status bar.
@@ -73,7 +73,7 @@ private:
     void SaveTo(const QString& path);
     QString DefaultName() const { return m_FileSet.GetBaseName() + m_FileSet.GetNumberText(); }
     void ShowError(const QString& text);
-    // A box in the program's name.
+    // A box with the program's name as its caption.
     void ShowMessage(MessageIcon icon, const QString& text);
 
     CShellUi& m_Ui;

@@ -91,9 +91,9 @@ Analysis CMainFrame::ReadCurrentFile() {
 }
 
 void CMainFrame::ShowResults(std::span<const ReadResult> results) {
-    constexpr size_t Patience = 20;
+    constexpr size_t kBoxesBeforeSkip = 20;
     for (size_t i = 0; i < results.size(); ++i) {
-        if (i < Patience)
+        if (i < kBoxesBeforeSkip)
             ShowError(results[i].GetText());
         else if (m_Ui.ShowMessageOrSkip(MessageIcon::Stop, tr("ERROR"), results[i].GetText()))
             return;

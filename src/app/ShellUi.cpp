@@ -19,7 +19,7 @@ namespace Tracelyn {
 
 namespace {
 
-// What boxes and dialogs belong to: the main window, once it is shown.
+// The window that boxes and dialogs belong to: the main window, once it is shown.
 QWidget* OwnerWindow() {
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && qobject_cast<QMainWindow*>(window) != nullptr)
@@ -28,9 +28,9 @@ QWidget* OwnerWindow() {
     return nullptr;
 }
 
-// Icons and types by what a name says. The toolkit's own provider reads every listed file to guess its type,
-// which takes long on slow folders and never ends in some of the system's.
-class NameIconProvider : public QFileIconProvider {
+// Tells icon and type of a file from its name alone. The toolkit's own provider reads every listed file to
+// guess its type, which takes long in slow folders and never ends in some folders of the system.
+class CNameIconProvider : public QFileIconProvider {
 public:
     using QFileIconProvider::icon;
 
@@ -59,11 +59,12 @@ QString ExtensionOf(const QString& nameFilter, const QList<FileFilter>& filters)
     return shown == filters.end() ? QString() : ExtensionOf(*shown);
 }
 
-// The toolkit takes whatever follows a dot for an extension, so that "run.v2-05" would stay without one.
+// Adds the extension unless the path ends in one of the program's own. (The toolkit takes whatever follows a
+// dot for an extension, so that "run.v2-05" would stay without one.)
 QString WithExtension(const QString& path, const QString& extension) {
-    static const QStringList known{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
+    static const QStringList kKnown{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
     const bool isComplete =
-        extension.isEmpty() || known.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+        extension.isEmpty() || kKnown.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
     return isComplete ? path : path + QLatin1Char('.') + extension;
 }
 
@@ -72,7 +73,7 @@ bool Show(MessageIcon icon, const QString& caption, const QString& text, bool of
     const CScopedCursor arrow(Qt::ArrowCursor);
     QMessageBox box(icon == MessageIcon::Stop ? QMessageBox::Critical : QMessageBox::Information, caption,
                     text, QMessageBox::Ok, OwnerWindow());
-    // File names and parser messages may hold anything.
+    // File names and parser messages may hold what looks like markup.
     box.setTextFormat(Qt::PlainText);
     const QAbstractButton* skip = nullptr;
     if (offersSkip) {
@@ -86,8 +87,8 @@ bool Show(MessageIcon icon, const QString& caption, const QString& text, bool of
 
 std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& request) {
     const CScopedCursor arrow(Qt::ArrowCursor);
-    // The dialog borrows the provider, also while it goes away.
-    NameIconProvider icons;
+    // Declared before the dialog, which uses it until it is destroyed.
+    CNameIconProvider icons;
     QFileDialog dialog(OwnerWindow());
     dialog.setIconProvider(&icons);
     dialog.setAcceptMode(mode);

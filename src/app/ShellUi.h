@@ -41,7 +41,7 @@ public:
     virtual ~CShellUi() = default;
 
     virtual void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) = 0;
-    // The same for one of many: true when the user wants to skip those that would follow.
+    // The same for one of several messages: true when the user chooses to skip the rest.
     virtual bool ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) = 0;
     // The full path chosen; nothing when cancelled. Open offers existing files only; Save asks no question
     // about overwriting.

@@ -36,7 +36,7 @@ CStatusPanes::CStatusPanes(QStatusBar& bar)
     : QObject(&bar), m_pFileLabel(MakePane(QString(), "fileLabel")), m_pCaps(MakePane(tr("CAPS"), "caps")),
       m_pNum(MakePane(tr("NUM"), "num")) {
     QLabel* const ready = MakePane(tr("Ready"), "message");
-    // Where the bar itself writes prompts.
+    // The text begins where the bar writes the prompts of commands.
     ready->setContentsMargins(4, 0, 0, 0);
     bar.addWidget(ready, 1);
     bar.addPermanentWidget(m_pFileLabel, 1);
@@ -54,7 +54,8 @@ void CStatusPanes::SetFileLabel(const QString& text) {
 }
 
 bool CStatusPanes::eventFilter(QObject* watched, QEvent* event) {
-    // Once for each event: windows see them before their widgets do.
+    // The toolkit gives an event to the window first and then to its widgets: of the two, this looks at the
+    // first.
     if (watched->isWindowType() && (event->type() == QEvent::KeyPress ||
                                     event->type() == QEvent::KeyRelease || event->type() == QEvent::FocusIn))
         UpdateLockKeys();
@@ -74,7 +75,8 @@ void CLoadProgress::Show(double done) {
     if (!m_Bar.isVisible() || !m_Patience.IsOver())
         return;
     if (!m_pProgress) {
-        // Over the panes: the bar's layout would come into effect with later events only.
+        // Placed by hand, over the panes: a layout would place it when events are handled, and a load handles
+        // none.
         m_pProgress = std::make_unique<QProgressBar>(&m_Bar);
         m_pProgress->setObjectName(QStringLiteral("loadProgress"));
         m_pProgress->setRange(0, 1000);

@@ -40,7 +40,7 @@ CTracelynApp::CTracelynApp(CShellUi& ui) : m_Ui(ui) {}
 CTracelynApp::~CTracelynApp() = default;
 
 void CTracelynApp::InitInstance(const QStringList& arguments) {
-    // Where settings would be kept; there are none.
+    // The name under which settings would be stored; the program stores none.
     QCoreApplication::setOrganizationName(QStringLiteral("Brannik"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TRACELYN_VERSION));
 

@@ -12,10 +12,10 @@ namespace Tracelyn {
 namespace {
 
 int MainFunction(int& argc, char** argv) {
-    // Nothing is kept between two runs; the toolkit's file dialog would keep its own state.
+    // The program keeps nothing between two runs; without this line the toolkit's file dialog would.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     const QApplication application(argc, argv);
-    support::ScratchFolder::RemoveStale();
+    support::CScratchFolder::RemoveStale();
     CNativeShellUi ui;
     CTracelynApp app(ui);
     app.InitInstance(QCoreApplication::arguments().mid(1));

@@ -31,15 +31,15 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly))
         return Fail(QStringLiteral("Cannot read file: %1").arg(from));
-    support::OutputFile output(to);
+    support::COutputFile output(to);
     while (output.IsOpen() && !source.atEnd()) {
         const QByteArray chunk = source.read(kCopyChunk);
         if (chunk.isEmpty())
             return FailToWrite(to, source.errorString());
-        if (!support::WriteAll(output.Device(), {chunk.data(), static_cast<size_t>(chunk.size())}))
-            return FailToWrite(to, output.ErrorText());
+        if (!support::WriteAll(output.GetDevice(), {chunk.data(), static_cast<size_t>(chunk.size())}))
+            return FailToWrite(to, output.GetErrorText());
     }
-    return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.ErrorText());
+    return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.GetErrorText());
 }
 
 Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
@@ -79,7 +79,7 @@ std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
         Fail(kNotExpanded);
         return std::nullopt;
     }
-    // Which the reader would call a problem of parsing.
+    // The reader reports such a file as a parse error; here it is an input that cannot be read.
     if (!isReadable) {
         Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
         return std::nullopt;
@@ -112,19 +112,19 @@ ExitCode RunCsv(const Options& options) {
         ReportResults(*analysis);
         return ExitCode::Failed;
     }
-    support::OutputFile output(options.output);
+    support::COutputFile output(options.output);
     if (!output.IsOpen())
-        return FailToWrite(options.output, output.ErrorText());
+        return FailToWrite(options.output, output.GetErrorText());
     try {
         CCsvFile file;
-        file.Open(output.Device());
+        file.Open(output.GetDevice());
         ExportCsv(data, file);
         file.Close();
     } catch (const CFileException&) {
-        return FailToWrite(options.output, output.ErrorText());
+        return FailToWrite(options.output, output.GetErrorText());
     }
     if (!output.Commit())
-        return FailToWrite(options.output, output.ErrorText());
+        return FailToWrite(options.output, output.GetErrorText());
     return ReportResults(*analysis);
 }
 
@@ -132,17 +132,17 @@ ExitCode RunPack(const Options& options) {
     const QFileInfo input(options.input);
     if (!input.isFile() || !input.isReadable())
         return Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
-    support::OutputFile output(options.output);
+    support::COutputFile output(options.output);
     if (!output.IsOpen())
-        return FailToWrite(options.output, output.ErrorText());
+        return FailToWrite(options.output, output.GetErrorText());
     CZip zip;
     zip.AddFileAs(options.input, AnalysisEntryName());
-    const bool packed = zip.Pack(output.Device());
-    if (output.Device().error() != QFileDevice::NoError)
-        return FailToWrite(options.output, output.ErrorText());
+    const bool packed = zip.Pack(output.GetDevice());
+    if (output.GetDevice().error() != QFileDevice::NoError)
+        return FailToWrite(options.output, output.GetErrorText());
     if (!packed)
         return Fail(QStringLiteral("Problem packing analysis file"));
-    return output.Commit() ? ExitCode::Success : FailToWrite(options.output, output.ErrorText());
+    return output.Commit() ? ExitCode::Success : FailToWrite(options.output, output.GetErrorText());
 }
 
 ExitCode RunExpand(const Options& options) {

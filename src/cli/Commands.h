@@ -25,7 +25,8 @@ ExitCode RunRender(const Options& options);
 ExitCode RunPack(const Options& options);
 ExitCode RunExpand(const Options& options);
 
-// Shared by the commands.
+// The rest is shared by the commands.
+
 // Reads the input that the options name, with a progress line on a terminal. Empty, with the reason printed,
 // when nothing could be read at all; problems inside the file are results.
 std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
@@ -34,9 +35,10 @@ void PrintError(const QString& text);
 ExitCode Fail(const QString& text);
 // The same for an output that cannot be written.
 ExitCode FailToWrite(const QString& path, const QString& reason);
-// Prints every result of the reader; says whether there was one.
+// Prints every problem that the reader found. Returns Success when there is none, else ReadWithProblems.
 ExitCode ReportResults(const Analysis& analysis);
-// There are problems and no group: a file made of it would say nothing, and replace one that may say more.
+// True when there are problems and no group. An output would be empty and might replace a useful one, so the
+// commands write none.
 bool IsNothingRead(const Analysis& analysis, const CGraphData& data);
 ExitCode WrongUsage(const QString& error);
 

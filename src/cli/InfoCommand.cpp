@@ -33,7 +33,7 @@ QJsonValue NumberOrNull(float value) {
 
 QJsonObject SetJson(const CGraphDataSet& set, int samples) {
     const QString kind = KindOf(set);
-    // The axis has a value at every sample.
+    // The axis stores nothing, but has a value at every sample.
     const int range = kind == QLatin1String("index") ? samples : set.GetCount();
     float min = NAN;
     float max = NAN;

@@ -10,7 +10,7 @@ namespace Tracelyn {
 
 namespace {
 
-// False when a name is no group's.
+// False when no group has one of the names.
 bool ToggleGroups(CGraph& graph, const QStringList& names, QString& error) {
     for (const QString& name : names) {
         CGraphDataGroup* const group = graph.GetData().FindGroup(name);
@@ -34,7 +34,7 @@ void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
         graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
 }
 
-// Made in memory, for the encoder prints a line of its own when it cannot write.
+// Encoded in memory: an encoder that writes to a file prints a line of its own when it fails.
 QByteArray Png(const QImage& image) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -69,11 +69,11 @@ ExitCode RunRender(const Options& options) {
     MoveTo(graph, window, options);
 
     const QByteArray png = Png(window.Paint(graph));
-    support::OutputFile output(options.output);
+    support::COutputFile output(options.output);
     if (png.isEmpty() || !output.IsOpen() ||
-        !support::WriteAll(output.Device(), {png.data(), static_cast<size_t>(png.size())}) ||
+        !support::WriteAll(output.GetDevice(), {png.data(), static_cast<size_t>(png.size())}) ||
         !output.Commit())
-        return FailToWrite(options.output, output.ErrorText());
+        return FailToWrite(options.output, output.GetErrorText());
     return ReportResults(*analysis);
 }
 

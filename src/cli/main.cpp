@@ -15,7 +15,8 @@ namespace {
 
 QtMessageHandler g_printMessage = nullptr;
 
-// The error output is for the tool's own errors: a session without a runtime folder is none.
+// Drops the toolkit's remarks on a session without a runtime folder: the error output is for the tool's
+// errors.
 void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (!message.startsWith(QLatin1String("QStandardPaths: ")))
         g_printMessage(type, context, message);
@@ -43,13 +44,14 @@ ExitCode Run(const Options& options) {
     return ExitCode::Failed;
 }
 
-// The toolkit must not take options out of the command line that are no options of the tool's.
+// Read through a QCoreApplication: a QGuiApplication takes options of its own, such as -platform, out of the
+// command line, and the tool could not call them unknown.
 QStringList Arguments(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return QCoreApplication::arguments().mid(1);
 }
 
-// Only pictures need fonts, and none needs a display.
+// Drawing needs a QGuiApplication for its fonts, but no display.
 std::unique_ptr<QCoreApplication> MakeApplication(const Options& options, int& argc, char** argv) {
     if (options.command != Command::Render)
         return std::make_unique<QCoreApplication>(argc, argv);

@@ -55,7 +55,7 @@ public:
     const QString& GetPath() const { return m_strPath; }
 
 private:
-    support::ScratchFolder m_Folder;
+    support::CScratchFolder m_Folder;
     QString m_strPath;
     bool m_bExpanded = false;
 };

@@ -217,7 +217,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (set.IsDisplayedInConsole())
         ApplyUnit(set, variable.GetUnits().empty() ? Unit{} : variable.GetUnits().front());
     group.AddSet(&set);
-    m_nValuesOfRow += set.GetPrecision() > support::MaxFastDecimals ? limits::kValueOfManyDecimals : 1;
+    m_nValuesOfRow += set.GetPrecision() > support::kMaxFastDecimals ? limits::kValueOfManyDecimals : 1;
     return true;
 }
 

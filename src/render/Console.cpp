@@ -42,7 +42,7 @@ int ForEachConsoleCell(const CGraphDataGroup& group, Visitor visit) {
 // The value as the console prints it: a blank, then fixed-point digits.
 QString ValueText(const CGraphDataSet& set, const CursorPair& cursors) {
     const auto value = static_cast<float>(set.GetScaledValue(cursors.cursor, cursors.fixedCursor));
-    std::array<char, support::FixedTextCapacity> buffer;
+    std::array<char, support::kFixedTextCapacity> buffer;
     const std::string_view digits = support::FormatFixed(buffer, value, set.GetPrecision());
     return QLatin1Char(' ') + QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size()));
 }

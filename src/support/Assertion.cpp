@@ -30,11 +30,13 @@ AssertionReporter& CurrentReporter() {
 
 thread_local bool t_reporting = false;
 
-struct ReportingScope {
-    ReportingScope() { t_reporting = true; }
-    ~ReportingScope() { t_reporting = false; }
-    ReportingScope(const ReportingScope&) = delete;
-    ReportingScope& operator=(const ReportingScope&) = delete;
+// Marks the calling thread as reporting: lack of memory inside the report is not reported again.
+class CReportingScope {
+public:
+    CReportingScope() { t_reporting = true; }
+    ~CReportingScope() { t_reporting = false; }
+    CReportingScope(const CReportingScope&) = delete;
+    CReportingScope& operator=(const CReportingScope&) = delete;
 };
 
 } // namespace
@@ -57,7 +59,7 @@ void FailAssertion(const char* text, const char* file, int line) {
 
 void ReportOutOfMemory(std::size_t size) {
     if (!t_reporting) {
-        const ReportingScope scope;
+        const CReportingScope scope;
         ReportAssertion(QStringLiteral("out of memory allocating %1 bytes").arg(size, 0, 16));
     }
     throw std::bad_alloc();

@@ -20,8 +20,8 @@ void ReportAssertion(const QString& text);
 // Reports the text with its place and aborts.
 [[noreturn]] void FailAssertion(const char* text, const char* file, int line);
 
-// The place is the caller's (std::source_location is unknown to the checking tools of the oldest system we
-// build on).
+// Nothing when `ok`; otherwise FailAssertion with the place of the caller. (The oldest system that we build
+// on has checking tools that do not know std::source_location.)
 inline void Assert(bool ok, const char* text, const char* file = __builtin_FILE(),
                    int line = __builtin_LINE()) {
     if (!ok)

@@ -35,11 +35,11 @@ constexpr std::array<char, 200> kPairs = [] {
 }();
 
 // A sign, the digits of the largest float, a point, the decimals.
-constexpr size_t kExactCapacity = 1 + 39 + 1 + MaxFastDecimals;
+constexpr size_t kExactCapacity = 1 + 39 + 1 + kMaxFastDecimals;
 
 // The digits of `value`, as many as `count`, before `end`.
 void WriteDigits(char* end, uint64_t value, int count) {
-    for (; count >= 4; count -= 4) { // each step waits for the one before, so better a large one
+    for (; count >= 4; count -= 4) { // each step waits for the one before, so fewer are faster
         const uint64_t quotient = value / 10'000;
         const size_t four = value - quotient * 10'000;
         end -= 4;
@@ -56,7 +56,7 @@ void WriteDigits(char* end, uint64_t value, int count) {
         end[-1] = static_cast<char>('0' + value % 10);
 }
 
-// Of a value below 10^18.
+// The value is below 10^18.
 int CountDigits(uint64_t value) {
     int count = 1;
     while (value >= kPowersOfTen[static_cast<size_t>(count)])
@@ -97,7 +97,7 @@ struct Magnitude {
     int shift;
 };
 
-// Nothing for what is no number.
+// Nothing for infinity and not-a-number.
 std::optional<Magnitude> MagnitudeOf(uint32_t bits) {
     constexpr int kMantissaBits = 23;
     constexpr uint32_t kHiddenBit = uint32_t{1} << kMantissaBits;
@@ -128,7 +128,8 @@ Rounded RoundExactly(Magnitude magnitude, int decimals) {
     const uint64_t rest = scaled - (fraction << shift);
     const uint64_t half = uint64_t{1} << (shift - 1);
     const uint64_t odd = (integer * unit + fraction) % 2;
-    // Up above half a unit, and at half a unit when that makes it even; no branch, for it is a coin's toss.
+    // Up above half a unit, and at half a unit when that makes it even. Not a branch: no processor could
+    // predict it.
     fraction += static_cast<uint64_t>(rest + odd > half);
     if (fraction == unit) {
         fraction = 0;
@@ -163,9 +164,9 @@ char* WriteExactly(char* at, Magnitude magnitude, bool isNegative, int decimals)
 } // namespace
 
 std::string_view FormatFixed(std::span<char> buffer, float value, int precision) {
-    const int decimals = precision < 0 ? 6 : std::min(precision, MaxFixedDecimals);
+    const int decimals = precision < 0 ? 6 : std::min(precision, kMaxFixedDecimals);
     char* const begin = buffer.data();
-    if (decimals <= MaxFastDecimals && buffer.size() >= kExactCapacity) {
+    if (decimals <= kMaxFastDecimals && buffer.size() >= kExactCapacity) {
         if (const std::optional<Magnitude> magnitude = MagnitudeOf(std::bit_cast<uint32_t>(value)))
             return {begin, WriteExactly(begin, *magnitude, std::signbit(value), decimals)};
     }

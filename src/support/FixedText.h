@@ -9,15 +9,15 @@
 
 namespace support {
 
-inline constexpr int MaxFixedDecimals = limits::kDecimals;
-// More decimals take four to six times as long.
-inline constexpr int MaxFastDecimals = 11;
+inline constexpr int kMaxFixedDecimals = limits::kDecimals;
+// Numbers with more decimals than this take four to six times as long.
+inline constexpr int kMaxFastDecimals = 11;
 
 // Enough for any value: sign, 39 digits, point, decimals.
-inline constexpr std::size_t FixedTextCapacity = 1 + 39 + 1 + MaxFixedDecimals;
+inline constexpr std::size_t kFixedTextCapacity = 1 + 39 + 1 + kMaxFixedDecimals;
 
 // What printf("%1.*f", precision, value) writes. A negative precision means 6 decimals, more than
-// MaxFixedDecimals means those. Returns the written front of the buffer; a buffer that is too small is a
+// kMaxFixedDecimals means those. Returns the written front of the buffer; a buffer that is too small is a
 // programming error.
 std::string_view FormatFixed(std::span<char> buffer, float value, int precision);
 

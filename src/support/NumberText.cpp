@@ -69,10 +69,10 @@ Reading<int32_t> ReadInteger(std::string_view text, int base) {
     const auto [end, error] = std::from_chars(cursor.at, cursor.end, magnitude, base);
     if (error == std::errc::invalid_argument)
         return {};
-    constexpr uint64_t Largest = std::numeric_limits<int32_t>::max();
+    constexpr uint64_t kLargest = std::numeric_limits<int32_t>::max();
     if (error == std::errc::result_out_of_range)
-        magnitude = Largest + 1;
-    magnitude = std::min(magnitude, negative ? Largest + 1 : Largest);
+        magnitude = kLargest + 1;
+    magnitude = std::min(magnitude, negative ? kLargest + 1 : kLargest);
     const auto value = static_cast<int64_t>(magnitude);
     return {static_cast<int32_t>(negative ? -value : value), end};
 }

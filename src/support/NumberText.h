@@ -1,6 +1,6 @@
-// The one set of number readers: they read UTF-8 text as the C library does in the "C" locale, without
-// allocating and whatever locale is set. Fields take what they can use; attributes must be a number from end
-// to end.
+// Numbers from UTF-8 text, read as the C library reads them in the "C" locale, without allocating and
+// whatever locale the process has. A field of a sample row gives the number at its start; an attribute must
+// be a number from end to end.
 #pragma once
 
 #include <cstdint>

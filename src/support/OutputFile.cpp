@@ -68,7 +68,7 @@ bool WriteAll(QIODevice& device, std::string_view bytes) {
     return true;
 }
 
-OutputFile::OutputFile(const QString& path) {
+COutputFile::COutputFile(const QString& path) {
     const QFileInfo existing(path);
     if (existing.exists() && !existing.isFile() && !existing.isDir())
         m_pDevice = std::make_unique<QFile>(path);
@@ -77,7 +77,7 @@ OutputFile::OutputFile(const QString& path) {
     m_pDevice->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
 }
 
-bool OutputFile::Commit() {
+bool COutputFile::Commit() {
     if (auto* const saved = dynamic_cast<QSaveFile*>(m_pDevice.get()))
         return saved->commit();
     m_pDevice->close();

@@ -20,18 +20,18 @@ bool WriteAll(QIODevice& device, std::string_view bytes);
 // its place; without Commit nothing changes. A killed program leaves nothing behind where the file system
 // knows files without a name. Devices and pipes are written directly. A link is followed, and a replaced file
 // passes its permissions on.
-class OutputFile {
+class COutputFile {
 public:
-    explicit OutputFile(const QString& path);
+    explicit COutputFile(const QString& path);
 
     // False when no file can be made beside the one to replace, even if that one could be written over: a
     // failure would then lose both the old contents and the new.
     bool IsOpen() const { return m_pDevice->isOpen(); }
     // Unbuffered. Can seek unless it is a device or a pipe.
-    QFileDevice& Device() { return *m_pDevice; }
+    QFileDevice& GetDevice() { return *m_pDevice; }
     // Puts the file in its place; false when any write failed.
     bool Commit();
-    QString ErrorText() const { return m_pDevice->errorString(); }
+    QString GetErrorText() const { return m_pDevice->errorString(); }
 
 private:
     std::unique_ptr<QFileDevice> m_pDevice;

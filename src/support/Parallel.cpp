@@ -19,7 +19,7 @@ class CWorkList {
 public:
     CWorkList(int64_t items, const std::function<bool(int, int64_t)>& work) : m_nEnd(items), m_Work(work) {}
 
-    // Takes items until there are no more; afterEach(items done by all).
+    // Takes items until there are no more, and calls afterEach with the number that all threads have done.
     template <class AfterEach>
     void Run(int worker, AfterEach afterEach) noexcept {
         try {
@@ -37,7 +37,7 @@ public:
     }
 
     // The first item whose work returned false, the number of items when there is none.
-    int64_t End() const {
+    int64_t GetEnd() const {
         if (m_Exception)
             std::rethrow_exception(m_Exception);
         return m_nEnd;
@@ -61,7 +61,7 @@ private:
 } // namespace
 
 int WorkerCount(int64_t items) {
-    // Asked just once: callers keep something for each worker.
+    // Asked only once, so that the number never changes: callers make a buffer for each worker beforehand.
     static const auto cores = static_cast<int64_t>(std::thread::hardware_concurrency());
     return static_cast<int>(std::clamp<int64_t>(std::min(cores, items), 1, kMaximumWorkers));
 }
@@ -83,7 +83,7 @@ int64_t ForEachParallel(int64_t items, const std::function<bool(int, int64_t)>& 
                 progress(static_cast<double>(done) / static_cast<double>(items));
         });
     }
-    return list.End();
+    return list.GetEnd();
 }
 
 } // namespace support

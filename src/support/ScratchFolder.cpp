@@ -22,7 +22,7 @@ namespace {
 
 const QString kPrefix = QStringLiteral("tracelyn-run-");
 
-void RemoveFolder(const QString& path, std::unique_ptr<FolderLock> lock) {
+void RemoveFolder(const QString& path, std::unique_ptr<CFolderLock> lock) {
     QDir(path).removeRecursively();
     // Some systems keep a file that is open: there, the folder goes only after its lock.
     lock.reset();
@@ -62,14 +62,14 @@ std::optional<QString> PrivateTemporaryFolder() {
 }
 
 // The system lets nobody else open the file, and deletes it when it is closed.
-std::unique_ptr<FolderLock> FolderLock::Take(const QString& folder) {
+std::unique_ptr<CFolderLock> CFolderLock::Take(const QString& folder) {
     const std::wstring path = QDir::toNativeSeparators(LockPath(folder)).toStdWString();
     HANDLE file = ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
                                 FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    return file == INVALID_HANDLE_VALUE ? nullptr : std::unique_ptr<FolderLock>(new FolderLock(file));
+    return file == INVALID_HANDLE_VALUE ? nullptr : std::unique_ptr<CFolderLock>(new CFolderLock(file));
 }
 
-FolderLock::~FolderLock() {
+CFolderLock::~CFolderLock() {
     ::CloseHandle(m_File);
 }
 
@@ -88,12 +88,12 @@ std::optional<QString> PrivateTemporaryFolder() {
     return path + u'/';
 }
 
-std::unique_ptr<FolderLock> FolderLock::Take(const QString& folder) {
+std::unique_ptr<CFolderLock> CFolderLock::Take(const QString& folder) {
     const QByteArray path = QFile::encodeName(LockPath(folder));
     const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0)
         return nullptr;
-    std::unique_ptr<FolderLock> lock(new FolderLock(file));
+    std::unique_ptr<CFolderLock> lock(new CFolderLock(file));
     if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK)
             ::unlink(path.constData()); // the file system has no locks, so the file is nobody else's
@@ -104,13 +104,13 @@ std::unique_ptr<FolderLock> FolderLock::Take(const QString& folder) {
     return lock;
 }
 
-FolderLock::~FolderLock() {
+CFolderLock::~CFolderLock() {
     ::close(m_File);
 }
 
 #endif
 
-ScratchFolder::ScratchFolder() {
+CScratchFolder::CScratchFolder() {
     RemoveStale();
     const auto parent = PrivateTemporaryFolder();
     // Between its making and its locking, another process may take the folder for one without an owner and
@@ -121,18 +121,18 @@ ScratchFolder::ScratchFolder() {
                     QDir::separator();
         if (!QDir().mkdir(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
             continue;
-        m_pLock = FolderLock::Take(m_strPath);
+        m_pLock = CFolderLock::Take(m_strPath);
         if (!m_pLock)
             QDir().rmdir(m_strPath);
     }
 }
 
-ScratchFolder::~ScratchFolder() {
+CScratchFolder::~CScratchFolder() {
     if (m_pLock)
         RemoveFolder(m_strPath, std::move(m_pLock));
 }
 
-void ScratchFolder::RemoveStale() {
+void CScratchFolder::RemoveStale() {
     const auto parent = PrivateTemporaryFolder();
     if (!parent)
         return;
@@ -140,7 +140,7 @@ void ScratchFolder::RemoveStale() {
     const auto filter = QDir::Dirs | QDir::Hidden | QDir::NoSymLinks;
     for (const QString& name : folder.entryList({kPrefix + u'*'}, filter)) {
         const QString path = folder.filePath(name);
-        if (auto lock = FolderLock::Take(path))
+        if (auto lock = CFolderLock::Take(path))
             RemoveFolder(path, std::move(lock));
     }
 }

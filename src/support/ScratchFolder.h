@@ -18,13 +18,13 @@ std::optional<QString> PrivateTemporaryFolder();
 // Marks a folder as in use: an open and locked file in it. The system releases the lock when the process
 // ends, however it ends. (A process id would not do: it may be used again, and means nothing to another
 // container.)
-class FolderLock {
+class CFolderLock {
 public:
     // Null when somebody else holds the lock or when the folder is gone or takes no file.
-    static std::unique_ptr<FolderLock> Take(const QString& folder);
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-    ~FolderLock();
+    static std::unique_ptr<CFolderLock> Take(const QString& folder);
+    CFolderLock(const CFolderLock&) = delete;
+    CFolderLock& operator=(const CFolderLock&) = delete;
+    ~CFolderLock();
 
 private:
 #ifdef _WIN32
@@ -32,21 +32,21 @@ private:
 #else
     using Handle = int;
 #endif
-    explicit FolderLock(Handle file) : m_File(file) {}
+    explicit CFolderLock(Handle file) : m_File(file) {}
 
     Handle m_File;
 };
 
 // A folder in the private temporary folder that lives as long as this object. Its name is its own, so that
 // programs that run at the same time never meet in it. When a killed process leaves its folder behind, the
-// next ScratchFolder or call of RemoveStale removes it.
-class ScratchFolder {
+// next CScratchFolder or call of RemoveStale removes it.
+class CScratchFolder {
 public:
-    ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    CScratchFolder();
+    CScratchFolder(const CScratchFolder&) = delete;
+    CScratchFolder& operator=(const CScratchFolder&) = delete;
     // Removes the folder with all that is in it.
-    ~ScratchFolder();
+    ~CScratchFolder();
 
     // False when the private temporary folder cannot be trusted or nothing can be made in it.
     bool IsValid() const { return m_pLock != nullptr; }
@@ -58,7 +58,7 @@ public:
 
 private:
     QString m_strPath;
-    std::unique_ptr<FolderLock> m_pLock;
+    std::unique_ptr<CFolderLock> m_pLock;
 };
 
 } // namespace support

@@ -34,9 +34,9 @@ void NameMainThread() {
 #ifdef _WIN32
     // Missing before Windows 10, where a thread has no name.
     using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR);
-    if (const auto set = reinterpret_cast<SetDescription>(
+    if (const auto setDescription = reinterpret_cast<SetDescription>(
             QLibrary::resolve(QStringLiteral("kernel32"), "SetThreadDescription")))
-        set(::GetCurrentThread(), L"<main>");
+        setDescription(::GetCurrentThread(), L"<main>");
 #elif defined(__linux__)
     ::pthread_setname_np(::pthread_self(), "<main>");
 #endif
@@ -54,7 +54,7 @@ std::vector<std::string> SplitCommandLine(std::string_view commandLine) {
             continue;
         }
         if (!inArgument) {
-            Assert(arguments.size() < MaxArguments, "argc < (sizeof(argv)/sizeof(argv[0]))");
+            Assert(arguments.size() < kMaxArguments, "argc < (sizeof(argv)/sizeof(argv[0]))");
             arguments.emplace_back();
             inArgument = true;
         }
@@ -90,7 +90,7 @@ std::string ProcessCommandLine([[maybe_unused]] int argc, [[maybe_unused]] const
 #endif
 }
 
-double FpuSelfTestResult() {
+double GetFpuSelfTestResult() {
     return g_fpuSelfTestResult;
 }
 

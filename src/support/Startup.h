@@ -9,14 +9,14 @@
 
 namespace support {
 
-inline constexpr int MaxArguments = 10;
+inline constexpr int kMaxArguments = 10;
 
 // Splits at blanks; a double quote toggles a quoted run, in which blanks do not split, and is dropped. A pair
 // of quotes with nothing between them is an empty argument. More than 10 arguments is a failed assertion.
 std::vector<std::string> SplitCommandLine(std::string_view commandLine);
 
-// The command line that SplitCommandLine turns back into argv[1], argv[2] ... Quotes inside an argument have
-// no way to be written and are dropped.
+// The command line that SplitCommandLine turns back into argv[1], argv[2] ... A command line cannot express a
+// quote inside an argument, so such quotes are dropped.
 std::string JoinArguments(int argc, const char* const* argv);
 
 // The command line of this process without the program's name: the system's own text on Windows (whose argv
@@ -26,12 +26,12 @@ std::string ProcessCommandLine(int argc, const char* const* argv);
 using MainFunction = std::function<int()>;
 
 // What the self-test computed before main began; exactly 1.0 on a working floating-point unit.
-double FpuSelfTestResult();
+double GetFpuSelfTestResult();
 
 // Reports "FPU error" and returns -1 when fpuResult is not exactly 1.0. Otherwise splits the command line,
 // which fails on too many arguments, names the calling thread "<main>", runs mainFunction on it and returns
 // its result.
 int RunMain(std::string_view commandLine, const MainFunction& mainFunction,
-            double fpuResult = FpuSelfTestResult());
+            double fpuResult = GetFpuSelfTestResult());
 
 } // namespace support

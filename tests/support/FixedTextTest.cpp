@@ -16,9 +16,9 @@ using support::FormatFixed;
 namespace {
 
 void ExpectAsPrinted(float value, int precision) {
-    std::array<char, support::FixedTextCapacity> buffer = {};
-    std::array<char, support::FixedTextCapacity + 1> printed = {};
-    const int decimals = precision < 0 ? 6 : std::min(precision, support::MaxFixedDecimals);
+    std::array<char, support::kFixedTextCapacity> buffer = {};
+    std::array<char, support::kFixedTextCapacity + 1> printed = {};
+    const int decimals = precision < 0 ? 6 : std::min(precision, support::kMaxFixedDecimals);
     std::snprintf(printed.data(), printed.size(), "%1.*f", decimals, double{value});
     ASSERT_EQ(FormatFixed(buffer, value, precision), printed.data())
         << std::hexfloat << value << " with " << precision;

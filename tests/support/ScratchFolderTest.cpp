@@ -15,7 +15,7 @@
 #include <unistd.h>
 #include <vector>
 
-using support::ScratchFolder;
+using support::CScratchFolder;
 
 namespace {
 
@@ -41,7 +41,7 @@ protected:
     static void LeaveOneBehind(const QString& linked) {
         EXPECT_EXIT(
             {
-                const ScratchFolder folder;
+                const CScratchFolder folder;
                 QDir().mkdir(folder.GetPath() + "sub");
                 Write(folder.GetPath() + "sub/file");
                 QFile::link(linked, folder.GetPath() + "link");
@@ -56,8 +56,8 @@ protected:
 
 TEST_F(Scratch, IsTheOwnersAloneAndGoesWithItsObject) {
     {
-        const ScratchFolder one;
-        const ScratchFolder other;
+        const CScratchFolder one;
+        const CScratchFolder other;
         ASSERT_TRUE(one.IsValid() && other.IsValid());
         EXPECT_NE(one.GetPath(), other.GetPath());
         struct stat status = {};
@@ -70,18 +70,18 @@ TEST_F(Scratch, IsTheOwnersAloneAndGoesWithItsObject) {
     EXPECT_EXIT(
         {
             LimitOpenFiles(3);
-            std::_Exit(ScratchFolder().IsValid() ? 1 : 0);
+            std::_Exit(CScratchFolder().IsValid() ? 1 : 0);
         },
         testing::ExitedWithCode(0), "");
     EXPECT_EQ(Entries(), QStringList());
     qputenv("TMPDIR", "/nowhere");
-    EXPECT_FALSE(ScratchFolder().IsValid());
+    EXPECT_FALSE(CScratchFolder().IsValid());
 }
 
 TEST_F(Scratch, OfAKilledProcessIsRemovedByTheNextAndThatOfALivingOneIsNot) {
     const QString victim = m_parent.filePath("victim");
     ASSERT_TRUE(QDir().mkpath(victim) && Write(victim + "/file"));
-    const ScratchFolder living;
+    const CScratchFolder living;
     ASSERT_TRUE(Write(living.GetPath() + "file"));
     LeaveOneBehind(victim);
     // As a process leaves it that is killed before it can lock its folder.
@@ -89,7 +89,7 @@ TEST_F(Scratch, OfAKilledProcessIsRemovedByTheNextAndThatOfALivingOneIsNot) {
     EXPECT_EQ(Entries().size(), 3);
     EXPECT_EXIT(
         {
-            ScratchFolder::RemoveStale();
+            CScratchFolder::RemoveStale();
             std::_Exit(0);
         },
         testing::ExitedWithCode(0), "");
@@ -108,9 +108,9 @@ TEST_F(Scratch, ManyProcessesAtTheSameMomentKeepTheirFolders) {
         if (child == 0) {
             int lost = 0;
             for (int round = 0; round < 50; ++round) {
-                const ScratchFolder folder;
+                const CScratchFolder folder;
                 const QString file = folder.GetPath() + "file";
-                lost += folder.IsValid() && Write(file) && ScratchFolder().IsValid() && QFile::exists(file)
+                lost += folder.IsValid() && Write(file) && CScratchFolder().IsValid() && QFile::exists(file)
                             ? 0
                             : 1;
             }

@@ -19,7 +19,7 @@ namespace Tracelyn {
 
 namespace {
 
-constexpr size_t kMaxFieldBytes = support::FixedTextCapacity + kCsvLineEnd.size();
+constexpr size_t kMaxFieldBytes = support::kFixedTextCapacity + kCsvLineEnd.size();
 
 using Sets = std::vector<const CGraphDataSet*>;
 

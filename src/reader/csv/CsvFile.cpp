@@ -33,10 +33,10 @@ bool CCsvFile::Open(const QString& path) {
     m_nFieldsInLine = 0;
     m_Output.emplace(path);
     if (m_Output->IsOpen()) {
-        m_pDevice = &m_Output->Device();
+        m_pDevice = &m_Output->GetDevice();
         return true;
     }
-    const CFileException error = WriteError(&m_Output->Device());
+    const CFileException error = WriteError(&m_Output->GetDevice());
     m_Output.reset();
     const QFileInfo existing(path);
     if (existing.isFile() && existing.isWritable())
@@ -95,7 +95,7 @@ void CCsvFile::WriteStringField(const QString& text) {
 }
 
 void CCsvFile::WriteNumberField(float value, int decimals) {
-    std::array<char, support::FixedTextCapacity> buffer;
+    std::array<char, support::kFixedTextCapacity> buffer;
     WriteField(support::FormatFixed(buffer, value, decimals));
 }
 

@@ -62,7 +62,7 @@ private:
 
     std::string m_Pending;
     int m_nFieldsInLine = 0;
-    std::optional<support::OutputFile> m_Output;
+    std::optional<support::COutputFile> m_Output;
     QIODevice* m_pDevice = nullptr; // that of m_Output or the caller's
     int m_nExceptions = std::uncaught_exceptions();
 };
