@@ -71,8 +71,7 @@ void AddNoise(MemoryRecording& recording) {
     CGraphDataGroup& bits = recording.AddGroup(QStringLiteral("bits"));
     bits.m_bSeparateSets = true;
     for (int i = 0; i < 8; ++i)
-        recording.AddSignal<uint8_t, CGraphDataBinarySet>(bits, QStringLiteral("b"), kSamples,
-                                                          [](int k) { return Noise(k) < 500; });
+        recording.AddBit(bits, QStringLiteral("b"), kSamples, [](int k) { return Noise(k) < 500; });
 }
 
 void AddRatios(MemoryRecording& recording) {

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "BenchOptions.h"
-#include "model/GraphDataVariants.h"
+#include "MemoryRecording.h"
 #include "reader/AnalysisFile.h"
-#include "render/Graph.h"
 #include "render/OffscreenWindow.h"
 
 #include <chrono>
@@ -37,33 +36,6 @@ inline CGraph& LoadAgain() {
 inline CGraph& LoadedGraph() {
     return SharedGraph().GetData().HasData() ? SharedGraph() : LoadAgain();
 }
-
-// A recording made in memory: the graph and the stores of its signals.
-class MemoryRecording {
-public:
-    CGraphDataGroup& AddGroup(const QString& name) {
-        graph.GetData().AddGroup(std::make_unique<CGraphDataGroup>(name));
-        return *graph.GetData().GetGroups().back();
-    }
-
-    // A signal of that many samples, each given by value(index).
-    template <class T, class Set = CGraphDataTypedSet<T>, class Value>
-    CGraphDataSet& AddSignal(CGraphDataGroup& group, const QString& name, int count, Value value) {
-        auto source = std::make_shared<CGraphDataTypedSource<T>>();
-        int index = 0;
-        for (T& sample : source->Append(count))
-            sample = static_cast<T>(value(index++));
-        auto& set = graph.GetData().Make<Set>(name, source.get());
-        group.AddSet(&set);
-        m_Stores.push_back(std::move(source));
-        return set;
-    }
-
-    CGraph graph;
-
-private:
-    std::vector<std::shared_ptr<void>> m_Stores;
-};
 
 // Sixteen signals of all types, on/off signals too. Their shape has `shape` samples, each of them repeated
 // `repeat` times, so that recordings of any length look alike.

@@ -125,8 +125,10 @@ void Run(std::string_view input) {
     Drive(graph, settings);
     if (CountValues(graph.GetData()) > kManyValues)
         return;
-    if (analysis.results.empty())
-        CompareWithPlainReading(path, accessLevel, graph.GetData());
+    if (analysis.results.empty()) {
+        const std::string broken = DifferenceFromPlainReading(path, accessLevel, graph.GetData());
+        Require(broken.empty(), broken.c_str());
+    }
     Export(graph);
 }
 

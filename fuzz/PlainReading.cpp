@@ -1,6 +1,5 @@
 #include "PlainReading.h"
 
-#include "FuzzInput.h"
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
 #include "xmldom/XmlDomDocument.h"
@@ -8,14 +7,20 @@
 #include "xmldom/XmlDomNodeIterator.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
-#include <string>
+#include <stdexcept>
 #include <vector>
 
 namespace Tracelyn {
 
 namespace {
+
+void Require(bool holds, const std::string& promise) {
+    if (!holds)
+        throw std::runtime_error(promise);
+}
 
 // A column of the rows as its TypedData element describes it.
 struct Column {
@@ -49,28 +54,23 @@ std::vector<Column> ColumnsOf(const CXmlDomElement& root) {
     return columns;
 }
 
-std::vector<std::string> RowsOf(const CXmlDomElement& root) {
+using Row = std::vector<std::string>; // its fields
+
+std::vector<Row> RowsOf(const CXmlDomElement& root) {
+    constexpr size_t kLongestField = 4096;
     std::string text = Child(root, "Data").GetText().toStdString();
     while (text.ends_with('\n'))
         text.pop_back();
-    std::vector<std::string> rows(1);
+    std::vector<Row> rows(1, Row(1));
     for (const char c : text) {
         if (c == '\n')
-            rows.emplace_back();
-        else
-            rows.back() += c;
+            rows.emplace_back(1);
+        else if (c == ',')
+            rows.back().emplace_back();
+        else if (rows.back().back().size() < kLongestField)
+            rows.back().back() += c;
     }
     return rows;
-}
-
-// The field of a column: beyond the last field the row starts over.
-std::string FieldOf(const std::string& row, size_t column) {
-    const auto fields = static_cast<size_t>(std::ranges::count(row, ',')) + 1;
-    size_t start = 0;
-    for (size_t i = 0; i < column % fields; ++i)
-        start = row.find(',', start) + 1;
-    constexpr size_t kLongestField = 4096;
-    return row.substr(start, std::min(row.find(',', start) - start, kLongestField));
 }
 
 double Sample(const std::string& field, const QString& type) {
@@ -90,26 +90,26 @@ double Sample(const std::string& field, const QString& type) {
     return static_cast<uint8_t>(value); // the byte types and Binary
 }
 
-void CompareSet(const CGraphDataSet& set, size_t column, const QString& type,
-                const std::vector<std::string>& rows) {
+void CompareSet(const CGraphDataSet& set, size_t column, const QString& type, const std::vector<Row>& rows) {
     Require(set.GetCount() == static_cast<int>(rows.size()), "a sample for every row");
     for (size_t i = 0; i < rows.size(); ++i) {
-        const double expected = Sample(FieldOf(rows[i], column), type);
+        const std::string& field = rows[i][column % rows[i].size()]; // beyond the last the row starts over
+        const double expected = Sample(field, type);
         const double value = set.GetValue(static_cast<int>(i), kNoReference);
-        Require(value == expected || (std::isnan(value) && std::isnan(expected)),
-                "a sample as its field says");
+        const bool isSame = std::bit_cast<uint64_t>(value) == std::bit_cast<uint64_t>(expected);
+        if (!isSame && !(std::isnan(value) && std::isnan(expected)))
+            Require(false, "a sample as its field says: column " + std::to_string(column) + ", row " +
+                               std::to_string(i) + " is " + std::to_string(value) + " for " + field);
     }
 }
 
-} // namespace
-
-void CompareWithPlainReading(const QString& path, int accessLevel, const CGraphData& data) {
+void Compare(const QString& path, int accessLevel, const CGraphData& data) {
     CXmlDomDocument document;
     QString error;
     CXmlDomElement root;
     Require(document.Load(path, error) && document.GetRootElement(root), "a document loads again");
     const std::vector<Column> columns = ColumnsOf(root);
-    const std::vector<std::string> rows = RowsOf(root);
+    const std::vector<Row> rows = RowsOf(root);
 
     size_t groupAt = 1; // behind the axis
     for (const CXmlDomElement& groupElement : ElementsOf(Child(root, "Groups"))) {
@@ -131,6 +131,17 @@ void CompareWithPlainReading(const QString& path, int accessLevel, const CGraphD
         Require(setAt == group.m_Sets.size(), "a group has a set for every line");
     }
     Require(groupAt == data.GetGroups().size(), "every group is in the model");
+}
+
+} // namespace
+
+std::string DifferenceFromPlainReading(const QString& path, int accessLevel, const CGraphData& data) {
+    try {
+        Compare(path, accessLevel, data);
+        return {};
+    } catch (const std::exception& difference) {
+        return difference.what();
+    }
 }
 
 } // namespace Tracelyn

@@ -1,53 +1,20 @@
+#include "WindowTesting.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QImage>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTest>
 #include <QTextDocument>
-#include <QTimer>
-
-#include <functional>
-#include <initializer_list>
-#include <stdexcept>
-#include <utility>
-#include <vector>
-
-using namespace Tracelyn;
-
-namespace {
-
-template <class T>
-T& Child(const QWidget& dialog, const char* name) {
-    auto* child = dialog.findChild<T*>(QLatin1String(name));
-    if (child == nullptr)
-        throw std::runtime_error(name);
-    return *child;
-}
-
-std::function<void(QDialog&)> Click(const char* button) {
-    return
-        [button](QDialog& dialog) { QTest::mouseClick(&Child<QPushButton>(dialog, button), Qt::LeftButton); };
-}
-
-std::function<void(QDialog&)> Press(Qt::Key key) {
-    return [key](QDialog& dialog) { QTest::keyClick(&dialog, key); };
-}
-
-} // namespace
 
 TEST(AboutBox, ShowsVersionPurposeAndHelp) {
     const CAboutDlg dialog;
+    const auto label = [&](const char* name) { return dialog.findChild<QLabel*>(name); };
     EXPECT_EQ(dialog.windowTitle(), "About Tracelyn");
-    EXPECT_EQ(Child<QLabel>(dialog, "versionText").text(), "Tracelyn version  V2.3.16");
-    EXPECT_EQ(Child<QLabel>(dialog, "purpose").text(), "Viewer for press-brake movements");
-    EXPECT_EQ(Child<QLabel>(dialog, "keyboardCaption").text(), "Keyboard controls:");
-    EXPECT_EQ(Child<QLabel>(dialog, "applicationIcon").pixmap().deviceIndependentSize(), QSizeF(32, 32));
+    EXPECT_EQ(label("versionText")->text(), "Tracelyn version  V2.3.16");
+    EXPECT_EQ(label("purpose")->text(), "Viewer for press-brake movements");
+    EXPECT_EQ(label("keyboardCaption")->text(), "Keyboard controls:");
+    EXPECT_EQ(label("applicationIcon")->pixmap().deviceIndependentSize(), QSizeF(32, 32));
     EXPECT_EQ(CAboutDlg::GetKeyboardHelp(), "Left\t\t= cursor left\t\tShift-Left/End\t\t= fast left\n"
                                             "Right\t\t= cursor right\t\tShift-Right/PgDn\t= fast right\n"
                                             "Up\t\t= zoom in\t\tShift-PgUp\t\t= select prev. group\n"
@@ -58,43 +25,30 @@ TEST(AboutBox, ShowsVersionPurposeAndHelp) {
                                             "Space\t\t= expand/collapse selected group\n"
                                             "1..4\t\t= expand/collapse group\n"
                                             "Enter\t\t= toggle fixed cursor\n");
-
     QTextDocument shown;
-    shown.setHtml(Child<QLabel>(dialog, "keyboardHelp").text());
-    const QStringList fields = shown.toPlainText().split('\n', Qt::SkipEmptyParts);
-    EXPECT_EQ(fields, CAboutDlg::GetKeyboardHelp().split(QRegularExpression("[\t\n]+"), Qt::SkipEmptyParts));
+    shown.setHtml(label("keyboardHelp")->text());
+    EXPECT_EQ(shown.toPlainText().split('\n', Qt::SkipEmptyParts),
+              CAboutDlg::GetKeyboardHelp().split(QRegularExpression("[\t\n]+"), Qt::SkipEmptyParts));
 }
 
-TEST(FileErrorBox, AsksWithBothVersionsInThreeDigits) {
-    const CFileErrorDlg dialog(nullptr, 7, 12);
-    EXPECT_EQ(dialog.windowTitle(), "Error while reading file!");
-    EXPECT_EQ(
-        Child<QLabel>(dialog, "message").text(),
-        "The version of Tracelyn (007) with which you created this file is incompatible with this version "
-        "(012).\n\nDo you want to ignore this message and try to view the file anyway, or do you want to "
-        "abort "
-        "reading the file?\n\nClicking 'Ignore all' will try to load this file and any other file that might "
-        "result in this message until you restart the application.");
-    for (const auto& [name, caption] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"abortButton", "&Abort"}, {"ignoreButton", "&Ignore"}, {"ignoreAllButton", "Ignore &all"}})
-        EXPECT_EQ(Child<QPushButton>(dialog, name).text(), caption);
-}
-
-TEST(FileErrorBox, AnswersWithItsCrossedResults) {
-    for (const auto& [act, result] : std::initializer_list<std::pair<std::function<void(QDialog&)>, int>>{
-             {Click("abortButton"), 1009},
-             {Click("ignoreButton"), 5},
-             {Click("ignoreAllButton"), 3},
-             {Press(Qt::Key_Escape), 1009},
-             {[](QDialog& dialog) { dialog.close(); }, 1009},
-             {[](QDialog& dialog) { dialog.hide(); }, 1009}}) {
-        CFileErrorDlg modal(nullptr, 1, 2);
-        QTimer::singleShot(0, &modal, [&modal, &action = act] {
-            action(modal);
-            if (modal.isVisible())
-                modal.done(-1); // so that a lost answer fails instead of waiting for ever
+TEST(FileErrorBox, AsksWithBothVersionsAndAnswersWithItsCrossedResults) {
+    using Case = std::tuple<const char*, const char*, int>;
+    for (const auto& [name, caption, result] :
+         {Case{"abortButton", "&Abort", 1009}, Case{"ignoreButton", "&Ignore", 5},
+          Case{"ignoreAllButton", "Ignore &all", 3}, Case{"", "", 1009}}) {
+        CFileErrorDlg modal(nullptr, 7, 12);
+        const WhenModal answer([&, button = name, text = caption](QDialog& dialog) {
+            EXPECT_TRUE(dialog.findChild<QLabel*>("message")->text().startsWith(
+                "The version of Tracelyn (007) with which you created this file is incompatible with this "
+                "version (012)."));
+            if (auto* const clicked = dialog.findChild<QPushButton*>(button)) {
+                EXPECT_EQ(clicked->text(), text);
+                QTest::mouseClick(clicked, Qt::LeftButton);
+            }
+            if (dialog.isVisible())
+                QTest::keyClick(&dialog, Qt::Key_Escape);
         });
-        EXPECT_EQ(modal.DoModal(), result);
+        EXPECT_EQ(modal.DoModal(), result) << name;
     }
 }
 

@@ -4,10 +4,6 @@
 #include <QProgressBar>
 #include <QStatusBar>
 
-#include <gtest/gtest.h>
-
-using namespace Tracelyn;
-
 TEST(LoadProgress, IsPaintedAtOnceWhenALoadTakesLongAndGoesWithIt) {
     class PaintCounter : public QObject {
     public:
@@ -19,7 +15,7 @@ TEST(LoadProgress, IsPaintedAtOnceWhenALoadTakesLongAndGoesWithIt) {
     } counter;
     WindowUnderTest window;
     QStatusBar& bar = *window.Frame().statusBar();
-    const auto find = [&] { return bar.findChild<QProgressBar*>(QStringLiteral("loadProgress")); };
+    const auto find = [&] { return bar.findChild<QProgressBar*>("loadProgress"); };
     {
         CLoadProgress shortLoad(bar, std::chrono::hours(1));
         shortLoad.Show(0.5);

@@ -1,50 +1,29 @@
 // The window itself: menus, toolbar, status bar, start-up and the About box.
 #include "WindowTesting.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QDialog>
-#include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
-#include <QTimer>
 #include <QToolBar>
-
-using namespace Tracelyn;
-
-namespace {
-
-std::vector<std::string> TextsOf(const QList<QAction*>& actions) {
-    std::vector<std::string> texts;
-    for (const QAction* action : actions)
-        texts.push_back(action->isSeparator() ? "-" : action->text().toStdString());
-    return texts;
-}
-
-} // namespace
 
 TEST(Window, HasTheMenusAndTheToolBar) {
     WindowUnderTest window;
-    std::map<std::string, std::vector<std::string>> menus;
-    for (const QAction* menu : window.Frame().menuBar()->actions())
-        menus[menu->text().toStdString()] = TextsOf(menu->menu()->actions());
-    EXPECT_EQ(menus,
-              (std::map<std::string, std::vector<std::string>>{
-                  {"&File", {"&Open", "&Save...", "S&ave CSV...", "&Close", "E&xit"}},
-                  {"&View",
-                   {"&Toolbar", "&Status Bar", "&Previous file", "&Next file", "&Change background color"}},
-                  {"&Action", {"Zoom &in", "Zoom &out", "Zoom &reset", "Toggle fixed cursor"}},
-                  {"&Help", {"&Help"}},
-              }));
+    QStringList menus;
+    for (const QAction* menu : window.Frame().menuBar()->actions()) {
+        menus += "* " + menu->text();
+        for (const QAction* action : menu->menu()->actions())
+            menus += action->isSeparator() ? "-" : action->text();
+    }
+    EXPECT_EQ(menus.join("|"),
+              "* &File|&Open|&Save...|S&ave CSV...|&Close|E&xit|"
+              "* &View|&Toolbar|&Status Bar|&Previous file|&Next file|&Change background color|"
+              "* &Action|Zoom &in|Zoom &out|Zoom &reset|Toggle fixed cursor|* &Help|&Help");
     const auto* const toolBar = window.Frame().findChild<QToolBar*>();
-    std::vector<std::string> tips;
+    QStringList tips;
     for (const QAction* action : toolBar->actions())
-        tips.push_back(action->isSeparator() ? "-" : action->toolTip().toStdString());
-    EXPECT_EQ(tips, (std::vector<std::string>{"Open", "-", "Previous file", "Next file", "-",
-                                              "Toggle the fixed cursor", "-", "Zoom in", "Zoom out",
-                                              "Show entire graph"}));
-    EXPECT_EQ(window.Frame().GetAction(CommandId::SaveCsv).statusTip(), QStringLiteral("Export to CSV file"));
+        tips += action->isSeparator() ? "-" : action->toolTip();
+    EXPECT_EQ(tips.join("|"), "Open|-|Previous file|Next file|-|Toggle the fixed cursor|-|Zoom in|Zoom out|"
+                              "Show entire graph");
+    EXPECT_EQ(window.Frame().GetAction(CommandId::SaveCsv).statusTip(), "Export to CSV file");
     EXPECT_EQ(toolBar->iconSize(), QSize(16, 16));
     EXPECT_TRUE(toolBar->isMovable());
 }
@@ -66,7 +45,7 @@ TEST(Window, TogglesToolBarAndStatusBar) {
 
 TEST(Window, WithoutAFileIsEmpty) {
     WindowUnderTest window;
-    EXPECT_EQ(window.Frame().windowTitle(), QStringLiteral("Tracelyn viewer"));
+    EXPECT_EQ(window.Frame().windowTitle(), "Tracelyn viewer");
     for (const CommandId id :
          {CommandId::FileClose, CommandId::SaveCsv, CommandId::PreviousFile, CommandId::NextFile,
           CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor})
@@ -80,18 +59,14 @@ TEST(Window, WithoutAFileIsEmpty) {
 }
 
 TEST(Window, ShowsSignalsByTheAccessCodesOfTheCommandLine) {
-    const QString sample = QStringLiteral(SAMPLES_DIR "/bend01.paf");
+    const QString sample = SAMPLES_DIR "/bend01.paf";
     size_t before = 0;
-    for (const QStringList& codes : {QStringList{},
-                                     {QStringLiteral("60418")},
-                                     {QStringLiteral("83206"), QStringLiteral("60418")},
-                                     {QStringLiteral("-47195")}}) {
+    for (const QStringList& codes : {QStringList{}, {"60418"}, {"83206", "60418"}, {"-47195"}}) {
         WindowUnderTest window(codes + QStringList{sample});
-        const size_t sets = window.Graph().GetData().GetSets().size();
-        EXPECT_GT(sets, before);
-        before = sets;
+        EXPECT_GT(window.Graph().GetData().GetSets().size(), before);
+        before = window.Graph().GetData().GetSets().size();
     }
-    WindowUnderTest codeLast({sample, QStringLiteral("47195")});
+    WindowUnderTest codeLast({sample, "47195"});
     EXPECT_FALSE(codeLast.View().IsDataLoaded()) << "the last argument is the file";
     EXPECT_TRUE(codeLast.ui.TakeMessages().empty());
 }
@@ -99,15 +74,10 @@ TEST(Window, ShowsSignalsByTheAccessCodesOfTheCommandLine) {
 TEST(Window, OpensTheAboutBoxOnF1) {
     WindowUnderTest window;
     QString caption;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-        if (auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-            poll.stop();
-            caption = box->windowTitle();
-            QTest::keyClick(box, Qt::Key_Escape);
-        }
+    const WhenModal answer([&](QDialog& box) {
+        caption = box.windowTitle();
+        QTest::keyClick(&box, Qt::Key_Escape);
     });
-    poll.start(10);
     window.Key(Qt::Key_F1);
-    EXPECT_EQ(caption, QStringLiteral("About Tracelyn"));
+    EXPECT_EQ(caption, "About Tracelyn");
 }

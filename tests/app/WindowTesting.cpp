@@ -1,9 +1,7 @@
 #include "WindowTesting.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 
 namespace Tracelyn {
@@ -70,27 +68,23 @@ QImage WindowUnderTest::Screen() {
 }
 
 SampleFolder::SampleFolder() {
-    for (int i = 1; i <= 3; ++i) {
-        const QString name = QStringLiteral("bend0%1.paf").arg(i);
+    for (const char* const name : {"bend01.paf", "bend02.paf", "bend03.paf"})
         Copy(name, name);
-    }
 }
 
 QString SampleFolder::Copy(const QString& sample, const QString& name) const {
-    QFile::copy(QStringLiteral(SAMPLES_DIR "/") + sample, Path(name));
+    EXPECT_TRUE(QFile::copy(SAMPLES_DIR "/" + sample, Path(name)));
     return Path(name);
 }
 
-QString SampleFolder::Write(const QString& name, const QByteArray& content) const {
-    QFile file(Path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write a test file");
-    return Path(name);
-}
-
-QByteArray ContentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+WhenModal::WhenModal(const std::function<void(QDialog&)>& act) {
+    QObject::connect(&m_Poll, &QTimer::timeout, [this, act] {
+        if (auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+            m_Poll.stop();
+            act(*dialog);
+        }
+    });
+    m_Poll.start(10);
 }
 
 } // namespace Tracelyn

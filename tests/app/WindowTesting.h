@@ -1,18 +1,16 @@
 // A window under test: the real frame and view with a recording user interface and a file set of its own.
 #pragma once
 
+#include "Testing.h"
 #include "app/MainFrm.h"
 #include "app/ShellUi.h"
 #include "app/TracelynApp.h"
 
-#include <QTemporaryDir>
+#include <QDialog>
 #include <QTest>
+#include <QTimer>
 
 #include <deque>
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace Tracelyn {
 
@@ -70,19 +68,28 @@ public:
     CTracelynApp app{ui};
 };
 
-// A folder with copies of the samples, and room for more.
-class SampleFolder {
-public:
-    SampleFolder();
-    QString Path(const QString& name) const { return m_Folder.filePath(name); }
-    // Copies a sample under another name.
-    QString Copy(const QString& sample, const QString& name) const;
-    QString Write(const QString& name, const QByteArray& content) const;
-
-private:
-    QTemporaryDir m_Folder;
+// Starts with a sample.
+struct SampleUnderTest : WindowUnderTest {
+    explicit SampleUnderTest(const QString& name = "bend01.paf")
+        : WindowUnderTest({SAMPLES_DIR "/" + name}) {}
+    CGraphDataGroup& Group(const char* name) { return *Graph().GetData().FindGroup(name); }
 };
 
-QByteArray ContentOf(const QString& path);
+// A folder with copies of the samples 1 to 3, and room for more.
+class SampleFolder : public TestFolder {
+public:
+    SampleFolder();
+    // Copies a sample under another name.
+    QString Copy(const QString& sample, const QString& name) const;
+};
+
+// Calls the function once with the modal window that opens next.
+class WhenModal {
+public:
+    explicit WhenModal(const std::function<void(QDialog&)>& act);
+
+private:
+    QTimer m_Poll;
+};
 
 } // namespace Tracelyn

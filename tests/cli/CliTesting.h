@@ -1,13 +1,7 @@
 // What the tests of this folder share: the real program, run in a folder of its own.
 #pragma once
 
-#include "TestFolder.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "Testing.h"
 
 struct Outcome {
     int code; // -1 when the program was killed or did not end

@@ -1,11 +1,7 @@
 #include "cli/ProgressLine.h"
+#include "Testing.h"
 
-#include <QFile>
 #include <QTemporaryFile>
-
-#include <gtest/gtest.h>
-
-using namespace Tracelyn;
 
 // What a load of three steps prints.
 static std::string Printed(std::chrono::milliseconds patience) {

@@ -2,8 +2,6 @@
 #include "ModelTesting.h"
 #include "model/GraphDataVariants.h"
 
-using namespace Tracelyn;
-
 TEST(MinMax, IsHalfOpenReadsTheFirstValueAndNeverTakesANaN) {
     CGraphData data;
     auto& set = data.Make<ListSet>("set");

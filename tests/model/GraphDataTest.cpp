@@ -1,8 +1,6 @@
 // Groups and the root that owns them: heights, selection, expanded states, ownership.
 #include "ModelTesting.h"
 
-using namespace Tracelyn;
-
 namespace {
 
 // Where a letter's group or set is shown: nowhere, as graph, in the console, in both.
@@ -65,12 +63,12 @@ TEST(Selection, StepsAndCountsAmongTheGroupsShownAsGraph) {
             EXPECT_EQ(Letters(data), row[i + 1]) << row[0] << " " << i;
         }
     }
-    CGraphData data;
-    AddGroups(data, "CGnB");
-    EXPECT_TRUE(data.SelectGroupByNumber(2));
-    EXPECT_EQ(Letters(data), "CgnB");
-    EXPECT_FALSE(data.SelectGroupByNumber(3));
-    EXPECT_EQ(Letters(data), "Cgnb");
+    for (const auto& [number, letters] : {std::pair{2, "CgnB"}, {3, "Cgnb"}}) {
+        CGraphData data;
+        AddGroups(data, "CGnB");
+        EXPECT_EQ(data.SelectGroupByNumber(number), number == 2);
+        EXPECT_EQ(Letters(data), letters);
+    }
 }
 
 TEST(ExpandedStates, AreRememberedByNameAndOnlyZeroCollapses) {

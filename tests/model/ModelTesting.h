@@ -1,17 +1,10 @@
 // What the tests of this folder share: a set with given values, and comparison of floats by their bits.
 #pragma once
 
+#include "Testing.h"
 #include "model/GraphData.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <bit>
-#include <climits>
-#include <cmath>
 #include <cstring>
-#include <tuple>
-#include <vector>
 
 namespace Tracelyn {
 

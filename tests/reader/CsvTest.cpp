@@ -1,27 +1,10 @@
-#include "model/GraphData.h"
+// Tables of numbers as text files.
+#include "ReaderTesting.h"
 #include "model/GraphDataTypedSet.h"
-#include "reader/XmlReader.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QTemporaryDir>
-#include <QTemporaryFile>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <bit>
-#include <limits>
-#include <memory>
-#include <random>
-#include <stdexcept>
-#include <vector>
-
-using namespace Tracelyn;
-
-using namespace Tracelyn;
 
 static std::string Exported(const CGraphData& data) {
     QBuffer device;
@@ -33,49 +16,38 @@ static std::string Exported(const CGraphData& data) {
 }
 
 TEST(CsvExport, WritesFixedSetsFirstAndThenOneColumnForEachOtherSetAsOftenAsItIsListed) {
+    const QByteArray variables =
+        "<TypedData Name='V' Type='Short' Description='v'/><TypedData Name='W' Type='Float' Description='w'>"
+        "<Unit UnitOffset='1' UnitFactor='2' Precision='2'/></TypedData>";
     using Case = std::pair<const char*, const char*>;
     for (const auto& [groups, csv] :
-         {Case{"", "\r\n\r\n\r\n\"t\"\r\n0\r\n"},
+         {Case{"", "\r\n\r\n\r\n\"Time\"\r\n0\r\n"},
           Case{"<Group Name='A'><RefLine Name='a,&quot;b' Value='1.5'/><Line DataName='V'/></Group>"
                "<Group Name='B'><Line DataName='W'/><Line DataName='V'/><RefLine Name='&#181;&#937;' "
                "Value='-7'/></Group>",
-               "\"a,\"b\",\"\xb5?\"\r\n1.500000,-7.000000\r\n\r\n\"t\",\"v\",\"w\",\"v\"\r\n0,1,2.25,1\r\n2,-"
+               "\"a,\"b\",\"\xb5?\"\r\n1.500000,-7.000000\r\n\r\n\"Time\",\"v\",\"w\",\"v\"\r\n0,1,2.25,"
+               "1\r\n2,-"
                "2,10.00,-2\r\n"}}) {
-        QTemporaryFile xml;
-        ASSERT_TRUE(xml.open());
-        xml.write("<Analysis><DataDefinition><IndexSet Name='t'><Unit UnitFactor='2' "
-                  "Precision='0'/></IndexSet><VariablesDefinitions>"
-                  "<TypedData Name='V' Type='Short' Description='v'/><TypedData Name='W' Type='Float' "
-                  "Description='w'>"
-                  "<Unit UnitOffset='1' UnitFactor='2' "
-                  "Precision='2'/></TypedData></VariablesDefinitions></DataDefinition><Groups>" +
-                  QByteArray(groups) + "</Groups><Data>1,0.125\n-2,4</Data></Analysis>");
-        xml.close();
         CGraphData data;
-        CXmlReader().ReadAnalysis(data, xml.fileName());
+        const TestFolder folder;
+        CXmlReader().ReadAnalysis(data,
+                                  folder.Write("a.xml", Document(variables, groups, "1,0.125\n-2,4",
+                                                                 "<Unit UnitFactor='2' Precision='0'/>")));
         EXPECT_EQ(Exported(data), csv);
     }
     EXPECT_EQ(Exported(CGraphData()), "\r\n\r\n\r\n\r\n") << "an empty model";
 }
 
 // Takes so many bytes, refuses one write and takes all others.
-class CFailingDevice : public QIODevice {
+class CFailingDevice : public QBuffer {
 public:
     explicit CFailingDevice(qint64 room) : m_nRoom(room) { open(WriteOnly | Unbuffered); }
 
-    QByteArray m_Written;
-
 protected:
-    qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
     qint64 writeData(const char* data, qint64 size) override {
-        if (m_nRoom == 0) {
-            m_nRoom = INT64_MAX;
-            return -1;
-        }
-        const qint64 taken = std::min(size, m_nRoom);
-        m_nRoom -= taken;
-        m_Written.append(data, taken);
-        return taken;
+        const qint64 taken = m_nRoom == 0 ? -1 : std::min(size, m_nRoom);
+        m_nRoom = taken < 0 ? INT64_MAX : m_nRoom - taken;
+        return taken < 0 ? taken : QBuffer::writeData(data, taken);
     }
 
 private:
@@ -103,23 +75,7 @@ TEST(CsvExport, KeepsTheOrderOfRowsAndEndsAtAWriteError) {
     CCsvFile file;
     ASSERT_TRUE(file.Open(device));
     EXPECT_THROW(ExportCsv(data, file), CFileException);
-    EXPECT_TRUE(device.m_Written.toStdString() == expected.substr(0, 500'000));
-}
-
-TEST(CsvFile, FlushesTheWholePendingTextAbove4096Characters) {
-    QBuffer device;
-    CCsvFile file;
-    ASSERT_TRUE(device.open(QIODevice::WriteOnly) && file.Open(device));
-    file.WriteField(std::string(4095, 'a'));
-    file.WriteField("");
-    EXPECT_EQ(device.size(), 0);
-    file.WriteField("b");
-    EXPECT_EQ(device.size(), 4097);
-    file.AppendText(std::string(4096, 'c'));
-    file.WriteStringField("field that is not split");
-    EXPECT_EQ(device.size(), 2 * 4097);
-    file.Close();
-    EXPECT_EQ(device.size(), 2 * 4097 + 26);
+    EXPECT_TRUE(device.data().toStdString() == expected.substr(0, 500'000));
 }
 
 // Short, long and absurdly long fields.
@@ -156,50 +112,30 @@ TEST(CsvFile, WriteErrorsComeOutOfAppendFlushAndCloseButNotOfTheDestructor) {
     EXPECT_THROW(file.Close(), CFileException);
     ASSERT_TRUE(file.Open("/dev/full"));
     file.WriteField("the destructor swallows this");
-}
-
-// A file that could be written over, in a folder that takes no file.
-TEST(CsvFile, WritesOverNothingThatItCouldLose) {
-    EXPECT_THROW(CCsvFile().Open("/proc/self/comm"), CFileException);
+    EXPECT_THROW(CCsvFile().Open("/proc/self/comm"), CFileException)
+        << "a file that could only be written over";
     EXPECT_FALSE(CCsvFile().Open("/proc/self/new"));
 }
 #endif
 
-TEST(CsvFile, TruncatesAnExistingFileAndWritesPendingTextWhenDestroyed) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("\u0416.csv");
-    for (const char* text : {"the longer first text", "short"}) {
-        CCsvFile file;
-        ASSERT_TRUE(file.Open(path));
-        file.WriteField(text);
-        file.WriteIntegerField(std::numeric_limits<int>::min());
-    }
-    QFile written(path);
-    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
-    EXPECT_EQ(written.readAll(), "short,-2147483648");
-    EXPECT_FALSE(CCsvFile().Open(folder.path()));
-}
-
 TEST(CsvFile, TakesAnOlderFilesPlaceOnlyWhenItIsClosedAndWhole) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("old.csv");
-    const auto content = [&] {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    const auto write = [&](const QByteArray& text, bool interrupted) {
+    const TestFolder folder;
+    const QString path = folder.Path("\u0416.csv");
+    const auto write = [&](const std::string& text, bool interrupted) {
         CCsvFile file;
         ASSERT_TRUE(file.Open(path));
-        file.AppendText(std::string_view(text.data(), static_cast<size_t>(text.size())));
+        file.AppendText(text);
         file.Flush();
-        EXPECT_NE(content(), text);
+        file.WriteIntegerField(std::numeric_limits<int>::min());
+        EXPECT_FALSE(TestFolder::Read(path).startsWith(text.c_str()));
         if (interrupted)
             throw std::runtime_error("out of the export");
     };
-    write("old", false);
+    write("the longer first text", false);
     EXPECT_THROW(write("new", true), std::runtime_error);
-    EXPECT_EQ(content(), "old");
+    EXPECT_EQ(TestFolder::Read(path), "the longer first text-2147483648");
     write("new", false);
-    EXPECT_EQ(content(), "new");
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("old.csv")) << "nothing beside it";
+    EXPECT_EQ(TestFolder::Read(path), "new-2147483648");
+    EXPECT_EQ(folder.Entries(), QStringList("\u0416.csv")) << "nothing beside it";
+    EXPECT_FALSE(CCsvFile().Open(folder.Folder()));
 }

@@ -11,8 +11,6 @@
 #include <sys/stat.h>
 #endif
 
-using namespace Tracelyn;
-
 namespace {
 
 QByteArray Declared(const char* encoding, const QByteArray& text) {

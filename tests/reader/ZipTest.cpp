@@ -1,22 +1,13 @@
 #include "reader/container/zip.h"
-
+#include "Testing.h"
 #include "reader/AnalysisFile.h"
 
 #include <QDirIterator>
-#include <QTemporaryDir>
 #include <QtEndian>
-
-#include <gtest/gtest.h>
-
-#include <zlib.h>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
-
-using namespace Tracelyn;
 #endif
-
-using namespace Tracelyn;
 
 namespace {
 
@@ -24,16 +15,6 @@ const QString kEntry = "tmpandat.bin";
 
 QByteArray Hex(const char* text) {
     return QByteArray::fromHex(text);
-}
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()) << path.toStdString();
-}
-
-QByteArray ReadFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
 }
 
 // "hello" as one entry, written down by hand.
@@ -49,6 +30,12 @@ QByteArray Archive(const QByteArray& entries) {
     return entries + Hex("504b0102") + QByteArray(26, '\0');
 }
 
+// The archive, its first entry announcing another size.
+QByteArray Announcing(int64_t size, QByteArray archive) {
+    const auto bytes = qToLittleEndian(static_cast<uint32_t>(size));
+    return archive.replace(22, 4, QByteArray(reinterpret_cast<const char*>(&bytes), 4));
+}
+
 QByteArray Noise(qsizetype size) {
     QByteArray noise(size, '\0');
     for (uint32_t random = 1; char& byte : noise)
@@ -56,15 +43,14 @@ QByteArray Noise(qsizetype size) {
     return noise;
 }
 
-class Zip : public ::testing::Test {
+class Zip : public ::testing::Test, protected TestFolder {
 protected:
-    void SetUp() override { ASSERT_TRUE(QDir(m_Folder.path()).mkpath("box/out")); }
+    void SetUp() override { ASSERT_TRUE(QDir(Folder()).mkpath("box/out")); }
 
-    QString Path(const QString& name) const { return m_Folder.filePath(name); }
     QString Out() const { return Path("box/out/"); }
 
     bool Expand(const QByteArray& archive, const QString& entry = QString()) {
-        WriteFile(Path("a.paf"), archive);
+        Write("a.paf", archive);
         return CZip(Path("a.paf")).Expand(Out(), entry);
     }
 
@@ -81,15 +67,19 @@ protected:
         return found.join(" ").toStdString();
     }
 
-    bool Refuses(const QByteArray& archive) { return !Expand(archive) && TakeFiles().empty(); }
+    bool Pack(const char* file, const QString& entry, const char* archive = "a.paf") const {
+        CZip zip(Path(archive));
+        zip.AddFileAs(Path(file), entry);
+        return zip.Pack();
+    }
 
-    QTemporaryDir m_Folder;
+    bool Refuses(const QByteArray& archive) { return !Expand(archive) && TakeFiles().empty(); }
 };
 
 TEST_F(Zip, PacksByteForByteAndListsASkippedFileWithoutSizes) {
-    WriteFile(Path("hello.txt"), "hello");
+    Write("hello.txt", "hello");
     CZip zip(Path("a.paf"));
-    zip.SetBaseFolder(m_Folder.path());
+    zip.SetBaseFolder(Folder());
     zip.AddFile("/", "hello.txt", false, true);
     zip.AddFile("/", "gone", true, false);
     ASSERT_TRUE(zip.Pack());
@@ -98,7 +88,7 @@ TEST_F(Zip, PacksByteForByteAndListsASkippedFileWithoutSizes) {
         QByteArray(16, '\0') + "hello.txt" +
         Hex("504b0102 0100 0100 0000 0800 00000000 00000000 00000000 00000000 0500") + QByteArray(16, '\0') +
         "/gone" + Hex("504b0506 0000 0000 0200 0200 6a000000 34000000 0000");
-    EXPECT_EQ(ReadFile(Path("a.paf")).toHex(), expected.toHex());
+    EXPECT_EQ(Read(Path("a.paf")).toHex(), expected.toHex());
 }
 
 // Rows of numbers; sizes around those of zlib's window and of the pieces.
@@ -106,18 +96,11 @@ TEST_F(Zip, CompressesPieceByPieceAsZlibDoesTheWhole) {
     QByteArray rows;
     for (const char digit : Noise(1'000'000))
         rows += "0123456789,-.\n01"[digit & 15];
-    for (const qsizetype size : {0, 1, 32767, 65536, 65537, 131072, 300'000, 1'000'000}) {
-        WriteFile(Path("rows"), rows.left(size));
-        CZip zip(Path("a.paf"));
-        zip.AddFileAs(Path("rows"), "n");
-        ASSERT_TRUE(zip.Pack());
-        auto length = compressBound(static_cast<uLong>(size));
-        QByteArray stream(static_cast<qsizetype>(length), '\0');
-        ASSERT_EQ(compress2(reinterpret_cast<Bytef*>(stream.data()), &length,
-                            reinterpret_cast<const Bytef*>(rows.constData()), static_cast<uLong>(size), 9),
-                  Z_OK);
-        stream.truncate(static_cast<qsizetype>(length));
-        const QByteArray packed = ReadFile(Path("a.paf")).mid(30);
+    for (const qsizetype size : {1, 32767, 65536, 65537, 131072, 300'000, 1'000'000}) {
+        Write("rows", rows.left(size));
+        ASSERT_TRUE(Pack("rows", "n"));
+        const QByteArray stream = qCompress(rows.left(size), 9).mid(4); // behind the size
+        const QByteArray packed = Read(Path("a.paf")).mid(30);
         EXPECT_TRUE(packed.startsWith("n" + stream.left(2) + stream.right(4) + stream.chopped(4).mid(2)))
             << size;
     }
@@ -125,19 +108,18 @@ TEST_F(Zip, CompressesPieceByPieceAsZlibDoesTheWhole) {
 
 TEST_F(Zip, RoundTripKeepsEveryByteAndCreatesFolders) {
     const QByteArray noise = Noise(100'000);
-    ASSERT_TRUE(QDir(m_Folder.path()).mkpath("deep/er"));
+    ASSERT_TRUE(QDir(Folder()).mkpath("deep/er"));
     CZip zip(Path("a.paf"));
-    zip.SetBaseFolder(m_Folder.path() + "/");
+    zip.SetBaseFolder(Folder() + "/");
     const QList<QByteArray> contents{"", noise, QByteArray(3'000'000, '\0')};
     for (const QByteArray& bytes : contents) {
         const QString name = QString("\u00fc%1").arg(bytes.size());
-        WriteFile(Path("deep/er/") + name, bytes);
+        Write("deep/er/" + name, bytes);
         zip.AddFile("deep/er/", name, true, true);
     }
     ASSERT_TRUE(zip.Pack() && zip.Expand(Out() + "new/", QString()));
     for (const QByteArray& bytes : contents)
-        EXPECT_TRUE(ReadFile(Out() + QString("new/deep/er/\u00fc%1").arg(bytes.size())) == bytes)
-            << bytes.size();
+        EXPECT_TRUE(Read(Out() + QString("new/deep/er/\u00fc%1").arg(bytes.size())) == bytes) << bytes.size();
 }
 
 TEST_F(Zip, ExpandsTheWantedEntriesOrNone) {
@@ -182,21 +164,19 @@ TEST_F(Zip, RefusesNamesAndTargetsThatCouldLieElsewhere) {
         "con|NUL.txt|a/aux .x|Prn|COM1|lpt9.tmpandat.bin|com\xb9|CONIN$|clock$");
     for (const QByteArray& name : QByteArray(names).replace('#', '\0').split('|'))
         EXPECT_TRUE(Refuses(Archive(Hello(name)))) << name.toStdString();
-    WriteFile(Path("a.paf"), Archive(Hello("tmpandat.bin")));
+    Write("a.paf", Archive(Hello("tmpandat.bin")));
     for (const QString& target : {QString(), QString("relative/"), Path("a.paf/")})
         EXPECT_FALSE(CZip(Path("a.paf")).Expand(target, kEntry)) << target.toStdString();
 }
 
 TEST_F(Zip, ABombEndsAtTheSizeThatItAnnounces) {
-    WriteFile(Path("zeros"), QByteArray(3'000'000, '\0'));
-    CZip zip(Path("a.paf"));
-    zip.AddFileAs(Path("zeros"), kEntry);
-    ASSERT_TRUE(zip.Pack());
-    const QByteArray whole = ReadFile(Path("a.paf"));
+    Write("zeros", QByteArray(3'000'000, '\0'));
+    ASSERT_TRUE(Pack("zeros", kEntry));
+    const QByteArray whole = Read(Path("a.paf"));
     for (const int64_t size : {3'000'000, 0, 1, 131'072, 2'999'999, 3'000'001, 3'100'000}) {
         const auto announced = qToLittleEndian(static_cast<uint32_t>(size));
-        WriteFile(Path("a.paf"),
-                  QByteArray(whole).replace(22, 4, QByteArray(reinterpret_cast<const char*>(&announced), 4)));
+        Write("a.paf",
+              QByteArray(whole).replace(22, 4, QByteArray(reinterpret_cast<const char*>(&announced), 4)));
         double reached = 0;
         const auto progress = [&](double done) {
             EXPECT_LE(reached, done);
@@ -211,31 +191,27 @@ TEST_F(Zip, ABombEndsAtTheSizeThatItAnnounces) {
 TEST_F(Zip, NeitherPacksNorExpandsMoreThanAnybodyNeeds) {
     constexpr int64_t kAllowed = (48 << 20) + 32 * 7; // for an entry of 7 bytes
     for (const int64_t size : {kAllowed, kAllowed + 1}) {
-        const auto announced = qToLittleEndian(static_cast<uint32_t>(size));
-        const QByteArray bytes(reinterpret_cast<const char*>(&announced), 4);
-        WriteFile(Path("a.paf"), Archive(Hello("tmpandat.bin")).replace(22, 4, bytes));
+        Write("a.paf", Announcing(size, Archive(Hello("tmpandat.bin"))));
         bool begun = false;
         EXPECT_FALSE(CZip(Path("a.paf")).Expand(Out(), kEntry, [&](double) { begun = true; }));
         EXPECT_EQ(begun, size == kAllowed);
     }
     QFile zeros(Path("zeros")); // nothing but a hole
     ASSERT_TRUE(zeros.open(QIODevice::WriteOnly) && zeros.resize(kAllowed + 32 * 300'000));
-    CZip zip(Path("b.paf"));
-    zip.AddFileAs(Path("zeros"), kEntry);
-    EXPECT_FALSE(zip.Pack());
+    EXPECT_FALSE(Pack("zeros", kEntry, "b.paf"));
 }
 
 #ifdef Q_OS_UNIX
 TEST_F(Zip, NeverWritesThroughWhatStandsInItsPlace) {
     const QByteArray archive = Archive(Hello("tmpandat.bin"));
     const QString target = Out() + kEntry;
-    WriteFile(Path("victim"), "untouched");
+    Write("victim", "untouched");
     ASSERT_TRUE(QFile::link(Path("victim"), target));
     EXPECT_TRUE(Expand(archive, kEntry)) << "a link";
     EXPECT_EQ(TakeFiles(), "out/tmpandat.bin");
     ASSERT_EQ(::link(QFile::encodeName(Path("victim")), QFile::encodeName(target)), 0);
     EXPECT_TRUE(Expand(archive, kEntry)) << "the file itself under a second name";
-    EXPECT_EQ(ReadFile(target) + ReadFile(Path("victim")), "hellountouched");
+    EXPECT_EQ(Read(target) + Read(Path("victim")), "hellountouched");
     if (::geteuid() == 0) {
         ASSERT_EQ(::chown(QFile::encodeName(target), 12345, 12345), 0);
         EXPECT_TRUE(Expand(archive, kEntry)) << "another user's file";
@@ -252,17 +228,17 @@ TEST_F(Zip, NeverWritesThroughWhatStandsInItsPlace) {
 #endif
 
 TEST_F(Zip, AFailedPackKeepsWhatWasThere) {
-    WriteFile(Path("hello.txt"), "hello");
+    Write("hello.txt", "hello");
     for (const QString& name : {QString("gone"), QString("\u0416.xml"), QString(260, u'n')}) {
-        WriteFile(Path("box/a.paf"), "older archive");
+        Write("box/a.paf", "older archive");
         for (const char* archive : {"box/a.paf", "box/new.paf", "nowhere/a.paf"}) {
             CZip zip(Path(archive));
-            zip.SetBaseFolder(m_Folder.path() + "/");
+            zip.SetBaseFolder(Folder() + "/");
             zip.AddFile("", "hello.txt", false, true);
             zip.AddFile("", name, false, true);
             EXPECT_FALSE(zip.Pack()) << name.toStdString();
         }
-        EXPECT_EQ(ReadFile(Path("box/a.paf")), "older archive");
+        EXPECT_EQ(Read(Path("box/a.paf")), "older archive");
         EXPECT_EQ(TakeFiles(), "a.paf") << name.toStdString();
     }
 }
@@ -272,13 +248,13 @@ TEST_F(Zip, AnExpandedAnalysisIsGoneWithItsObjectAlsoWhenItNeverCame) {
     for (const auto& [bytes, expanded, contents] :
          {Case{Archive(Hello("tmpandat.bin")), true, "hello"},
           Case{Archive(Hello("other")), true, "no such file"}, Case{"damaged", false, "no such file"}}) {
-        WriteFile(Path("a.paf"), bytes);
+        Write("a.paf", bytes);
         QString path;
         {
             const CExpandedAnalysis analysis(Path("a.paf"));
             EXPECT_EQ(analysis.IsExpanded(), expanded);
             path = analysis.GetPath();
-            EXPECT_EQ(ReadFile(path), contents);
+            EXPECT_EQ(Read(path), contents);
         }
         EXPECT_FALSE(QFileInfo::exists(QFileInfo(path).path()));
     }

@@ -1,121 +1,92 @@
+// The console with the values at the cursor.
 #include "RenderTesting.h"
+#include "Testing.h"
 #include "render/GraphDrawingContext.h"
-
-#include <gtest/gtest.h>
 
 #include <QFontMetrics>
 
-using namespace Tracelyn;
-
 namespace {
 
-constexpr QSize kSize(600, 300);
-
-// The pixels of a color inside a rectangle.
-int CountPixels(const RecordingWindow& window, const QRect& rect, const QColor& color) {
-    int count = 0;
-    for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        for (int x = rect.left(); x <= rect.right(); ++x)
-            count += window.At(x, y) == color ? 1 : 0;
-    }
-    return count;
-}
-
-struct ConsoleData : GraphWithData {
-    ConsoleData() {
+struct Console : ::testing::Test, GraphWithData {
+    Console() {
         AddIndex();
-        CGraphDataGroup& group = AddGroup(QStringLiteral("Group"));
-        AddSignal(
-            group, 100, [](int i) { return i / 2.0; }, 0x0000FF, QStringLiteral("S"))
-            .SetPrecision(3);
-        AddBit(
-            group, 100, [](int i) { return i >= 50; }, 0x00FF00, QStringLiteral("B1"));
-        AddBit(
-            group, 100, [](int) { return false; }, 0xFF0000, QStringLiteral("B2"));
+        CGraphDataGroup& group = AddGroup("Group");
+        CGraphDataSet& signal = AddSignal(group, 100, [](int i) { return i / 2.0; });
+        signal.SetPrecision(3);
+        signal.SetColor(0x0000FF);
+        AddBit(group, "B1", 100, [](int i) { return i >= 50; }).SetColor(0x00FF00);
+        AddBit(group, "B2", 100, [](int) { return false; }).SetColor(0xFF0000);
         graph.SetResetPending();
+        window.PaintAll();
     }
+    // The places of the values.
+    std::vector<SCREENRECT> Cells() const {
+        std::vector<SCREENRECT> cells;
+        graph.GetCanvas().CollectScreenRects(kValueRect, cells);
+        return cells;
+    }
+
+    RecordingWindow window{graph, {600, 300}};
 };
 
 } // namespace
 
-TEST(Console, StandsAtTheChosenEdgeInFrontOfTheBands) {
+TEST_F(Console, StandsAtTheChosenEdgeInFrontOfTheBands) {
     for (const bool dark : {true, false}) {
-        ConsoleData data;
-        RecordingWindow window(data.graph, kSize);
-        if (!dark)
-            data.graph.ToggleBackground(window);
-        window.PaintAll();
         const ColorScheme& colors = dark ? ColorScheme::Dark() : ColorScheme::Light();
-        const int right = kSize.width() - 4;
+        const int right = 600 - 4;
         EXPECT_EQ(window.At(right - 1, 10), colors.consoleFrame);
         EXPECT_EQ(window.At(right - 2, 6), colors.consoleFill);
         EXPECT_EQ(window.At(right, 10), colors.background);
         // The first box has no name row and ends two pixels below its only value; the next begins two below
         // that.
         EXPECT_EQ(window.At(right - 30, 20), colors.consoleFrame);
-        EXPECT_GT(CountPixels(window, QRect(right - 150, 20, 140, 12), colors.consoleGroupName), 5);
+        EXPECT_GT(window.Count({right - 150, 20, 140, 12}, colors.consoleGroupName), 5);
 
-        data.graph.ToggleConsoleSide(window);
+        graph.ToggleConsoleSide(window);
         window.PaintAll();
         EXPECT_EQ(window.At(4, 10), colors.consoleFrame);
         EXPECT_EQ(window.At(right - 2, 100), colors.background);
+        graph.ToggleConsoleSide(window);
+        graph.ToggleBackground(window);
+        window.PaintAll();
     }
 }
 
-TEST(Console, ShowsValuesRightAlignedWithTheSetsDecimals) {
-    ConsoleData data;
-    RecordingWindow window(data.graph, kSize);
-    window.PaintAll();
-    std::vector<SCREENRECT> cells;
-    data.graph.GetCanvas().CollectScreenRects(kValueRect, cells);
-    ASSERT_EQ(cells.size(), 4U);
-    const SCREENRECT& value = cells[1];
-    const QFontMetrics metrics(CSmallFont::Font());
+TEST_F(Console, ShowsValuesRightAlignedWithTheSetsDecimals) {
+    ASSERT_EQ(Cells().size(), 4U);
+    const SCREENRECT value = Cells()[1];
+    const QColor red(255, 0, 0);
     // Cursor at 49: " 24.500" ends four pixels before the unit.
-    const int width = metrics.horizontalAdvance(QStringLiteral("24.500"));
+    const int width = QFontMetrics(CSmallFont::Font()).horizontalAdvance("24.500");
     const QRect text(value.right - 4 - width, value.top, width, 11);
-    EXPECT_GT(CountPixels(window, text, QColor(255, 0, 0)), 10);
-    EXPECT_EQ(CountPixels(window, QRect(value.left, value.top, text.left() - 1 - value.left, 11),
-                          QColor(255, 0, 0)),
-              0);
-    EXPECT_EQ(CountPixels(window, QRect(value.right - 4, value.top, 4, 11), QColor(255, 0, 0)), 0);
+    EXPECT_GT(window.Count(text, red), 10);
+    EXPECT_EQ(window.Count({value.left, value.top, text.left() - 1 - value.left, 11}, red), 0);
+    EXPECT_EQ(window.Count({value.right - 4, value.top, 4, 11}, red), 0);
 }
 
-TEST(Console, ShowsASetBitInverted) {
-    ConsoleData data;
-    RecordingWindow window(data.graph, kSize);
+TEST_F(Console, ShowsASetBitInverted) {
+    graph.SetCursorPosition(window, 60);
     window.PaintAll();
-    data.graph.SetCursorPosition(window, 60);
-    window.PaintAll();
-    std::vector<SCREENRECT> cells;
-    data.graph.GetCanvas().CollectScreenRects(kValueRect, cells);
     const auto filled = [&](const SCREENRECT& cell, const QColor& color) {
-        return CountPixels(window, QRect(cell.left + 1, cell.top, cell.right - cell.left - 3, 13), color);
+        return window.Count({cell.left + 1, cell.top, cell.right - cell.left - 3, 13}, color);
     };
-    EXPECT_GT(filled(cells[2], QColor(0, 255, 0)), 100);
-    const int plain = filled(cells[3], QColor(0, 0, 255));
-    EXPECT_GT(plain, 5);
-    EXPECT_LT(plain, 60);
+    EXPECT_GT(filled(Cells()[2], QColor(0, 255, 0)), 100);
+    const int plain = filled(Cells()[3], QColor(0, 0, 255));
+    EXPECT_TRUE(plain > 5 && plain < 60) << plain;
 }
 
-TEST(Console, TakesMixedRowsOneAfterTheOther) {
-    GraphWithData data;
-    CGraphDataGroup& group = data.AddGroup(QStringLiteral("g"));
-    const auto bit = [](int) { return true; };
-    const auto signal = [](int) { return 1.0; };
-    data.AddBit(group, 10, bit);
-    data.AddSignal(group, 10, signal);
-    data.AddBit(group, 10, bit);
-    data.AddBit(group, 10, bit);
-    data.AddBit(group, 10, bit);
-    data.graph.SetResetPending();
-    RecordingWindow window(data.graph, kSize);
+TEST_F(Console, TakesMixedRowsOneAfterTheOther) {
+    graph.GetData().Clear();
+    CGraphDataGroup& group = AddGroup("g");
+    for (const char kind : {'b', 's', 'b', 'b', 'b'})
+        kind == 'b' ? AddBit(group, 10, [](int) { return true; })
+                    : AddSignal(group, 10, [](int) { return 1.0; });
+    graph.SetResetPending();
     window.PaintAll();
-    std::vector<SCREENRECT> cells;
-    data.graph.GetCanvas().CollectScreenRects(kValueRect, cells);
     std::vector<int> tops;
-    for (const SCREENRECT& cell : cells)
+    for (const SCREENRECT& cell : Cells())
         tops.push_back(cell.top);
     EXPECT_EQ(tops, (std::vector{5, 17, 29, 29, 41}));
-    EXPECT_GT(cells[3].left, cells[2].right);
+    EXPECT_GT(Cells()[3].left, Cells()[2].right);
 }

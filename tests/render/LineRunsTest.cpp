@@ -1,13 +1,5 @@
 #include "render/LineRuns.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <random>
-#include <set>
-#include <utility>
-
-using namespace Tracelyn;
+#include "Testing.h"
 
 namespace {
 

@@ -1,17 +1,19 @@
+// Cursors, zoom and scrolling, and what each repaints.
 #include "RenderTesting.h"
+#include "Testing.h"
 #include "render/FileJustOpened.h"
-
-#include <gtest/gtest.h>
-
-using namespace Tracelyn;
 
 namespace {
 
-struct Loaded : GraphWithData {
-    explicit Loaded(int count = 1001, QSize size = {500, 200}) : window(graph, size) {
+// Two bands of 1001 samples in 500 pixels.
+struct Navigation : ::testing::Test, GraphWithData {
+    Navigation() {
         AddIndex();
-        AddSignal(AddGroup(QStringLiteral("One")), count, [](int i) { return i; });
-        AddSignal(AddGroup(QStringLiteral("Two")), count, [](int i) { return -i; });
+        AddSignal(AddGroup("One"), 1001, [](int i) { return i; });
+        AddSignal(AddGroup("Two"), 1001, [](int i) { return -i; });
+        Reset();
+    }
+    void Reset() {
         graph.SetResetPending();
         window.PaintAll();
         Forget();
@@ -22,111 +24,93 @@ struct Loaded : GraphWithData {
         window.wholeInvalidations = 0;
     }
 
-    RecordingWindow window;
+    RecordingWindow window{graph, {500, 200}};
 };
 
 } // namespace
 
-TEST(Reset, ShowsTheWholeRangeWithTheCursorInTheMiddle) {
-    Loaded data;
-    EXPECT_EQ(data.graph.GetCanvas().GetFull(), (WorldRect{0, 0, 1000, 200}));
-    EXPECT_EQ(data.graph.GetCursorPosition(), 500);
-    EXPECT_TRUE(data.graph.GetData().FindGroup(QStringLiteral("One"))->m_bSelected);
-    EXPECT_EQ(data.window.scrollBar, (ScrollBarState{1, 99, 100, 0})) << "set before the range is";
-    data.window.PaintAll();
-    EXPECT_EQ(data.window.scrollBar, (ScrollBarState{1, 999, 1000, 0}));
+TEST_F(Navigation, StartsWithTheWholeRangeAndTheCursorInTheMiddle) {
+    EXPECT_EQ(graph.GetCanvas().GetFull(), (WorldRect{0, 0, 1000, 200}));
+    EXPECT_EQ(graph.GetCursorPosition(), 500);
+    EXPECT_TRUE(graph.GetData().FindGroup("One")->m_bSelected);
+    EXPECT_EQ(window.scrollBar, (ScrollBarState{1, 99, 100, 0})) << "set before the range is";
+    window.PaintAll();
+    EXPECT_EQ(window.scrollBar, (ScrollBarState{1, 999, 1000, 0}));
 }
 
-TEST(Cursor, StaysWithinTheData) {
-    Loaded data;
-    struct Case {
-        int to, result;
-    };
-    for (const auto& [to, result] : {Case{300, 300}, {-1, 0}, {-10, 0}, {1010, 1000}, {INT32_MAX, 1000}}) {
-        data.graph.SetCursorPosition(data.window, to);
-        EXPECT_EQ(data.graph.GetCursorPosition(), result) << to;
+TEST_F(Navigation, KeepsTheCursorWithinTheData) {
+    for (const auto& [to, result] :
+         {std::pair{300, 300}, {-1, 0}, {-10, 0}, {1010, 1000}, {INT32_MAX, 1000}}) {
+        graph.SetCursorPosition(window, to);
+        EXPECT_EQ(graph.GetCursorPosition(), result) << to;
     }
-    data.Forget();
-    data.graph.SetCursorPosition(data.window, 5000);
-    EXPECT_TRUE(data.window.areas.empty()) << "already there";
+    Forget();
+    graph.SetCursorPosition(window, 5000);
+    EXPECT_TRUE(window.areas.empty()) << "already there";
 
     CGraph empty;
-    RecordingWindow window(empty, {100, 100});
-    window.PaintAll();
-    empty.SetCursorPosition(window, 7);
+    RecordingWindow other(empty, {100, 100});
+    other.PaintAll();
+    empty.SetCursorPosition(other, 7);
     EXPECT_EQ(empty.GetCursorPosition(), 0);
 }
 
-TEST(Cursor, RepaintsTwoStripsAndTheValueCells) {
-    Loaded data;
+TEST_F(Navigation, OfTheCursorRepaintsTwoStripsAndTheValueCells) {
     TakeFileJustOpened();
-    data.graph.SetCursorPosition(data.window, 510);
-    EXPECT_EQ(data.window.wholeInvalidations, 0);
+    graph.SetCursorPosition(window, 510);
+    EXPECT_EQ(window.wholeInvalidations, 0);
     std::vector<SCREENRECT> cells;
-    data.graph.GetCanvas().CollectScreenRects(kValueRect, cells);
+    graph.GetCanvas().CollectScreenRects(kValueRect, cells);
     EXPECT_EQ(cells.size(), 3U);
     QRegion expected = QRegion(250, 0, 1, 200) + QRegion(255, 0, 1, 200);
     for (const SCREENRECT& cell : cells)
         expected += PixelRect{cell.left, cell.top, cell.right, cell.bottom}.ToQRect();
-    EXPECT_EQ(data.window.painted, std::vector{expected}) << "all in one frame";
+    EXPECT_EQ(window.painted, std::vector{expected}) << "all in one frame";
 }
 
-TEST(Cursor, NearTheConsoleMovesItAside) {
-    Loaded data;
-    data.graph.SetCursorPosition(data.window, 668);
-    EXPECT_FALSE(data.graph.IsConsoleOnLeft()) << "two thirds of 500 pixels, not beyond";
-    EXPECT_EQ(data.window.wholeInvalidations, 0);
-    data.graph.SetCursorPosition(data.window, 670);
-    EXPECT_TRUE(data.graph.IsConsoleOnLeft());
-    EXPECT_EQ(data.window.wholeInvalidations, 1);
-    data.graph.SetCursorPosition(data.window, 332);
-    EXPECT_TRUE(data.graph.IsConsoleOnLeft());
-    data.graph.SetCursorPosition(data.window, 330);
-    EXPECT_FALSE(data.graph.IsConsoleOnLeft());
-}
-
-TEST(FixedCursor, IsClampedStoredAndRepainted) {
-    Loaded data;
-    struct Case {
-        int to, result;
-    };
-    for (const auto& [to, result] : {Case{400, 400}, {2000, 1000}, {0, 0}, {-1, -1}, {-9, -1}}) {
-        data.graph.SetFixedCursor(data.window, to);
-        EXPECT_EQ(data.graph.GetFixedCursor(), result);
+TEST_F(Navigation, NearTheConsoleMovesItAside) {
+    using Case = std::pair<int, bool>; // left of two thirds of 500 pixels, beyond, and the same at one third
+    for (const auto& [to, left] : {Case{668, false}, Case{670, true}, Case{332, true}, Case{330, false}}) {
+        const bool before = graph.IsConsoleOnLeft();
+        Forget();
+        graph.SetCursorPosition(window, to);
+        EXPECT_EQ(graph.IsConsoleOnLeft(), left) << to;
+        EXPECT_EQ(window.wholeInvalidations, left == before ? 0 : 1) << to;
     }
-    data.graph.SetFixedCursor(data.window, 100);
-    data.Forget();
-    data.graph.SetFixedCursor(data.window, 200);
-    ASSERT_GE(data.window.areas.size(), 2U);
-    EXPECT_EQ(data.window.areas[0], (PixelRect{50, 0, 51, 200}));
-    EXPECT_EQ(data.window.areas[1], (PixelRect{100, 0, 101, 200}));
-    EXPECT_TRUE(data.window.painted.empty()) << "no immediate update";
 }
 
-TEST(Scrolling, FollowsEachCode) {
-    struct Case {
-        ScrollCode code;
-        uint32_t position;
-        float from, to;
-    };
+TEST_F(Navigation, ClampsStoresAndRepaintsTheFixedCursor) {
+    for (const auto& [to, result] : {std::pair{400, 400}, {2000, 1000}, {0, 0}, {-1, -1}, {-9, -1}}) {
+        graph.SetFixedCursor(window, to);
+        EXPECT_EQ(graph.GetFixedCursor(), result);
+    }
+    graph.SetFixedCursor(window, 100);
+    Forget();
+    graph.SetFixedCursor(window, 200);
+    ASSERT_GE(window.areas.size(), 2U);
+    EXPECT_EQ(window.areas[0], (PixelRect{50, 0, 51, 200}));
+    EXPECT_EQ(window.areas[1], (PixelRect{100, 0, 101, 200}));
+    EXPECT_TRUE(window.painted.empty()) << "no immediate update";
+}
+
+TEST_F(Navigation, ScrollsAsEachCodeSays) {
     // Zoomed to 400 ... 600 of 0 ... 1000.
-    for (const Case& c :
+    using Case = std::tuple<ScrollCode, uint32_t, float, float>;
+    for (const auto& [code, position, from, to] :
          {Case{ScrollCode::LineLeft, 0, 380, 580}, Case{ScrollCode::LineRight, 0, 420, 620},
           Case{ScrollCode::PageLeft, 0, 300, 500}, Case{ScrollCode::PageRight, 0, 500, 700},
           Case{ScrollCode::ThumbPosition, 123, 123, 323}, Case{ScrollCode::ThumbTrack, 990, 800, 1000},
           Case{ScrollCode::ThumbTrack, 0xFFFFFFFF, 800, 1000}, Case{ScrollCode::LeftEnd, 0, 0, 400},
           Case{ScrollCode::RightEnd, 0, 800, -400}, Case{static_cast<ScrollCode>(8), 5, 400, 600}}) {
-        Loaded data;
-        data.graph.Zoom(data.window, 5.0F);
-        data.Forget();
-        data.graph.OnHScroll(data.window, c.code, c.position);
-        const WorldRect& visible = data.graph.GetCanvas().GetVisible();
-        EXPECT_EQ(visible.x1, c.from) << static_cast<int>(c.code);
-        EXPECT_EQ(visible.x2, c.to) << static_cast<int>(c.code);
-        EXPECT_EQ(data.window.wholeInvalidations, c.from == 400 && c.to == 600 ? 0 : 1);
-        if (data.window.wholeInvalidations > 0) {
-            EXPECT_EQ(data.window.scrollBar.position, static_cast<int>(visible.x1));
-        }
-        data.window.PaintAll();
+        Reset();
+        graph.Zoom(window, 5.0F);
+        Forget();
+        graph.OnHScroll(window, code, position);
+        const WorldRect& visible = graph.GetCanvas().GetVisible();
+        EXPECT_EQ(std::pair(visible.x1, visible.x2), std::pair(from, to)) << static_cast<int>(code);
+        EXPECT_EQ(window.wholeInvalidations, from == 400 && to == 600 ? 0 : 1);
+        EXPECT_TRUE(window.wholeInvalidations == 0 ||
+                    window.scrollBar.position == static_cast<int>(visible.x1));
+        window.PaintAll();
     }
 }

@@ -1,16 +1,12 @@
 // A graph with data made by hand, and a window that paints what was invalidated, for the drawing tests.
 #pragma once
 
-#include "model/GraphDataVariants.h"
-#include "render/Graph.h"
+#include "MemoryRecording.h"
 
 #include <QImage>
 #include <QPainter>
 #include <QRegion>
 
-#include <algorithm>
-#include <functional>
-#include <memory>
 #include <span>
 #include <utility>
 #include <vector>
@@ -59,6 +55,23 @@ public:
     void Spoil() { m_Image.fill(Qt::magenta); }
 
     QColor At(int x, int y) const { return m_Image.pixelColor(x, y); }
+    // The rows of a column whose pixel has the color.
+    std::vector<int> Rows(int x, const QColor& color, int from = 0, int to = INT32_MAX) const {
+        std::vector<int> rows;
+        for (int y = from; y < std::min(to, m_Image.height()); ++y) {
+            if (At(x, y) == color)
+                rows.push_back(y);
+        }
+        return rows;
+    }
+    // The pixels of the color inside a rectangle.
+    int Count(const QRect& rect, const QColor& color) const {
+        int count = 0;
+        for (int x = rect.left(); x <= rect.right(); ++x)
+            count += static_cast<int>(Rows(x, color, rect.top(), rect.bottom() + 1).size());
+        return count;
+    }
+    int Count(const QColor& color) const { return Count(m_Image.rect(), color); }
     const QImage& GetImage() const { return m_Image; }
 
     PaintArea invalid;
@@ -73,68 +86,33 @@ private:
     QImage m_Image;
 };
 
-// Owns the sample stores of the graph's sets.
-class GraphWithData {
-public:
-    CGraphDataGroup& AddGroup(const QString& name, DisplayType type = DisplayType::Both) {
-        graph.GetData().AddGroup(std::make_unique<CGraphDataGroup>(name));
-        graph.GetData().GetGroups().back()->m_nDisplayType = type;
-        return *graph.GetData().GetGroups().back();
-    }
+// A recording with short words for its usual signals.
+struct GraphWithData : MemoryRecording {
+    using MemoryRecording::AddBit;
+    using MemoryRecording::AddSignal;
 
-    CGraphDataSet& AddSignal(CGraphDataGroup& group, int count, const std::function<double(int)>& value,
-                             ColorRef color = 0x00FF00, const QString& name = QStringLiteral("s")) {
-        auto source = std::make_shared<CGraphDataTypedSource<float>>();
-        for (int i = 0; i < count; ++i)
-            source->Add(static_cast<float>(value(i)));
-        auto& set = graph.GetData().Make<CGraphDataTypedSet<float>>(name, source.get());
-        m_Stores.push_back(source);
-        set.SetColor(color);
-        group.AddSet(&set);
-        return set;
+    // Green unless told otherwise.
+    template <class Value>
+    CGraphDataSet& AddSignal(CGraphDataGroup& group, int count, Value value) {
+        return Green(AddSignal(group, QStringLiteral("s"), count, value));
     }
-
+    template <class Value>
+    CGraphDataSet& AddBit(CGraphDataGroup& group, int count, Value value) {
+        return Green(AddBit(group, QStringLiteral("b"), count, value));
+    }
     template <class T>
     CGraphDataSet& AddTyped(CGraphDataGroup& group, std::span<const T> samples) {
-        auto source = std::make_shared<CGraphDataTypedSource<T>>();
-        std::ranges::copy(samples, source->Append(static_cast<int>(samples.size())).begin());
-        auto& set = graph.GetData().Make<CGraphDataTypedSet<T>>(QStringLiteral("t"), source.get());
-        m_Stores.push_back(source);
-        group.AddSet(&set);
+        return AddSignal<T>(group, QStringLiteral("t"), static_cast<int>(samples.size()),
+                            [&](int i) { return samples[static_cast<size_t>(i)]; });
+    }
+    void AddIndex() {
+        CGraphDataGroup& group = AddGroup(QStringLiteral("Time"), DisplayType::Console);
+        group.AddSet(&graph.GetData().Make<CGraphDataIndexSet>(QStringLiteral("Time")));
+    }
+    static CGraphDataSet& Green(CGraphDataSet& set) {
+        set.SetColor(0x00FF00);
         return set;
     }
-
-    CGraphDataSet& AddBit(CGraphDataGroup& group, int count, const std::function<bool(int)>& value,
-                          ColorRef color = 0x00AAAA, const QString& name = QStringLiteral("b")) {
-        auto source = std::make_shared<CGraphDataTypedSource<uint8_t>>();
-        for (int i = 0; i < count; ++i)
-            source->Add(value(i) ? 1 : 0);
-        auto& set = graph.GetData().Make<CGraphDataBinarySet>(name, source.get());
-        m_Stores.push_back(source);
-        set.SetColor(color);
-        group.AddSet(&set);
-        return set;
-    }
-
-    void AddIndex(const QString& name = QStringLiteral("Time")) {
-        CGraphDataGroup& group = AddGroup(name, DisplayType::Console);
-        group.AddSet(&graph.GetData().Make<CGraphDataIndexSet>(name));
-    }
-
-    CGraph graph;
-
-private:
-    std::vector<std::shared_ptr<void>> m_Stores;
 };
-
-// The rows of a column whose pixel has the color.
-inline std::vector<int> RowsOf(const RecordingWindow& window, int x, const QColor& color, int from, int to) {
-    std::vector<int> rows;
-    for (int y = from; y < to; ++y) {
-        if (window.At(x, y) == color)
-            rows.push_back(y);
-    }
-    return rows;
-}
 
 } // namespace Tracelyn

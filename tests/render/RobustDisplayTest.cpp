@@ -1,19 +1,11 @@
 // Pictures of recordings that nobody would record: whatever a file says, the window is filled, a step
 // repaints as a full frame would, and nothing else suffers.
 #include "RenderTesting.h"
+#include "Testing.h"
 #include "render/GraphDrawingContext.h"
 #include "render/OffscreenWindow.h"
 
-#include <gtest/gtest.h>
-
 #include <QFontMetrics>
-
-#include <array>
-#include <bit>
-#include <cmath>
-#include <limits>
-
-using namespace Tracelyn;
 
 namespace {
 
@@ -26,19 +18,12 @@ QImage PictureOf(CGraph& graph, QSize size = kSize) {
     return window.GetImage();
 }
 
-void ExpectFilled(const QImage& picture) {
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            ASSERT_NE(picture.pixelColor(x, y), QColor(Qt::magenta)) << x << ',' << y;
-    }
-}
-
 // Zooms and steps about, and compares what partial repaints left with a full frame.
 void ExpectStepsLikeFullFrames(CGraph& graph, QSize size) {
     graph.SetResetPending();
     RecordingWindow window(graph, size);
     window.PaintAll();
-    ExpectFilled(window.GetImage());
+    EXPECT_EQ(window.Count(Qt::magenta), 0) << "every pixel is filled";
     for (const float zoom : {1.0F, 7.0F, 40.0F}) {
         graph.Zoom(window, zoom);
         window.PaintAll();
@@ -68,7 +53,7 @@ void AddExtremes(GraphWithData& data, CGraphDataGroup& group, const std::array<f
     for (size_t i = 0; i < 60; ++i)
         samples.push_back(Extremes<T>()[i * i % Extremes<T>().size()]);
     CGraphDataSet& set = data.AddTyped<T>(group, samples);
-    set.SetUnit(QStringLiteral("mm"), unit[0], unit[1], precision);
+    set.SetUnit("mm", unit[0], unit[1], precision);
     set.SetColor(0x00FFFF);
 }
 
@@ -82,21 +67,21 @@ QString Repeated(const QString& unit, qsizetype size) {
 TEST(OddValues, OfEveryTypeAndUnitLeaveTheOtherBandsAlone) {
     const auto pictureWith = [](auto addOdd) {
         GraphWithData data;
-        CGraphDataGroup& plain = data.AddGroup(QStringLiteral("plain"), DisplayType::Graph);
+        CGraphDataGroup& plain = data.AddGroup("plain", DisplayType::Graph);
         data.AddSignal(plain, 60, [](int i) { return std::sin(i); });
         addOdd(data);
         ExpectStepsLikeFullFrames(data.graph, kSize);
         return PictureOf(data.graph).copy(0, 0, kSize.width(), plain.m_nHeight);
     };
     const QImage expected = pictureWith([](GraphWithData& data) {
-        data.AddSignal(data.AddGroup(QStringLiteral("odd"), DisplayType::Graph), 60, [](int) { return 0.0; });
+        data.AddSignal(data.AddGroup("odd", DisplayType::Graph), 60, [](int) { return 0.0; });
     });
     for (const std::array<float, 2> unit :
          {std::array{0.0F, 0.0F}, std::array{1e31F, -2.0F}, std::array{-kHuge, HUGE_VALF},
           std::array{HUGE_VALF, -HUGE_VALF}, std::array{NAN, kHuge}}) {
         for (const bool separate : {false, true}) {
             const QImage picture = pictureWith([&](GraphWithData& data) {
-                CGraphDataGroup& odd = data.AddGroup(QStringLiteral("odd"), DisplayType::Graph);
+                CGraphDataGroup& odd = data.AddGroup("odd", DisplayType::Graph);
                 odd.m_bSeparateSets = separate;
                 odd.m_bInverted = !separate;
                 AddExtremes<float>(data, odd, unit, 3);
@@ -117,7 +102,7 @@ TEST(OddValues, InTheConsoleRepaintWholeWhateverTheirLength) {
         for (const int precision : {-1, 3, 5000}) {
             GraphWithData data;
             data.AddIndex();
-            CGraphDataGroup& group = data.AddGroup(QStringLiteral("g"));
+            CGraphDataGroup& group = data.AddGroup("g");
             AddExtremes<float>(data, group, {0.0F, 1.0F}, precision);
             AddExtremes<uint32_t>(data, group, {-1e30F, -1e-3F}, precision);
             data.AddTyped<float>(group, {}).SetPrecision(precision);
@@ -147,24 +132,21 @@ TEST(LongNames, AreShownAsFarAsTheWindowReaches) {
     const auto graphNamed = [](const QString& name) {
         auto data = std::make_unique<GraphWithData>();
         CGraphDataGroup& group = data->AddGroup(name);
-        data->AddSignal(
-            group, 100, [](int i) { return i; }, 0x00FF00, name);
-        data->AddBit(
-            group, 100, [](int i) { return i % 3 == 0; }, 0x0000FF, name);
+        data->AddSignal(group, name, 100, [](int i) { return i; }).SetColor(0x00FF00);
+        data->AddBit(group, name, 100, [](int i) { return i % 3 == 0; }).SetColor(0x0000FF);
         group.m_bSelected = true;
         return data;
     };
-    for (const QString& unit :
-         {QStringLiteral("W"), QStringLiteral("some words "), QStringLiteral("\u05E9\u05DC\u05D5\u05DD "),
-          QStringLiteral("e\u0301\u0302\u0303\u0304\u0323"), QStringLiteral("\U0001F468\u200D\U0001F469")}) {
-        SCOPED_TRACE(unit.toStdString());
+    for (const char* const unit : {"W", "some words ", "\u05E9\u05DC\u05D5\u05DD ",
+                                   "e\u0301\u0302\u0303\u0304\u0323", "\U0001F468\u200D\U0001F469"}) {
+        SCOPED_TRACE(unit);
         const auto cut = graphNamed(Repeated(unit, 5'000));
         const auto long1 = graphNamed(Repeated(unit, 100'000));
         EXPECT_EQ(PictureOf(long1->graph, size), PictureOf(cut->graph, size));
         ExpectStepsLikeFullFrames(long1->graph, size);
     }
     // Narrow letters fit in great number, and none of them is missing.
-    const QString narrow = Repeated(QStringLiteral("i"), 350);
+    const QString narrow = Repeated("i", 350);
     const auto fits = graphNamed(narrow);
     PictureOf(fits->graph, size);
     const int width = QFontMetrics(CSmallFont::Font()).horizontalAdvance(narrow);
@@ -174,7 +156,7 @@ TEST(LongNames, AreShownAsFarAsTheWindowReaches) {
 
 TEST(LargePicture, IsFilledToItsLastPixel) {
     GraphWithData data;
-    CGraphDataGroup& group = data.AddGroup(QStringLiteral("g"), DisplayType::Graph);
+    CGraphDataGroup& group = data.AddGroup("g", DisplayType::Graph);
     data.AddSignal(group, 3000, [](int i) { return i % 2 == 0 ? 1 : -1; });
     data.graph.SetResetPending();
     COffscreenWindow window({8000, 8000});
@@ -182,8 +164,8 @@ TEST(LargePicture, IsFilledToItsLastPixel) {
     const QImage& picture = window.Paint(data.graph);
     const QColor green(0, 255, 0);
     EXPECT_EQ(picture.pixelColor(7999, 7999), ColorScheme::Light().background);
-    bool isCurveSeen = false;
+    int seen = 0;
     for (int x = 7990; x < 8000; ++x)
-        isCurveSeen = isCurveSeen || picture.pixelColor(x, 4000) == green;
-    EXPECT_TRUE(isCurveSeen);
+        seen += picture.pixelColor(x, 4000) == green ? 1 : 0;
+    EXPECT_GT(seen, 0);
 }

@@ -1,15 +1,9 @@
 // Whatever CRunFill makes of the runs, their pixels and no others are filled.
 #include "render/RunFill.h"
-
-#include <gtest/gtest.h>
+#include "Testing.h"
 
 #include <QImage>
 #include <QPainter>
-
-#include <random>
-#include <vector>
-
-using namespace Tracelyn;
 
 namespace {
 

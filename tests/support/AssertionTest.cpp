@@ -1,12 +1,8 @@
 // Assertions, and what reports through them: lack of memory and a start that fails.
 #include "support/Assertion.h"
+#include "Testing.h"
 #include "support/Startup.h"
 
-#include <QStringList>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <new>
 
 // The address sanitizer otherwise stops the program where malloc gives null.
@@ -56,12 +52,10 @@ TEST_F(Reports, AFloatingPointUnitThatIsNotExactInsteadOfRunningMain) {
         return 42;
     };
     for (const double result : {0.0, std::nextafter(1.0, 2.0), std::nextafter(1.0, 0.0), double{NAN}}) {
-        m_Texts.clear();
         EXPECT_EQ(support::RunMain("60418", mainFunction, result), -1) << result;
-        EXPECT_EQ(m_Texts, QStringList{"FPU error"});
+        EXPECT_EQ(std::exchange(m_Texts, {}), QStringList{"FPU error"});
         EXPECT_EQ(runs, 0);
     }
-    m_Texts.clear();
     EXPECT_EQ(support::RunMain("60418 \"my file.paf\"", mainFunction), 42);
     EXPECT_EQ(runs, 1);
     EXPECT_TRUE(m_Texts.isEmpty());

@@ -1,8 +1,5 @@
+#include "Testing.h"
 #include "support/Startup.h"
-
-#include <gtest/gtest.h>
-
-#include <utility>
 
 using support::SplitCommandLine;
 using Arguments = std::vector<std::string>;

@@ -1,36 +1,39 @@
-#include "TestFolder.h"
+#include "Testing.h"
 #include "support/OutputFile.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include <QFileInfo>
 #include <QTemporaryFile>
 
-#include <gtest/gtest.h>
+#include <thread>
 
 using support::CopyToNewFile;
 using support::Placing;
 
 namespace {
 
-class NewFile : public testing::Test, protected TestFolder {
-protected:
-    QStringList Entries() const {
-        return QDir(Folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                        QDir::NoDotAndDotDot);
-    }
-};
+class NewFile : public testing::Test, protected TestFolder {};
 
-TEST_F(NewFile, IsAWholeCopyWithThePermissions) {
-    for (const QByteArray& content : {QByteArray(), QByteArray("short"), QByteArray(3'000'000, 'x')}) {
+TEST_F(NewFile, IsAWholeCopyWithThePermissionsAndNeverAPart) {
+    for (const qsizetype size : {0, 5, 32'000'000}) {
+        const QByteArray content(size, 'x');
         const QString from = Write("from", content);
         ASSERT_TRUE(QFile::setPermissions(from, QFile::ReadOwner | QFile::ReadGroup));
-        EXPECT_TRUE(CopyToNewFile(from, Path("Kopie ü")));
-        EXPECT_TRUE(Read(Path("Kopie ü")) == content);
-        EXPECT_EQ(QFile::permissions(Path("Kopie ü")), QFile::permissions(from));
+        const QString to = Path("Kopie ü");
+        std::atomic<bool> isDone = false;
+        std::thread reader([&] { // what somebody sees who looks while it is made
+            while (!isDone) {
+                const QFileInfo seen(to);
+                EXPECT_TRUE(!seen.exists() || seen.size() == size) << seen.size();
+            }
+        });
+        EXPECT_TRUE(CopyToNewFile(from, to));
+        isDone = true;
+        reader.join();
+        EXPECT_TRUE(Read(to) == content);
+        EXPECT_EQ(QFile::permissions(to), QFile::permissions(from));
         EXPECT_EQ(Entries(), QStringList({"from", "Kopie ü"}));
         QFile::remove(from);
-        QFile::remove(Path("Kopie ü"));
+        QFile::remove(to);
     }
 }
 

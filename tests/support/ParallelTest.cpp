@@ -1,11 +1,5 @@
 #include "support/Parallel.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <stdexcept>
-#include <vector>
+#include "Testing.h"
 
 using support::ForEachParallel;
 

@@ -35,12 +35,13 @@ def bound(megabytes):
     return 2 + max(0.0, megabytes - 1) * 8 / 9
 
 
-def run(command, limit):
+def run(command, allowed):
     """Seconds, peak memory in MB and what went wrong ("" if nothing)."""
+    limit = math.ceil(allowed * STOPPED_AFTER)
+
     def prepare():
-        resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-        resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-        resource.setrlimit(resource.RLIMIT_CPU, (math.ceil(limit), math.ceil(limit)))
+        for kind, most in ((resource.RLIMIT_AS, MEMORY), (resource.RLIMIT_CORE, 0), (resource.RLIMIT_CPU, limit)):
+            resource.setrlimit(kind, (most, most))
     started = time.monotonic()
     with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=prepare) as process:
         timer = threading.Timer(limit * PATIENCE, process.kill)
@@ -48,49 +49,36 @@ def run(command, limit):
         _, status, usage = os.wait4(process.pid, 0)
         timer.cancel()
         process.returncode = os.waitstatus_to_exitcode(status)
-    clock = time.monotonic() - started
-    problem = ""
-    if process.returncode == -signal.SIGKILL:
-        problem = "too slow"
-    elif process.returncode not in EXPECTED_CODES:
-        problem = f"ended with {process.returncode}"
-    return min(clock, usage.ru_utime + usage.ru_stime), usage.ru_maxrss / 1024, problem
+    seconds = min(time.monotonic() - started, usage.ru_utime + usage.ru_stime)
+    problem = "beyond twice its bound" if seconds > allowed * BROKEN_ABOVE else ""
+    if process.returncode not in EXPECTED_CODES:
+        problem = "too slow" if process.returncode == -signal.SIGKILL else f"ended with {process.returncode}"
+    return round(seconds, 3), round(usage.ru_maxrss / 1024), problem
 
 
-def measure(program, kind, make, extension, sizes, folder):
+def measure(program, kind, make, file, sizes):
     """For every command its times, memory and problems, one for each size; a command that was too slow is not run again."""
-    rows = {name: {"kind": kind, "command": name, "seconds": [], "memory": [], "problems": []} for name in COMMANDS}
+    rows = [{"kind": kind, "command": name, "seconds": [], "memory": [], "problems": []} for name in COMMANDS]
     for size in sizes:
-        file = Path(folder) / f"hostile{extension}"
-        contents = make(int(size * MB))
-        file.write_bytes(contents)
-        for name, row in rows.items():
-            if "too slow" in row["problems"]:
-                continue
-            allowed = bound(size)
-            seconds, memory, problem = run([program, *COMMANDS[name](str(file))], allowed * STOPPED_AFTER)
-            if not problem and seconds > allowed * BROKEN_ABOVE:
-                problem = "beyond twice its bound"
-            row["seconds"].append(round(seconds, 3))
-            row["memory"].append(round(memory))
-            row["problems"].append(problem)
-        file.unlink()
-    return list(rows.values())
+        file.write_bytes(make(int(size * MB)))
+        for row in rows:
+            if "too slow" not in row["problems"]:
+                figures = run([program, *COMMANDS[row["command"]](str(file))], bound(size))
+                for name, figure in zip(("seconds", "memory", "problems"), figures):
+                    row[name].append(figure)
+    return rows
 
 
 def growth(row, sizes):
     """Time of the largest file over that of the smallest, as if sizes were doubled: 2 is linear, 4 quadratic."""
     first, last = row["seconds"][0], row["seconds"][-1]
     ratio = sizes[len(row["seconds"]) - 1] / sizes[0]
-    if ratio <= 1 or last < 0.2:
-        return ""
-    doublings = math.log2(ratio)
-    return f"{(last / max(first, 0.001)) ** (1 / doublings):.1f}"
+    return f"{(last / max(first, 0.001)) ** (1 / math.log2(ratio)):.1f}" if ratio > 1 and last >= 0.2 else ""
 
 
 def print_row(row, sizes):
     times = "".join(f"{s:8.2f}" for s in row["seconds"]) + "       -" * (len(sizes) - len(row["seconds"]))
-    problem = next((p for p in row["problems"] if p), "")
+    problem = next(filter(None, row["problems"]), "")
     print(f"{row['kind']:38} {row['command']:7}{times} {growth(row, sizes):>6} {max(row['memory']):6}  {problem}", flush=True)
 
 
@@ -109,7 +97,7 @@ def main():
         for kind, make, extension in kinds:
             if options.only and not any(text in kind for text in options.only):
                 continue
-            measured = measure(os.path.abspath(options.program), kind, make, extension, sizes, folder)
+            measured = measure(os.path.abspath(options.program), kind, make, Path(folder) / f"hostile{extension}", sizes)
             rows += measured
             for row in measured:
                 print_row(row, sizes)

@@ -41,23 +41,18 @@ class Bench:
         self.cli = shutil.copy(cli, folder / "tracelyn-cli")
         self.save_copy = shutil.copy(save_copy, folder / "save_copy")
         self.failures = 0
-        self.xml = [folder / "one.xml", folder / "two.xml"]
-        self.paf = [folder / "one.paf", folder / "two.paf"]
+        self.xml, self.paf = ([folder / f"{name}.{kind}" for name in ("one", "two")] for kind in ("xml", "paf"))
         for number, (xml, paf) in enumerate(zip(self.xml, self.paf)):
             xml.write_text(document(40000, 3 + number))
             self.run(self.command("pack", xml, paf), check=True)
 
-    def command(self, *words):
-        return [str(word) for word in (self.save_copy if words[0] == "save" else self.cli, *words)
-                if word != "save"]
+    def command(self, name, *words):
+        return [*map(str, [self.save_copy] if name == "save" else [self.cli, name]), *map(str, words)]
 
     def commands(self, target):
-        """One of every kind that writes, with whether it may replace a file."""
-        return {"csv": (self.command("csv", self.paf[0], target), True),
-                "render": (self.command("render", self.xml[0], target), True),
-                "pack": (self.command("pack", self.xml[0], target), True),
-                "expand": (self.command("expand", self.paf[0], target), True),
-                "save": (self.command("save", self.paf[0], target), False)}
+        """One of every kind that writes: its name, its words and whether it may replace a file."""
+        sources = {"csv": self.paf, "render": self.xml, "pack": self.xml, "expand": self.paf, "save": self.paf}
+        return [(name, self.command(name, source[0], target), name != "save") for name, source in sources.items()]
 
     def environment(self):
         return {**os.environ, "TMPDIR": str(self.temporary), "LC_ALL": "C", "QT_QPA_PLATFORM": "offscreen"}
@@ -65,9 +60,9 @@ class Bench:
     def run(self, command, **options):
         return subprocess.run(command, env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, **options)
 
-    def start(self, command):
-        return subprocess.Popen(command, env=self.environment(), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL)
+    def start(self, command, **options):
+        return subprocess.Popen(command, env=self.environment(), stdin=subprocess.PIPE,
+                                **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options})
 
     def fresh_out(self, replaces, mode=0o755):
         """An output folder with the old file in it, where the command may replace it. Returns the target."""
@@ -83,15 +78,15 @@ class Bench:
     def wholes(self):
         """What each command writes when nothing goes wrong."""
         result = {}
-        for name, (command, replaces) in self.commands(self.fresh_out(False)).items():
+        for name, command, replaces in self.commands(self.fresh_out(False)):
             target = self.fresh_out(replaces)
             self.run(command, check=True)
             result[name] = target.read_bytes()
         return result
 
     def check(self, holds, text):
+        self.failures += not holds
         if not holds:
-            self.failures += 1
             print(f"FAILED: {text}")
 
     def expect_untouched(self, what, target, replaces, done):
@@ -105,9 +100,8 @@ class Bench:
 
 
 def full_device(bench):
-    commands = bench.commands("/dev/full")
-    for name in ("csv", "render", "pack", "expand"):
-        done = bench.run(commands[name][0])
+    for name, command, _ in bench.commands("/dev/full")[:-1]:
+        done = bench.run(command)
         bench.check(done.returncode == 1 and b"No space left" in done.stderr, f"/dev/full {name}: {done}")
     print("/dev/full                 4 commands, each told so")
 
@@ -116,7 +110,7 @@ def size_limit(bench):
     runs = 0
     for limit in (0, 1, 5000, 70000):
         for deadly in (False, True):
-            for name, (command, replaces) in bench.commands(bench.out / "target").items():
+            for name, command, replaces in bench.commands(bench.out / "target"):
                 target = bench.fresh_out(replaces)
                 done = bench.run(command, restore_signals=deadly,
                                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
@@ -131,7 +125,7 @@ def size_limit(bench):
 def full_file_system(bench):
     """A file system of its own, which goes with the process that mounts it."""
     runs = 0
-    for name, (command, replaces) in bench.commands("/mnt/target").items():
+    for name, command, replaces in bench.commands("/mnt/target"):
         script = ("mount -t tmpfs -o size=12k none /mnt || exit 99; [ -z $1 ] || printf 'what was there before\n' >/mnt/target;"
                   'shift; "$@" </dev/null; code=$?; ls -A /mnt; cat /mnt/* 2>/dev/null; exit $code')
         done = bench.run(["unshare", "--mount", "sh", "-c", script, "sh", "old" if replaces else "", *command])
@@ -146,7 +140,7 @@ def full_file_system(bench):
 
 def read_only_folder(bench):
     other = {"user": NOBODY, "group": NOBODY, "extra_groups": []} if os.geteuid() == 0 else {}
-    for name, (command, replaces) in bench.commands(bench.out / "target").items():
+    for name, command, replaces in bench.commands(bench.out / "target"):
         for old in {replaces, False}:
             target = bench.fresh_out(old, mode=0o555)
             bench.expect_untouched(f"read-only folder {name}", target, old, bench.run(command, **other))
@@ -156,7 +150,7 @@ def read_only_folder(bench):
 def killed(bench, runs):
     wholes = bench.wholes()
     counts = {"old": 0, "new": 0, "beside": 0, "temporary": 0}
-    for name, (command, replaces) in bench.commands(bench.out / "target").items():
+    for name, command, replaces in bench.commands(bench.out / "target"):
         bench.fresh_out(replaces)
         start = time.monotonic()
         bench.run(command, check=True)
@@ -198,8 +192,7 @@ def save_races(bench, runs):
 def parallel_loads(bench, runs):
     expected = [bench.run(bench.command("csv", xml, "/dev/stdout")).stdout for xml in bench.xml]
     for _ in range(runs):
-        loads = [subprocess.Popen(bench.command("csv", paf, "/dev/stdout"), env=bench.environment(),
-                                  stdout=subprocess.PIPE) for paf in bench.paf * 2]
+        loads = [bench.start(bench.command("csv", paf, "/dev/stdout"), stdout=subprocess.PIPE) for paf in bench.paf * 2]
         for number, load in enumerate(loads):
             bench.check(load.communicate()[0] == expected[number % 2], "loads at the same moment stay apart")
     bench.check(not bench.left_in_temporary(), "nothing is left of them")

@@ -1,8 +1,5 @@
 #include "XmlDomTesting.h"
 #include "xmldom/XmlDomNodeIterator.h"
-#include "xmldom/XmlDomText.h"
-
-using namespace Tracelyn;
 
 TEST(XmlDomDocument, NamesFileLineAndReasonOfTheFirstFault) {
     const QByteArray bad = "<r>\n<a>\n</b>\n</r>&";
@@ -44,14 +41,11 @@ TEST(XmlDomDocument, WalksChildrenInOrderWithoutWhiteSpace) {
         .GetChildNodes(iterator);
     for (; iterator.HasCurrent(); iterator.Next()) {
         CXmlDomNode node;
-        CXmlDomText text;
         iterator.GetNode(node);
         seen << QString::number(iterator.GetNodeType()) + node.GetNodeName();
-        if (seen.size() == 2) {
-            CXmlDomElement element;
+        CXmlDomElement element;
+        if (seen.back() == "3#text") {
             EXPECT_DEATH(iterator.GetElement(element), "SUCCEEDED\\(hr\\)");
-            iterator.GetText(text);
-            EXPECT_EQ(text.GetText(), " text & ");
         }
     }
     EXPECT_EQ(seen, (QStringList{"1a", "3#text", "8#comment", "1p:b", "4#cdata-section", "7pi"}));

@@ -1,16 +1,12 @@
 #include "XmlDomTesting.h"
 
-#include <cmath>
-
-using namespace Tracelyn;
-
 TEST(XmlDomElement, GivesAttributesOrTheirDefaults) {
     const CXmlDomElement r = RootOf("<r a='ä &lt;&#x20AC;' empty='' p:q='ns' xmlns:p='u'/>");
-    bool found = false;
-    EXPECT_EQ(r.GetAttribute("empty", "def", &found), "");
-    EXPECT_TRUE(found);
-    EXPECT_EQ(r.GetAttribute("A", "def", &found), "def");
-    EXPECT_FALSE(found);
+    for (const auto& [name, value] : {std::pair{"empty", ""}, {"A", "def"}}) {
+        bool found = false;
+        EXPECT_EQ(r.GetAttribute(name, "def", &found), value);
+        EXPECT_EQ(found, *value == '\0');
+    }
     EXPECT_EQ(r.GetAttributeInt("A", 7), 7);
     EXPECT_EQ(r.GetAttributeFloat("A", 7), 7.0F);
     EXPECT_TRUE(r.GetAttributeBool("A", true) && !r.GetAttributeBool("A", false));
@@ -22,13 +18,9 @@ TEST(XmlDomElement, GivesAttributesOrTheirDefaults) {
 }
 
 TEST(XmlDomElement, ReadsAttributesAsNumbersAndTruths) {
-    struct Row {
-        QByteArray text;
-        int32_t integer; // read with default 1
-        float number;    // read with default -1
-        bool boolean;    // read with either default
-        bool isTrue;
-    };
+    // The integer with default 1, the number with default -1, the boolean with either, and whether it is
+    // true.
+    using Row = std::tuple<const char*, int32_t, float, bool, bool>;
     for (const auto& [text, integer, number, boolean, isTrue] :
          {Row{"0", 0, 0.0F, false, false}, Row{"1", 1, 1.0F, true, true},
           Row{"false", 1, -1.0F, false, false}, Row{"False", 1, -1.0F, true, false},
@@ -37,12 +29,12 @@ TEST(XmlDomElement, ReadsAttributesAsNumbersAndTruths) {
           Row{"12px", 1, -1.0F, true, false}, Row{" 12", 12, 12.0F, true, false},
           Row{"12 ", 1, -1.0F, true, false}, Row{"4000000000", INT32_MAX, 4e9F, true, false},
           Row{"2.5", 1, 2.5F, true, false}, Row{"1e400", 1, HUGE_VALF, true, false}}) {
-        const CXmlDomElement r = RootOf("<r a='" + text + "'/>");
-        EXPECT_EQ(r.GetAttributeInt("a", 1), integer) << text.constData();
-        EXPECT_EQ(r.GetAttributeFloat("a", -1), number) << text.constData();
+        const CXmlDomElement r = RootOf("<r a='" + QByteArray(text) + "'/>");
+        EXPECT_EQ(r.GetAttributeInt("a", 1), integer) << text;
+        EXPECT_EQ(r.GetAttributeFloat("a", -1), number) << text;
         for (const bool def : {false, true})
-            EXPECT_EQ(r.GetAttributeBool("a", def), boolean) << text.constData();
-        EXPECT_EQ(r.IsAttributeTrue("a"), isTrue) << text.constData();
+            EXPECT_EQ(r.GetAttributeBool("a", def), boolean) << text;
+        EXPECT_EQ(r.IsAttributeTrue("a"), isTrue) << text;
     }
 }
 

@@ -1,8 +1,6 @@
 // Documents that want more than to be read.
 #include "XmlDomTesting.h"
 
-using namespace Tracelyn;
-
 TEST(XmlDomRefusal, RefusesEveryEntityDeclarationAtItsLine) {
     for (const char* declaration :
          {"<!ENTITY a 'x'>", "<!ENTITY a SYSTEM 'file:///etc/passwd'>",
@@ -52,42 +50,39 @@ TEST(XmlDomRefusal, TakesWrittenNamespacesAndHugeTexts) {
 
 // What costs the parser the square of its number.
 TEST(XmlDomRefusal, StopsBeforeMarkupBecomesExpensive) {
-    const auto numbered = [](int count, const QByteArray& before, const QByteArray& after) {
-        QByteArray text;
+    // The text between, as often as wanted; @ in it counts up.
+    const auto many = [](const QByteArray& before, const QByteArray& each, int count,
+                         const QByteArray& after) {
+        QByteArray text = before;
         for (int i = 0; i < count; ++i)
-            text += before + QByteArray::number(i) + after;
-        return text;
+            text += QByteArray(each).replace('@', QByteArray::number(i));
+        return text + after;
     };
-    const auto written = [&](int count) { return "<r" + numbered(count, " a", "=''") + "/>"; };
-    const auto namespaces = [&](int count) { return "<r" + numbered(count, " xmlns:n", "='u'") + "/>"; };
-    const auto nestedNamespaces = [](int count) {
-        return QByteArray("<a xmlns:n='u'>").repeated(count) + QByteArray("</a>").repeated(count);
+    const auto written = [&](int count) { return many("<r", " a@=''", count, "/>"); };
+    const auto namespaces = [&](int count) { return many("<r", " xmlns:n@='u'", count, "/>"); };
+    const auto nested = [](int count, const QByteArray& attribute = "") {
+        return ("<a" + attribute + ">").repeated(count) + QByteArray("</a>").repeated(count);
     };
     const auto prefix = [](int length) { return "<r xmlns:" + QByteArray(length, 'p') + "='u'/>"; };
-    const auto nested = [](int count) {
-        return QByteArray("<a>").repeated(count) + QByteArray("</a>").repeated(count);
-    };
-    const auto typed = [](const QByteArray& declarations) {
-        return "<!DOCTYPE r [" + declarations + "]><r/>";
-    };
     const auto defaults = [&](int count) {
-        return typed("<!ATTLIST r" + numbered(count, " a", " CDATA ''") + ">");
+        return many("<!DOCTYPE r [<!ATTLIST r", " a@ CDATA ''", count, ">]><r/>");
     };
     const auto list = [&](int count) {
-        return typed("<!ATTLIST r a (b" + numbered(count, "|c", "") + ") #IMPLIED>");
+        return many("<!DOCTYPE r [<!ATTLIST r a (b", "|c@", count, ") #IMPLIED>]><r/>");
     };
-    for (const QByteArray& sound : {written(1024), namespaces(16), nestedNamespaces(16), prefix(32),
+    const QByteArray namespaced = " xmlns:n='u'";
+    for (const QByteArray& sound : {written(1024), namespaces(16), nested(16, namespaced), prefix(32),
                                     nested(256), defaults(16), list(5000)})
         EXPECT_EQ(ErrorOf(sound), "") << sound.left(60).constData();
     for (const auto& [reason, documents] :
          {std::pair{"Too many attributes", std::vector{written(1025), written(1'000'000)}},
           std::pair{"Too many namespaces",
-                    std::vector{namespaces(17), namespaces(500'000), nestedNamespaces(17)}},
+                    std::vector{namespaces(17), namespaces(500'000), nested(17, namespaced)}},
           std::pair{"A namespace prefix is too long", std::vector{prefix(33), prefix(1'000'000)}},
           std::pair{"Elements are nested too deeply", std::vector{nested(257), nested(200'000)}},
           std::pair{"Too many attribute defaults", std::vector{defaults(17), defaults(2000)}},
           std::pair{"The document type declaration is too long",
-                    std::vector{list(500'000), typed(QByteArray(100'000, ' '))}}}) {
+                    std::vector{list(500'000), "<!DOCTYPE r [" + QByteArray(100'000, ' ') + "]><r/>"}}}) {
         for (const QByteArray& document : documents)
             EXPECT_EQ(ErrorOf(document), QString("[string input] (1): %1 (Error)\n").arg(reason));
     }

@@ -1,13 +1,9 @@
 // What the tests of this folder share: a document from a text, and a file in a folder of its own.
 #pragma once
 
+#include "Testing.h"
 #include "xmldom/XmlDomDocument.h"
 #include "xmldom/XmlDomElement.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace Tracelyn {
 
@@ -16,8 +12,7 @@ inline QString ErrorOf(const QByteArray& bytes, CXmlDomElement* root = nullptr) 
     CXmlDomDocument document;
     CXmlDomElement element;
     QString error;
-    const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    const bool loaded = document.LoadXmlBytes(view, error);
+    const bool loaded = document.LoadXmlBytes(bytes.toStdString(), error);
     EXPECT_EQ(loaded, error.isEmpty());
     EXPECT_EQ(document.GetRootElement(root != nullptr ? *root : element), loaded);
     return error;
@@ -30,18 +25,14 @@ inline CXmlDomElement RootOf(const QByteArray& text) {
     return root;
 }
 
-class XmlFile {
+// A file of its own with the content.
+class XmlFile : TestFolder {
 public:
-    explicit XmlFile(const QByteArray& content, const QString& name = QStringLiteral("file.xml"))
-        : m_path(m_folder.filePath(name)) {
-        QFile file(m_path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        EXPECT_EQ(file.write(content), content.size());
-    }
+    explicit XmlFile(const QByteArray& content, const QString& name = "file.xml")
+        : m_path(Write(name, content)) {}
     const QString& Path() const { return m_path; }
 
 private:
-    QTemporaryDir m_folder;
     QString m_path;
 };
 

@@ -2,8 +2,6 @@
 
 #include <QStringEncoder>
 
-using namespace Tracelyn;
-
 namespace {
 
 QByteArray Declared(const char* encoding, const QByteArray& text) {
