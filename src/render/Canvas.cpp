@@ -106,12 +106,12 @@ void CCanvas::TextOut(float x, float y, const QString& text) {
         m_pPainter->Text(px, py, text);
 }
 
-void CCanvas::AddScreenRect(const QString& name, const PixelRect& rect) {
-    m_ScreenRects.push_back({rect.left, rect.top, rect.right, rect.bottom, name});
+void CCanvas::AddScreenRect(const ScreenRectKey& key, const PixelRect& rect) {
+    m_ScreenRects.push_back({rect.left, rect.top, rect.right, rect.bottom, key});
 }
 
-void CCanvas::AddScreenRect(const QString& name, float x1, float y1, float x2, float y2) {
-    AddScreenRect(name, {WorldToPixelX(x1), WorldToPixelY(y1), WorldToPixelX(x2), WorldToPixelY(y2)});
+void CCanvas::AddScreenRect(const ScreenRectKey& key, float x1, float y1, float x2, float y2) {
+    AddScreenRect(key, {WorldToPixelX(x1), WorldToPixelY(y1), WorldToPixelX(x2), WorldToPixelY(y2)});
 }
 
 const SCREENRECT* CCanvas::HitTest(int x, int y) const {
@@ -121,14 +121,14 @@ const SCREENRECT* CCanvas::HitTest(int x, int y) const {
     return found == m_ScreenRects.end() ? nullptr : &*found;
 }
 
-const SCREENRECT* CCanvas::FindScreenRect(const QString& name) const {
-    const auto found = std::ranges::find(m_ScreenRects, name, &SCREENRECT::name);
+const SCREENRECT* CCanvas::FindScreenRect(const ScreenRectKey& key) const {
+    const auto found = std::ranges::find(m_ScreenRects, key, &SCREENRECT::key);
     return found == m_ScreenRects.end() ? nullptr : &*found;
 }
 
-void CCanvas::CollectScreenRects(const QString& name, std::vector<SCREENRECT>& out) const {
+void CCanvas::CollectScreenRects(const ScreenRectKey& key, std::vector<SCREENRECT>& out) const {
     std::ranges::copy_if(m_ScreenRects, std::back_inserter(out),
-                         [&](const SCREENRECT& rect) { return rect.name == name; });
+                         [&](const SCREENRECT& rect) { return rect.key == key; });
 }
 
 } // namespace Tracelyn

@@ -12,19 +12,31 @@ namespace Tracelyn {
 
 class CPixelPainter;
 
-// A clickable rectangle in pixels; all four bounds are inside it. Its name is a group's name or one of the
-// keys below.
+// What a clickable rectangle belongs to: the name in a group's header, its underline, or a value in the
+// console.
+enum class ScreenRectKind { GroupName, GroupUnderline, Value };
+
+// The kind tells a group that is called "#Value#" from a value.
+struct ScreenRectKey {
+    ScreenRectKind kind;
+    QString name;
+    bool operator==(const ScreenRectKey&) const = default;
+};
+
+inline ScreenRectKey GroupNameRect(const QString& group) {
+    return {ScreenRectKind::GroupName, group};
+}
+inline const ScreenRectKey kGroupUnderlineRect{ScreenRectKind::GroupUnderline, QStringLiteral("#Group#")};
+inline const ScreenRectKey kValueRect{ScreenRectKind::Value, QStringLiteral("#Value#")};
+
+// A clickable rectangle in pixels; all four bounds are inside it.
 struct SCREENRECT {
     int left;
     int top;
     int right;
     int bottom;
-    QString name;
+    ScreenRectKey key;
 };
-
-// The selection underline of a header, and a value cell of the console.
-inline const QString kGroupUnderlineRect = QStringLiteral("#Group#");
-inline const QString kValueRect = QStringLiteral("#Value#");
 
 inline constexpr float kMaximumZoom = 40.0F;
 
@@ -73,13 +85,13 @@ public:
 
     // Registers a clickable rectangle, given in pixels or in world coordinates; its right and bottom edges
     // belong to it.
-    void AddScreenRect(const QString& name, const PixelRect& rect);
-    void AddScreenRect(const QString& name, float x1, float y1, float x2, float y2);
-    // The first that holds the point, the first of that name; null when there is none. Valid until the next
+    void AddScreenRect(const ScreenRectKey& key, const PixelRect& rect);
+    void AddScreenRect(const ScreenRectKey& key, float x1, float y1, float x2, float y2);
+    // The first that holds the point, the first of that key; null when there is none. Valid until the next
     // frame.
     const SCREENRECT* HitTest(int x, int y) const;
-    const SCREENRECT* FindScreenRect(const QString& name) const;
-    void CollectScreenRects(const QString& name, std::vector<SCREENRECT>& out) const;
+    const SCREENRECT* FindScreenRect(const ScreenRectKey& key) const;
+    void CollectScreenRects(const ScreenRectKey& key, std::vector<SCREENRECT>& out) const;
     void ClearScreenRects() { m_ScreenRects.clear(); }
 
 private:

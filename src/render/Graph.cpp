@@ -86,10 +86,10 @@ void CGraph::Clear() {
 
 void CGraph::ToggleGroupAt(CGraphWindow& window, unsigned /*buttons*/, int x, int y) {
     const SCREENRECT* const hit = m_Canvas.HitTest(x, y);
-    if (hit == nullptr)
+    if (hit == nullptr || hit->key.kind != ScreenRectKind::GroupName)
         return;
     for (const auto& group : m_Data.GetGroups()) {
-        if (group->IsDisplayedAsGraph() && group->m_strName == hit->name) {
+        if (group->IsDisplayedAsGraph() && group->m_strName == hit->key.name) {
             group->m_bExpanded = !group->m_bExpanded;
             window.Invalidate();
             return;
@@ -128,9 +128,9 @@ void CGraph::ToggleBackground(CGraphWindow& window) {
     window.Invalidate();
 }
 
-void CGraph::InvalidateScreenRects(CGraphWindow& window, const QString& name, Contents contents) const {
+void CGraph::InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key, Contents contents) const {
     std::vector<SCREENRECT> rects;
-    m_Canvas.CollectScreenRects(name, rects);
+    m_Canvas.CollectScreenRects(key, rects);
     for (const SCREENRECT& rect : rects)
         window.Invalidate({rect.left, rect.top, rect.right, rect.bottom}, contents);
 }

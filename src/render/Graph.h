@@ -84,7 +84,7 @@ public:
     void ToggleSelectedGroup(CGraphWindow& window);
     void ToggleConsoleSide(CGraphWindow& window);
     void ToggleBackground(CGraphWindow& window);
-    void InvalidateScreenRects(CGraphWindow& window, const QString& name,
+    void InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key,
                                Contents contents = Contents::Draw) const;
 
     int GetCursorPosition() const { return m_nCursor; }

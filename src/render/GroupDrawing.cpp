@@ -90,7 +90,7 @@ void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
     }
     painter.SetTextColor(colors.headerText);
     m_Canvas.TextOut(13, -1, group.m_strName);
-    m_Canvas.AddScreenRect(group.m_strName, 0, 0, 200, 13);
+    m_Canvas.AddScreenRect(GroupNameRect(group.m_strName), 0, 0, 200, 13);
     painter.SetPen(colors.separator);
     for (int i = 1; i <= Metrics::kSeparatorLines; ++i) {
         const auto y = static_cast<float>(group.m_nHeight - i);

@@ -18,7 +18,7 @@ struct Mouse : ::testing::Test, SampleUnderTest {
         QCoreApplication::sendEvent(Client(), &move);
     }
     QPoint HeaderOf(const char* name) {
-        const SCREENRECT* rect = Graph().GetCanvas().FindScreenRect(name);
+        const SCREENRECT* rect = Graph().GetCanvas().FindScreenRect(GroupNameRect(name));
         return {rect->left + 40, rect->top + 6};
     }
     bool IsAtColumn(int x) { return Cursor() == SampleAt(x); }

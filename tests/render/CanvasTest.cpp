@@ -58,11 +58,11 @@ TEST(Zoom, KeepsTheFactorWithinItsBoundsAndSaysWhatIsPossible) {
 
 TEST(ScreenRects, AreHitInOrderWithInclusiveBounds) {
     CCanvas canvas;
-    canvas.AddScreenRect("a", 10, 10, 20, 20);
+    canvas.AddScreenRect(GroupNameRect("#Value#"), 10, 10, 20, 20);
     canvas.AddScreenRect(kValueRect, 20, 20, 30, 30);
     canvas.AddScreenRect(kValueRect, 50, 50, 60, 60);
-    EXPECT_EQ(canvas.HitTest(20, 20)->name, "a");
-    EXPECT_EQ(canvas.HitTest(30, 30)->name, kValueRect);
+    EXPECT_EQ(canvas.HitTest(20, 20)->key, GroupNameRect("#Value#"));
+    EXPECT_EQ(canvas.HitTest(30, 30)->key, kValueRect);
     EXPECT_EQ(canvas.HitTest(9, 10), nullptr);
     EXPECT_EQ(canvas.FindScreenRect(kValueRect)->left, 20);
     std::vector<SCREENRECT> values;

@@ -49,7 +49,7 @@ TEST(Header, ShowsBoxNameUnderlineAndSeparators) {
               Case{399, height - 4, colors.background, "above it"}})
             EXPECT_EQ(data.window.At(x, y), color) << what;
 
-        const SCREENRECT* const name = data.graph.GetCanvas().FindScreenRect("Second");
+        const SCREENRECT* const name = data.graph.GetCanvas().FindScreenRect(GroupNameRect("Second"));
         ASSERT_NE(name, nullptr);
         EXPECT_EQ(std::tuple(name->top, name->right, name->bottom),
                   std::tuple(second.m_nTop, 200, second.m_nTop + 13));

@@ -114,3 +114,16 @@ TEST_F(Navigation, ScrollsAsEachCodeSays) {
         window.PaintAll();
     }
 }
+
+TEST(Click, OnAValueTogglesNoGroupThatIsNamedLikeOne) {
+    GraphWithData data;
+    CGraphDataGroup& group = data.AddGroup("#Value#");
+    data.AddSignal(group, 100, [](int i) { return i; });
+    RecordingWindow window(data.graph, {500, 200});
+    window.PaintAll();
+    const SCREENRECT value = *data.graph.GetCanvas().FindScreenRect(kValueRect);
+    data.graph.ToggleGroupAt(window, kLeftButton, value.left, value.top);
+    EXPECT_TRUE(group.m_bExpanded);
+    data.graph.ToggleGroupAt(window, kLeftButton, 20, 5);
+    EXPECT_FALSE(group.m_bExpanded);
+}
