@@ -4,7 +4,7 @@
 #include "BenchOptions.h"
 #include "MemoryRecording.h"
 #include "reader/AnalysisFile.h"
-#include "render/OffscreenWindow.h"
+#include "render/GraphWindow.h"
 
 #include <chrono>
 #include <cmath>

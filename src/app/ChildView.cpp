@@ -42,8 +42,8 @@ unsigned FlagsOf(const QMouseEvent& event) {
     return flags;
 }
 
-// The digit of the main block's key, whatever Shift and the keyboard's layout make of it where the system
-// tells.
+// The digit on a key above the letters; none for the numeric keypad. Where the system tells which key it was,
+// Shift and the keyboard's layout make no difference.
 std::optional<int> MainDigit(const QKeyEvent& event) {
     if (event.modifiers().testFlag(Qt::KeypadModifier))
         return std::nullopt;
@@ -182,7 +182,7 @@ void CChildView::ToggleGroupByDigit(int digit) {
 
 void CChildView::paintEvent(QPaintEvent* event) {
     PaintArea area = std::exchange(m_Invalid, {});
-    // Asked for more than was marked, the window has lost pixels: they all come back with their contents.
+    // When more is asked for than was marked, the window has lost pixels, and contents are drawn everywhere.
     if (event->region() != area.GetRegion())
         area = PaintArea(event->region());
     QPainter painter(viewport());
@@ -211,7 +211,7 @@ void CChildView::mouseReleaseEvent(QMouseEvent* event) {
     m_Graph.ToggleGroupAt(*this, FlagsOf(*event), m_LastMouse.x(), m_LastMouse.y());
 }
 
-// The second press of a double click is none of its own: only its release counts, as a second click.
+// The second press of a double click moves no cursor; its release toggles a group like any other.
 void CChildView::mouseDoubleClickEvent(QMouseEvent* /*event*/) {}
 
 void CChildView::wheelEvent(QWheelEvent* event) {
@@ -231,7 +231,7 @@ void CChildView::timerEvent(QTimerEvent* /*event*/) {
     m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
 }
 
-// A box that opens while the button is held takes its release away.
+// When a dialog opens while the button is held, the view never hears of the button's release.
 bool CChildView::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked)
         m_Timer.stop();
@@ -279,7 +279,7 @@ void CChildView::OnScrollBarAction(int action) {
     if (!code)
         return;
     m_Graph.OnHScroll(*this, *code, static_cast<uint32_t>(horizontalScrollBar()->sliderPosition()));
-    // Where nothing moved, the bar must not keep the step that it took by itself.
+    // The bar has moved by itself. Where the graph did not move, the bar goes back.
     m_Graph.UpdateScrollBar(*this);
 }
 

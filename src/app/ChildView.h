@@ -28,7 +28,7 @@ public:
     bool IsDataLoaded() const { return m_Graph.GetData().HasData(); }
     // Drops the loaded data; the groups' expanded states are remembered.
     void ClearData();
-    // Lets the reader append its file; the remembered states are restored.
+    // Lets the reader append its file, and restores the expanded states that were remembered by name.
     void Load(CSignalFileReader& reader, const QString& path);
     // Replaces an existing file. Does nothing when the path cannot be opened; throws when writing fails.
     void ExportCsv(const QString& path) const;
@@ -68,7 +68,7 @@ private:
     CShellUi& m_Ui;
     QPoint m_LastMouse;
     QBasicTimer m_Timer;
-    // What was invalidated and not painted yet.
+    // What was marked and not painted yet.
     PaintArea m_Invalid;
 };
 

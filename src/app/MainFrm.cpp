@@ -1,7 +1,7 @@
 #include "app/MainFrm.h"
 
 #include "app/StatusBar.h"
-#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 
 #include <QApplication>
 #include <QCloseEvent>

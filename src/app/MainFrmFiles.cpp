@@ -2,7 +2,7 @@
 #include "app/MainFrm.h"
 #include "app/StatusBar.h"
 #include "reader/AnalysisFile.h"
-#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 #include "support/OutputFile.h"
 
 #include <QFileInfo>

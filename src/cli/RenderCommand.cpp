@@ -1,6 +1,6 @@
 #include "cli/Commands.h"
 
-#include "render/OffscreenWindow.h"
+#include "render/Graph.h"
 #include "support/OutputFile.h"
 
 #include <QBuffer>

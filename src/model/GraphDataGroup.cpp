@@ -1,7 +1,5 @@
 #include "model/GraphDataGroup.h"
 
-#include "model/GraphDataSet.h"
-
 #include <algorithm>
 
 namespace Tracelyn {

@@ -1,7 +1,7 @@
 // One band of the picture: a named list of sets, how it wants to be shown, and where the layout put it.
 #pragma once
 
-#include "model/DisplayType.h"
+#include "model/GraphDataSet.h"
 
 #include <QString>
 
@@ -9,8 +9,6 @@
 #include <vector>
 
 namespace Tracelyn {
-
-class CGraphDataSet;
 
 // Lists its sets without owning them.
 class CGraphDataGroup {

@@ -14,7 +14,7 @@ CGraphDataSet::CGraphDataSet(CGraphData& root) {
     root.AddSet(this);
 }
 
-// The cache starts at a pair of indices that no query uses, so that a first query is never answered from it.
+// The cache begins with a pair of indices that nobody asks for, so that it never answers the first query.
 CGraphDataSet::CGraphDataSet(CGraphData& root, const QString& name)
     : m_nCacheFrom(std::numeric_limits<int>::max()), m_nCacheTo(std::numeric_limits<int>::min()) {
     Reset();
@@ -50,7 +50,7 @@ void CGraphDataSet::Reset() {
     m_crColor = blue << 16U | green << 8U | red;
 }
 
-void CGraphDataSet::GetMinMax(int from, int to, float& min, float& max) const {
+MinMax CGraphDataSet::GetMinMax(int from, int to) const {
     if (from != m_nCacheFrom || to != m_nCacheTo) {
         const MinMax found = Scan(from, to);
         m_nCacheFrom = from;
@@ -58,8 +58,13 @@ void CGraphDataSet::GetMinMax(int from, int to, float& min, float& max) const {
         m_fCacheMin = found.min;
         m_fCacheMax = found.max;
     }
-    min = m_fCacheMin;
-    max = m_fCacheMax;
+    return {m_fCacheMin, m_fCacheMax};
+}
+
+void CGraphDataSet::GetMinMax(int from, int to, float& min, float& max) const {
+    const MinMax found = GetMinMax(from, to);
+    min = found.min;
+    max = found.max;
 }
 
 MinMax CGraphDataSet::Scan(int from, int to) const {

@@ -1,7 +1,6 @@
 // One set of the model: a sampled signal, a reference line or the index axis, read as floating values.
 #pragma once
 
-#include "model/DisplayType.h"
 #include "model/MinMax.h"
 
 #include <QString>
@@ -12,6 +11,17 @@
 namespace Tracelyn {
 
 class CGraphData;
+
+// Where a group or a set is shown. The four values are compared literally; they are no bit mask.
+enum class DisplayType : int32_t { None = 0, Graph = 1, Console = 2, Both = 3 };
+
+constexpr bool IsShownInGraph(DisplayType type) {
+    return type == DisplayType::Graph || type == DisplayType::Both;
+}
+
+constexpr bool IsShownInConsole(DisplayType type) {
+    return type == DisplayType::Console || type == DisplayType::Both;
+}
 
 // Colours are 0x00BBGGRR.
 using ColorRef = uint32_t;
@@ -53,6 +63,7 @@ public:
 
     // Extremes of the raw values in [from, to); the value at `from` is read even when the range is empty. The
     // last answer is kept by its pair of indices and is not forgotten when values change.
+    MinMax GetMinMax(int from, int to) const;
     void GetMinMax(int from, int to, float& min, float& max) const;
 
     bool IsDisplayedAsGraph() const { return IsShownInGraph(m_nDisplayType); }

@@ -2,18 +2,29 @@
 #pragma once
 
 #include "model/MinMax.h"
-#include "model/MinMaxIndex.h"
-#include "model/Uninitialized.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
+#include <new>
 #include <span>
 #include <stdexcept>
 #include <type_traits>
+#include <vector>
 
 namespace Tracelyn {
+
+// Memory for samples that are about to be written: growing it writes nothing beforehand.
+template <class T>
+struct UninitializedAllocator : std::allocator<T> {
+    // Elements that resize() adds keep whatever the memory held.
+    void construct(T* at) { ::new (static_cast<void*>(at)) T; }
+};
+
+template <class T>
+using UninitializedVector = std::vector<T, UninitializedAllocator<T>>;
 
 // The samples of one signal, contiguous. A variable of the reader owns its source; the sets that show it
 // borrow it. At most INT32_MAX samples.

@@ -1,9 +1,42 @@
-// The sets that are no plain sampled signal: fixed values, the index axis and on/off signals.
+// The kinds of sets: sampled signals, on/off signals, fixed values and the index axis.
 #pragma once
 
-#include "model/GraphDataTypedSet.h"
+#include "model/GraphDataSet.h"
+#include "model/GraphDataTypedSource.h"
 
 namespace Tracelyn {
+
+// A sampled signal. It borrows its source, which must outlive it.
+template <class T>
+class CGraphDataTypedSet : public CGraphDataSet {
+public:
+    CGraphDataTypedSet(CGraphData& root, const QString& name, const CGraphDataTypedSource<T>* pSource)
+        : CGraphDataSet(root, name), m_pSource(pSource) {}
+
+    double GetValue(int index, int refIndex) const override { return m_pSource->GetValue(index, refIndex); }
+    double GetScaledValue(int index, int refIndex) const override {
+        return static_cast<float>((m_pSource->GetValue(index, refIndex) + GetUnitOffset()) * GetUnitFactor());
+    }
+    bool IsBinary() const override { return false; }
+    int GetCount() const override { return m_pSource->GetCount(); }
+    void GetValues(int first, int step, std::span<double> values) const override {
+        m_pSource->GetValues(first, step, values);
+    }
+
+protected:
+    MinMax Scan(int from, int to) const override { return m_pSource->Scan(from, to); }
+
+private:
+    const CGraphDataTypedSource<T>* m_pSource;
+};
+
+// An on/off signal over bytes; any byte but 0 reads as on.
+class CGraphDataBinarySet : public CGraphDataTypedSet<uint8_t> {
+public:
+    using CGraphDataTypedSet::CGraphDataTypedSet;
+
+    bool IsBinary() const override { return true; }
+};
 
 // One value for every index. The value lives elsewhere and must outlive the set.
 class CGraphDataFixedSet : public CGraphDataSet {
@@ -46,14 +79,6 @@ public:
 
 protected:
     MinMax Scan(int from, int to) const override;
-};
-
-// An on/off signal over bytes; any byte but 0 reads as on.
-class CGraphDataBinarySet : public CGraphDataTypedSet<uint8_t> {
-public:
-    using CGraphDataTypedSet::CGraphDataTypedSet;
-
-    bool IsBinary() const override { return true; }
 };
 
 } // namespace Tracelyn

@@ -77,9 +77,10 @@ public:
     void MoveTo(float x, float y);
     void LineTo(float x, float y);
     void Rectangle(float x1, float y1, float x2, float y2);
+    void TextOut(float x, float y, const QString& text);
+    // Ready, but nothing draws with these two.
     void Triangle(float x1, float y1, float x2, float y2, float x3, float y3);
     void SetPixel(float x, float y);
-    void TextOut(float x, float y, const QString& text);
     // LineTo calls since BeginDraw.
     int GetLineCount() const { return m_nLines; }
 

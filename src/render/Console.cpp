@@ -17,8 +17,8 @@ using Metrics = LayoutMetrics;
 constexpr int kValueGap = 4;
 constexpr int kCellGap = 2;
 
-// Walks the sets shown in a console box: visit(set, column, row), two on/off signals to a row. Returns the
-// rows.
+// Calls visit(set, column, row) for every set shown in a console box and returns the number of rows. A row
+// holds one signal or two on/off signals.
 template <class Visitor>
 int ForEachConsoleCell(const CGraphDataGroup& group, Visitor visit) {
     int row = 0;
@@ -97,7 +97,7 @@ std::vector<PixelRect> CConsole::GetWideCells(CSmallFont& font, const CursorPair
     const auto addWide = [&](const CGraphDataSet& set, int /*column*/, int y) {
         if (set.IsBinary())
             return;
-        const PixelRect cell = GetValueCell(y, font.Width(ValueText(set, cursors)));
+        const PixelRect cell = GetValueCell(y, font.GetTextWidth(ValueText(set, cursors)));
         if (cell.left < GetValueX())
             cells.push_back(cell);
     };
@@ -135,7 +135,7 @@ void CConsole::DrawBox(const Pass& pass, const Box& box) const {
 void CConsole::DrawValueRow(const Pass& pass, const CGraphDataSet& set, int y) const {
     CPixelPainter& painter = pass.context.GetPainter();
     const QString value = ValueText(set, pass.cursors);
-    const int width = painter.TextWidth(value);
+    const int width = painter.GetTextWidth(value);
 
     painter.SetTextColor(ToQColor(set.GetColor()));
     painter.Text(m_nLeft + Metrics::kConsoleIndent, y, set.GetName());
@@ -148,13 +148,14 @@ void CConsole::DrawBitCell(const Pass& pass, const CGraphDataSet& set, int colum
     CPixelPainter& painter = pass.context.GetPainter();
     const int columnWidth = (m_Metrics.width - 2 * Metrics::kConsoleIndent) / Metrics::kBinariesPerRow;
     const int x = columnWidth * column + Metrics::kConsoleIndent + m_nLeft + kCellGap;
-    const PixelRect cell{x - 1, y, x + painter.TextWidth(set.GetName()) + kCellGap,
+    const PixelRect cell{x - 1, y, x + painter.GetTextWidth(set.GetName()) + kCellGap,
                          y + CPixelPainter::kTextHeight};
     const QColor color = ToQColor(set.GetColor());
     const bool on = set.GetValue(pass.cursors.cursor, kNoReference) != 0.0;
     painter.SetTextColor(on ? pass.context.GetColors().background : color);
     painter.SetTextBackground(on ? color : QColor());
-    // A step repaints the cell alone: accents that reach out of it would keep the colour of the state before.
+    // A cursor step repaints the cell alone. Accents that reach out of it would keep the colour of the state
+    // before.
     const QRegion clip = painter.GetClip();
     painter.SetClip(clip & cell.ToQRect());
     painter.Text(x, y, set.GetName());

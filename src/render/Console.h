@@ -53,7 +53,7 @@ private:
     void DrawBox(const Pass& pass, const Box& box) const;
     void DrawValueRow(const Pass& pass, const CGraphDataSet& set, int y) const;
     void DrawBitCell(const Pass& pass, const CGraphDataSet& set, int column, int y) const;
-    // Calls visit(set, column, y) for every row and every cell of a row that begins inside the client area.
+    // Calls visit(set, column, y) for every cell whose row begins inside the client area.
     template <class Visitor>
     void ForEachVisibleCell(const Box& box, Visitor visit) const;
     int GetRight() const { return m_nLeft + m_Metrics.width; }

@@ -22,7 +22,7 @@ class CConsole;
 class CCsvFile;
 class CGraphDrawingContext;
 
-// Flags of a mouse message, as far as anything tells them apart.
+// The buttons and keys that are held down during a mouse message.
 enum MouseFlags : unsigned {
     kLeftButton = 0x01,
     kRightButton = 0x02,
@@ -44,6 +44,11 @@ enum class ScrollCode : int {
     RightEnd = 7
 };
 
+// The process-wide flag that the Open command raises and the next movement of the cursor takes.
+void SetFileJustOpened(bool opened);
+// Reads and clears the flag.
+bool TakeFileJustOpened();
+
 // Operations take the window that shows the graph and tell it what to repaint.
 class CGraph {
 public:
@@ -58,7 +63,7 @@ public:
     bool CanZoomIn() const { return m_Canvas.CanZoomIn(); }
     bool CanZoomOut() const { return m_Canvas.CanZoomOut(); }
     bool IsConsoleOnLeft() const { return m_bConsoleOnLeft; }
-    // Largest sample count of the last paint, minus 1; -1 for an empty model.
+    // The largest sample count of all sets less 1, as of the last frame; -1 for an empty model.
     int GetLastIndex() const { return m_nLastIndex; }
 
     // Draws one frame. Beyond the area it may draw some pixels more, which the painter must cut off.
@@ -94,7 +99,7 @@ public:
     void SetCursorPosition(CGraphWindow& window, int index);
     // A negative index clears it.
     void SetFixedCursor(CGraphWindow& window, int index);
-    // Around the cursor; repaints only when the factor changes.
+    // Zooms around the cursor. The window is repainted only when the factor changes.
     void Zoom(CGraphWindow& window, float factor);
     // The position counts for the thumb codes only.
     void OnHScroll(CGraphWindow& window, ScrollCode code, uint32_t position);
@@ -105,7 +110,7 @@ public:
 
 private:
     void ResetRange(const PixelRect& client);
-    void DrawContents(CGraphDrawingContext& context, const CConsole& console);
+    void DrawData(CGraphDrawingContext& context, const CConsole& console);
     void DrawCursorLines(CGraphDrawingContext& context);
     // The pixel column of a sample in the last frame.
     int GetColumn(int index) const;
@@ -114,7 +119,7 @@ private:
 
     CGraphData m_Data;
     CCanvas m_Canvas;
-    // Made by the first frame.
+    // Made by the first frame after a load.
     std::optional<CSmallFont> m_Font;
     bool m_bResetPending = false;
     int m_nCursor = 0;

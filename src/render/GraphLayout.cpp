@@ -14,9 +14,9 @@ namespace {
 
 using Metrics = LayoutMetrics;
 
-// Taller than any window; keeps absurd size ratios from overflowing a pixel position.
+// No band gets taller, whatever its size ratio; it is taller than any window.
 constexpr int64_t kMaximumBand = 1 << 20;
-// Below any window; as many bands as there are do not get further.
+// No band begins further down, however many there are; it is below any window.
 constexpr int kLowestTop = 1 << 28;
 
 int MinimumBandHeight(const CGraphDataGroup& group) {
@@ -46,7 +46,8 @@ int ProportionalHeight(const CGraphDataGroup& group, int64_t available, int64_t 
     const int minimum = MinimumBandHeight(group);
     if (totalRatio == 0)
         return minimum;
-    // Thousands of absurd bands before this one leave less room than its ratio could be multiplied with.
+    // Thousands of bands of the greatest height before this one may have made the room so negative that its
+    // product with the ratio overflows.
     const int64_t room = std::max<int64_t>(available - Metrics::kSeparatorLines, -kLowestTop);
     const int64_t share = group.m_nSizeRatio * room / totalRatio + Metrics::kSeparatorLines;
     return static_cast<int>(std::clamp<int64_t>(share, minimum, std::max<int64_t>(minimum, kMaximumBand)));

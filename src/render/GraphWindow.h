@@ -1,11 +1,15 @@
-// What the graph needs of the window that shows it.
+// What the graph needs of the window that shows it, and a window without a screen.
 #pragma once
 
 #include "render/Mapping.h"
 
+#include <QImage>
 #include <QRegion>
+#include <QSize>
 
 namespace Tracelyn {
+
+class CGraph;
 
 // What a repaint does with the contents of an expanded group, its header and its plot: draw them, or keep the
 // pixels that the window has of them.
@@ -19,11 +23,7 @@ public:
     explicit PaintArea(const QRegion& region) : m_Region(region), m_Contents(region) {}
 
     // Contents are drawn wherever one of the regions added asks for it.
-    void Add(const QRegion& region, Contents contents) {
-        m_Region += region;
-        if (contents == Contents::Draw)
-            m_Contents += region;
-    }
+    void Add(const QRegion& region, Contents contents);
 
     bool IsEmpty() const { return m_Region.isEmpty(); }
     const QRegion& GetRegion() const { return m_Region; }
@@ -44,7 +44,7 @@ struct ScrollBarState {
     bool operator==(const ScrollBarState&) const = default;
 };
 
-// Implemented by the child view on the screen and by an off-screen picture for the tool and the tests.
+// Implemented by the child view on the screen and, below, by a picture for the tool and the tests.
 class CGraphWindow {
 public:
     virtual ~CGraphWindow() = default;
@@ -62,6 +62,29 @@ protected:
     CGraphWindow() = default;
     CGraphWindow(const CGraphWindow&) = default;
     CGraphWindow& operator=(const CGraphWindow&) = default;
+};
+
+// The graph draws into a picture.
+class COffscreenWindow : public CGraphWindow {
+public:
+    // The picture's size in pixels, at a scale factor of the screen (1, 1.5, 2, ...).
+    explicit COffscreenWindow(QSize size, double scale = 1.0);
+
+    // Paints the whole frame.
+    const QImage& Paint(CGraph& graph);
+
+    const QImage& GetImage() const { return m_Image; }
+
+    PixelRect GetClientRect() const override { return {0, 0, m_Size.width(), m_Size.height()}; }
+    // The next Paint draws everything anyway, and a picture has no scroll bar.
+    void Invalidate(const PixelRect& /*area*/, Contents /*contents*/) override {}
+    void Invalidate() override {}
+    void UpdateNow() override {}
+    void SetScrollBar(const ScrollBarState& /*state*/) override {}
+
+private:
+    QSize m_Size;
+    QImage m_Image;
 };
 
 } // namespace Tracelyn

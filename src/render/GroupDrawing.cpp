@@ -13,7 +13,7 @@ namespace {
 
 using Metrics = LayoutMetrics;
 
-// Separator lines run out of every window.
+// Separator lines end here, beyond the right edge of most windows.
 constexpr float kFarRight = 10000.0F;
 
 PixelRect BandRect(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
@@ -82,7 +82,7 @@ void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
         m_Canvas.MoveTo(5, 3);
         m_Canvas.LineTo(5, 8);
     }
-    const auto nameWidth = static_cast<float>(painter.TextWidth(group.m_strName));
+    const auto nameWidth = static_cast<float>(painter.GetTextWidth(group.m_strName));
     if (group.m_bSelected) {
         painter.SetPen(colors.underline);
         m_Canvas.MoveTo(11, 10);
@@ -107,7 +107,7 @@ void CGroupDrawing::DrawSharedPlot(const CGraphDataGroup& group) {
     for (const CGraphDataSet* set : group.m_Sets) {
         if (!IsDrawn(*set) || set->IsIgnoredForVerticalAutoScaling())
             continue;
-        const MinMax range = VisibleRange(*set, plot);
+        const MinMax range = GetVisibleRange(*set, plot);
         if (range.min < min)
             min = range.min;
         if (range.max > max)
@@ -134,7 +134,7 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
         if (set->GetCount() > 0) {
             MinMax range{0.0F, 1.0F};
             if (!set->IsBinary())
-                range = VisibleRange(*set, row);
+                range = GetVisibleRange(*set, row);
             if (range.max == range.min)
                 range.max += 1.0F;
             DrawSet(*set, row, range.max, range.min);
@@ -151,11 +151,9 @@ void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, flo
     DrawCurve(m_Canvas, m_Context.GetPainter(), set, m_Context.GetClient(), m_Columns);
 }
 
-MinMax CGroupDrawing::VisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
+MinMax CGroupDrawing::GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
     const Mapping mapping(plot, m_Canvas.GetVisible());
-    MinMax range{};
-    set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right), range.min, range.max);
-    return range;
+    return set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right));
 }
 
 } // namespace Tracelyn

@@ -32,7 +32,7 @@ private:
     void DrawSharedPlot(const CGraphDataGroup& group);
     void DrawSeparateRows(const CGraphDataGroup& group);
     void DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom);
-    MinMax VisibleRange(const CGraphDataSet& set, const PixelRect& plot);
+    MinMax GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot);
 
     CGraphDrawingContext& m_Context;
     CCanvas& m_Canvas;

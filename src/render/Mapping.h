@@ -32,8 +32,7 @@ struct PixelRect {
 // Every rectangle of the region with so many pixels more on each side.
 QRegion Widened(const QRegion& region, int pixels);
 
-// x is in sample indices where a curve or a cursor is drawn and in pixels where a header is; y is in the unit
-// of what is drawn.
+// For curves and cursors x is a sample index, for headers it is a pixel; y is in the unit of what is drawn.
 struct WorldRect {
     float x1 = 0.0F;
     float y1 = 0.0F;

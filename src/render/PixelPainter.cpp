@@ -100,7 +100,7 @@ void CPixelPainter::Polygon(std::span<const QPoint> points) {
 
 bool CPixelPainter::ReachesClip(int x, const QString& text) const {
     return m_ClipBounds.GetWidth() > 0 && x - kOverhang < m_ClipBounds.right &&
-           x + TextWidth(text) + kOverhang > m_ClipBounds.left;
+           x + GetTextWidth(text) + kOverhang > m_ClipBounds.left;
 }
 
 void CPixelPainter::Text(int x, int y, const QString& text) {
@@ -108,9 +108,9 @@ void CPixelPainter::Text(int x, int y, const QString& text) {
         return;
     Flush();
     if (m_TextBackground.isValid())
-        Fill({x, y, x + TextWidth(text), y + kTextHeight}, m_TextBackground);
+        Fill({x, y, x + GetTextWidth(text), y + kTextHeight}, m_TextBackground);
     m_Painter.setPen(m_Text);
-    m_Painter.drawText(x, y + m_Font.Ascent(), support::ShownText(text));
+    m_Painter.drawText(x, y + m_Font.GetAscent(), support::ShownText(text));
 }
 
 } // namespace Tracelyn

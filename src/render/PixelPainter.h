@@ -17,8 +17,9 @@
 
 namespace Tracelyn {
 
-// Wraps a borrowed painter. Lines are collected as runs of pixels and reach the painter in bundles: a line
-// comes out the same whatever part of it is repainted and at every scale factor of the screen.
+// Wraps a borrowed painter. It works out the pixels of a line itself, so that a line looks the same whatever
+// part of it is repainted and at every scale factor of the screen. The runs of these pixels are collected and
+// reach the painter in bundles.
 class CPixelPainter {
 public:
     // Pixels outside the region need not be drawn.
@@ -44,11 +45,11 @@ public:
     // The point is the top left corner of the text's cell.
     void Text(int x, int y, const QString& text);
 
-    int TextWidth(const QString& text) const { return m_Font.Width(text); }
+    int GetTextWidth(const QString& text) const { return m_Font.GetTextWidth(text); }
     // Height of a text's cell.
     static constexpr int kTextHeight = 13;
 
-    // Brings collected lines to the painter.
+    // Hands the collected lines to the painter.
     void Flush();
 
 private:

@@ -11,13 +11,15 @@ namespace Tracelyn {
 
 namespace {
 
-// Rows of a large picture that are near at hand for a processor; a column goes through one of them at a time.
+// A tall picture is filled in strips of so many rows, because the rows of one strip stay in the processor's
+// cache while all columns go through them.
 constexpr int kStrip = 1024;
-// Columns side by side that are filled together: a row of eight pixels costs as much as one of one.
+// So many columns side by side are filled together: a row of eight pixels costs as much as one of a single
+// pixel.
 constexpr size_t kColumnsTogether = 8;
-// Columns that are lower on average are not worth cutting into rows.
+// Columns are cut into rows only when they are at least this high on average.
 constexpr int kFewestRows = 64;
-// As few runs as a cursor step draws are filled as they come.
+// Fewer runs are filled as they come; a cursor step draws that few.
 constexpr size_t kFewestToSort = 32;
 
 int Bottom(const QRect& rect) {
@@ -42,8 +44,8 @@ bool AreHigh(std::span<const QRect> columns) {
 } // namespace
 
 CRunFill::CRunFill() {
-    // Between the ends of a group lie twice its columns less one stretches; at most every second column of
-    // one is there.
+    // The ends of n columns leave 2n - 1 stretches of rows between them, and a stretch breaks into at most n
+    // / 2 pieces, when every second column is missing from it.
     constexpr size_t kMostOfGroup = (2 * kColumnsTogether - 1) * (kColumnsTogether / 2);
     constexpr size_t kMost = kRunsAtOnce / kColumnsTogether * kMostOfGroup;
     m_Pieces.reserve(kMost);

@@ -1,4 +1,5 @@
-// Fills the pixels of lines quickly.
+// Fills the runs of pixels that lines consist of. A dense curve is thousands of columns one pixel wide;
+// filled one by one, each touches as many rows of the picture as it is high.
 #pragma once
 
 #include <QRect>
@@ -11,16 +12,17 @@ class QPainter;
 
 namespace Tracelyn {
 
-// Runs that are filled at a time.
+// The most runs that one call fills.
 inline constexpr size_t kRunsAtOnce = 512;
 
 class CRunFill {
 public:
-    // Takes all the memory it needs; later there may be none.
+    // Takes all the memory that Fill will need.
     CRunFill();
 
-    // Fills at most kRunsAtOnce rectangles with the painter's brush, whatever its pen. They may overlap and
-    // come in any order; the runs of steep lines, columns one pixel wide, are what it is made for.
+    // Fills at most kRunsAtOnce rectangles with the painter's brush, and sets the painter's pen to none. They
+    // may overlap and come in any order. High columns that stand side by side are filled row by row instead,
+    // which is faster.
     void Fill(QPainter& painter, std::span<const QRect> runs);
 
 private:

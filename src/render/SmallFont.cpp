@@ -10,13 +10,14 @@ namespace {
 
 constexpr int kPixels = 11;
 
-// What the widths may keep in memory, in characters; an entry costs some itself.
+// The kept widths are all dropped when their texts come to more than this many characters. Each entry counts
+// for some characters more, because it takes memory itself.
 constexpr size_t kMaximumRemembered = 8'000'000;
-constexpr size_t kEntry = 50;
+constexpr size_t kCharactersPerEntry = 50;
 
 } // namespace
 
-QFont CSmallFont::Font() {
+QFont CSmallFont::MakeFont() {
     QFont font;
     font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
     font.setPixelSize(kPixels);
@@ -24,7 +25,7 @@ QFont CSmallFont::Font() {
     return font;
 }
 
-int CSmallFont::Width(const QString& text) {
+int CSmallFont::GetTextWidth(const QString& text) {
     const QString shown = support::ShownText(text);
     const auto found = m_Widths.find(shown);
     if (found != m_Widths.end())
@@ -33,7 +34,7 @@ int CSmallFont::Width(const QString& text) {
         m_Widths.clear();
         m_nRemembered = 0;
     }
-    m_nRemembered += kEntry + static_cast<size_t>(shown.size());
+    m_nRemembered += kCharactersPerEntry + static_cast<size_t>(shown.size());
     return m_Widths[shown] = m_Metrics.horizontalAdvance(shown);
 }
 

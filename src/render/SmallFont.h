@@ -10,28 +10,29 @@
 
 namespace Tracelyn {
 
-// Remembers the widths it has measured, for a frame asks for the same ones as the frame before. Needs the
-// application object.
+// Measuring a text takes long: a millisecond for some thousand letters, or for some hundred letters of mixed
+// scripts. The font therefore keeps the widths it has measured; most frames ask for those of the frame
+// before. It can be made only while the application object exists.
 class CSmallFont {
 public:
-    CSmallFont() : m_Font(Font()), m_Metrics(m_Font) {}
+    CSmallFont() : m_Font(MakeFont()), m_Metrics(m_Font) {}
     CSmallFont(const CSmallFont&) = delete;
     CSmallFont& operator=(const CSmallFont&) = delete;
 
-    // 8 points at 96 dpi, whatever the screen.
-    static QFont Font();
+    // 8 points at 96 dpi, which are 11 pixels, whatever the resolution of the screen.
+    static QFont MakeFont();
 
-    // Of what is shown of the text, in pixels: the toolkit takes a millisecond for some thousand letters, for
-    // some hundred of mixed scripts.
-    int Width(const QString& text);
+    // In pixels. Of a very long text only the beginning is shown, and only that is measured.
+    int GetTextWidth(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }
-    int Ascent() const { return m_Metrics.ascent(); }
+    int GetAscent() const { return m_Metrics.ascent(); }
 
 private:
     QFont m_Font;
     QFontMetrics m_Metrics;
     std::unordered_map<QString, int> m_Widths;
+    // Characters in m_Widths, with some for each entry.
     size_t m_nRemembered = 0;
 };
 

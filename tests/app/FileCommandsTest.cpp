@@ -1,7 +1,7 @@
 // The commands on files, with the words they say and the order they say them in.
 #include "WindowTesting.h"
 #include "reader/container/zip.h"
-#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 
 #include <QDirIterator>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 // Stored samples of all types: how they read, and that whole ranges read as single samples do.
 #include "ModelTesting.h"
-#include "model/GraphDataTypedSet.h"
+#include "model/GraphDataVariants.h"
 
 template <class T>
 class Samples : public ::testing::Test {

@@ -1,6 +1,6 @@
 // Tables of numbers as text files.
 #include "ReaderTesting.h"
-#include "model/GraphDataTypedSet.h"
+#include "model/GraphDataVariants.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
 

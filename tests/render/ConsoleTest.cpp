@@ -58,7 +58,7 @@ TEST_F(Console, ShowsValuesRightAlignedWithTheSetsDecimals) {
     const SCREENRECT value = Cells()[1];
     const QColor red(255, 0, 0);
     // Cursor at 49: " 24.500" ends four pixels before the unit.
-    const int width = QFontMetrics(CSmallFont::Font()).horizontalAdvance("24.500");
+    const int width = QFontMetrics(CSmallFont::MakeFont()).horizontalAdvance("24.500");
     const QRect text(value.right - 4 - width, value.top, width, 11);
     EXPECT_GT(window.Count(text, red), 10);
     EXPECT_EQ(window.Count({value.left, value.top, text.left() - 1 - value.left, 11}, red), 0);

@@ -1,7 +1,7 @@
 // Cursors, zoom and scrolling, and what each repaints.
 #include "RenderTesting.h"
 #include "Testing.h"
-#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A partial repaint must leave the pixels that a full one gives.
 #include "RenderTesting.h"
 #include "Testing.h"
-#include "render/FileJustOpened.h"
+#include "render/Graph.h"
 
 namespace {
 

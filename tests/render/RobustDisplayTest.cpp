@@ -3,7 +3,7 @@
 #include "RenderTesting.h"
 #include "Testing.h"
 #include "render/GraphDrawingContext.h"
-#include "render/OffscreenWindow.h"
+#include "render/GraphWindow.h"
 
 #include <QFontMetrics>
 
@@ -149,7 +149,7 @@ TEST(LongNames, AreShownAsFarAsTheWindowReaches) {
     const QString narrow = Repeated("i", 350);
     const auto fits = graphNamed(narrow);
     PictureOf(fits->graph, size);
-    const int width = QFontMetrics(CSmallFont::Font()).horizontalAdvance(narrow);
+    const int width = QFontMetrics(CSmallFont::MakeFont()).horizontalAdvance(narrow);
     ASSERT_LT(width, size.width());
     EXPECT_EQ(fits->graph.GetCanvas().FindScreenRect(kGroupUnderlineRect)->right, width + 15);
 }

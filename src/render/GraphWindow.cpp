@@ -1,8 +1,16 @@
-#include "render/OffscreenWindow.h"
+#include "render/GraphWindow.h"
+
+#include "render/Graph.h"
 
 #include <QPainter>
 
 namespace Tracelyn {
+
+void PaintArea::Add(const QRegion& region, Contents contents) {
+    m_Region += region;
+    if (contents == Contents::Draw)
+        m_Contents += region;
+}
 
 COffscreenWindow::COffscreenWindow(QSize size, double scale)
     : m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
