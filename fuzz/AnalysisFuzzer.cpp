@@ -60,14 +60,16 @@ void CheckBatches(const CGraphDataSet& set, int from, int to, int step) {
 }
 
 void CheckLimits(const Analysis& analysis, const CGraphData& data) {
-    Require(analysis.results.size() <= limits::kResults + 5, "problems beyond the limit are only counted");
+    Require(analysis.results.size() <= limits::kMaxProblems + 5,
+            "problems beyond the limit are only counted");
     for (const ReadResult& result : analysis.results) {
         Require(!result.GetText().isEmpty(), "a problem has a text");
         Require(!result.detail.startsWith(QLatin1String("The sample rows cannot be read")),
                 "the rows of a file that stays as it is can be read");
     }
     for (const auto& set : data.GetSets())
-        Require(set->GetName().size() <= limits::kText && set->GetUnit().size() <= limits::kText,
+        Require(set->GetName().size() <= limits::kMaxNameLength &&
+                    set->GetUnit().size() <= limits::kMaxNameLength,
                 "long texts are cut");
 }
 

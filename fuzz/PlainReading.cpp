@@ -4,7 +4,7 @@
 #include "model/GraphDataVariants.h"
 #include "xmldom/XmlDomDocument.h"
 #include "xmldom/XmlDomElement.h"
-#include "xmldom/XmlDomNodeIterator.h"
+#include "xmldom/XmlDomNode.h"
 
 #include <algorithm>
 #include <bit>
@@ -33,7 +33,7 @@ std::vector<CXmlDomElement> ElementsOf(const CXmlDomElement& parent) {
     std::vector<CXmlDomElement> elements;
     CXmlDomNodeIterator child;
     for (parent.GetChildNodes(child); child.HasCurrent(); child.Next()) {
-        if (child.GetNodeType() == XmlDomElementType)
+        if (child.GetNodeType() == kXmlElementType)
             child.GetElement(elements.emplace_back());
     }
     return elements;

@@ -2,7 +2,7 @@
 
 #include "app/Dialogs.h"
 #include "app/MainFrm.h"
-#include "reader/AccessLevel.h"
+#include "reader/SignalFileReader.h"
 
 #include <QApplication>
 

@@ -1,6 +1,6 @@
 #include "cli/Options.h"
 
-#include "reader/AccessLevel.h"
+#include "reader/SignalFileReader.h"
 #include "support/Limits.h"
 
 #include <QCommandLineParser>
@@ -35,7 +35,7 @@ std::optional<QSize> ToSize(const QString& text) {
     const auto width = ToInt(sides[0]);
     const auto height = ToInt(sides[1]);
     const auto isAllowed = [](std::optional<int> side) {
-        return side && *side >= 1 && *side <= support::limits::kPictureSide;
+        return side && *side >= 1 && *side <= support::limits::kMaxPictureSidePixels;
     };
     return isAllowed(width) && isAllowed(height) ? std::optional(QSize(*width, *height)) : std::nullopt;
 }

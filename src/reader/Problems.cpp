@@ -35,12 +35,12 @@ QString ReadResult::GetText() const {
 }
 
 CProblems::CProblems() {
-    m_Results.reserve(support::limits::kResults + kRoomForAlways);
+    m_Results.reserve(support::limits::kMaxProblems + kRoomForAlways);
     m_strFurther.reserve(kThereAre.size() + static_cast<qsizetype>(kMaxDigits) + kMoreProblems.size());
 }
 
 void CProblems::Add(ResultCode code, const QString& detail) {
-    if (m_Results.size() < support::limits::kResults)
+    if (m_Results.size() < support::limits::kMaxProblems)
         AddAlways(code, support::ShownText(detail));
     else
         ++m_nFurther;

@@ -48,7 +48,7 @@ class CProblems {
 public:
     CProblems();
 
-    // Keeps the first limits::kResults and counts the others. A long detail is cut as ShownText does.
+    // Keeps the first limits::kMaxProblems and counts the others. A long detail is cut as ShownText does.
     void Add(ResultCode code, const QString& detail);
     // Keeps the problem however many there are, and its whole detail. For a handful in each file.
     void AddAlways(ResultCode code, const QString& detail);

@@ -11,8 +11,9 @@
 #include "support/NumberText.h"
 #include "xmldom/XmlDomDocument.h"
 #include "xmldom/XmlDomElement.h"
-#include "xmldom/XmlDomNodeIterator.h"
+#include "xmldom/XmlDomNode.h"
 
+#include <array>
 #include <memory>
 
 namespace Tracelyn {
@@ -22,9 +23,14 @@ namespace limits = support::limits;
 namespace {
 
 constexpr ColorRef kIndexColor = 0xFF8080;
-constexpr int kUnitPrecision = 3;
-// Share of a load after which the sample rows are found.
-constexpr double kFound = 0.2;
+constexpr std::array<ColorRef, 8> kOrdinaryColors{0x00FF00, 0xFFCA82, 0x00FFFF, 0x1772F8,
+                                                  0x0000FF, 0xFFFFFF, 0x8000FF, 0xFFFF00};
+constexpr std::array<ColorRef, 7> kBinaryColors{0xAAAA00, 0x0000AA, 0x00AAAA, 0xAA00AA,
+                                                0xAA8844, 0xAAAAAA, 0x00AA00};
+
+constexpr int kDefaultDecimals = 3;
+// Share of the reading after which the document is loaded and its sample rows are found.
+constexpr double kLoadedShare = 0.2;
 
 void ApplyUnit(CGraphDataSet& set, const Unit& unit) {
     set.SetProperties(set.GetName(), unit.name, unit.offset, unit.factor, unit.precision);
@@ -43,7 +49,7 @@ template <class Visitor>
 bool ForEachElement(const CXmlDomElement& parent, Visitor visit) {
     CXmlDomNodeIterator child;
     for (parent.GetChildNodes(child); child.HasCurrent(); child.Next()) {
-        if (child.GetNodeType() != XmlDomElementType)
+        if (child.GetNodeType() != kXmlElementType)
             continue;
         CXmlDomElement element;
         child.GetElement(element);
@@ -54,6 +60,14 @@ bool ForEachElement(const CXmlDomElement& parent, Visitor visit) {
 }
 
 } // namespace
+
+ColorRef AutomaticColors::NextOrdinary() {
+    return kOrdinaryColors[m_nOrdinary++ % kOrdinaryColors.size()];
+}
+
+ColorRef AutomaticColors::NextBinary() {
+    return kBinaryColors[m_nBinary++ % kBinaryColors.size()];
+}
 
 CXmlReader::CXmlReader() {
     TypedDataRegistry::Instance().Clear();
@@ -75,8 +89,8 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     std::unique_ptr<CSampleText> rows; // null when they are in the document
     QString error;
     const support::Progress& progress = GetProgress();
-    if (!LoadWithRowsApart(path, "Data", document, rows, error, support::StepOf(progress, 0, kFound))) {
-        // Uncut: the path may be long, and the reason, which the parser keeps short, stands behind it.
+    if (!LoadWithRowsApart(path, "Data", document, rows, error, support::StepOf(progress, 0, kLoadedShare))) {
+        // Not cut: the reason stands behind the path, which may be long.
         m_Problems.AddAlways(ResultCode::XmlParseError, error);
         return;
     }
@@ -100,7 +114,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
         return;
     if (rows == nullptr)
         rows = SampleTextInMemory(block.GetTextUtf8());
-    const auto rest = support::StepOf(progress, kFound, 1);
+    const auto rest = support::StepOf(progress, kLoadedShare, 1);
     if (const auto problem = ReadDataBlock(*rows, m_Variables, m_nValuesOfRow, rest))
         m_Problems.AddAlways(ResultCode::UnknownError, *problem);
 }
@@ -179,7 +193,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
         return Fail(ResultCode::EmptyGroupName, QStringLiteral("Name"));
     m_Colors.Restart();
 
-    // In the model at once: a group that fails later stays with the sets it has by then.
+    // Added before it is read: when a later line fails, the group stays with the lines before.
     data.AddGroup(std::make_unique<CGraphDataGroup>(name));
     CGraphDataGroup& group = *data.GetGroups().back();
     group.m_nSizeRatio = element.GetAttributeInt("SizeRatio", 1);
@@ -202,7 +216,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
     const auto found = m_VariablesByName.find(dataName);
-    // One that may be among the variables left out must not stop the others.
+    // It may be one of the variables beyond the cap, which must not end the reading.
     if (found == m_VariablesByName.end())
         return m_VariableCap.isReported || Fail(ResultCode::DataNotFound, dataName);
     TypedDataBase& variable = *found->second;
@@ -217,7 +231,7 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (set.IsDisplayedInConsole())
         ApplyUnit(set, variable.GetUnits().empty() ? Unit{} : variable.GetUnits().front());
     group.AddSet(&set);
-    m_nValuesOfRow += set.GetPrecision() > support::kMaxFastDecimals ? limits::kValueOfManyDecimals : 1;
+    m_nValuesOfRow += set.GetPrecision() > support::kMaxFastDecimals ? limits::kValuesPerSlowValue : 1;
     return true;
 }
 
@@ -239,16 +253,16 @@ bool CXmlReader::ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXm
 Unit CXmlReader::ReadUnit(const CXmlDomElement& element) {
     return {ReadText(element, "Name"), element.GetAttributeFloat("UnitOffset", 0.0F),
             element.GetAttributeFloat("UnitFactor", 1.0F),
-            element.GetAttributeInt("Precision", kUnitPrecision)};
+            element.GetAttributeInt("Precision", kDefaultDecimals)};
 }
 
 QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribute) {
     QString text = element.GetAttribute(attribute);
-    if (text.size() > limits::kText) {
+    if (text.size() > limits::kMaxNameLength) {
         Fail(ResultCode::UnknownError, QStringLiteral("A %1 of %2 characters is cut off")
                                            .arg(QLatin1String(attribute))
                                            .arg(text.size()));
-        text.truncate(limits::kText);
+        text.truncate(limits::kMaxNameLength);
     }
     return text;
 }

@@ -1,25 +1,40 @@
-// Reads an analysis document into the model and collects what is wrong with it.
+// Reads an analysis document into the model and collects the problems.
 #pragma once
 
-#include "reader/AutomaticColors.h"
+#include "model/GraphDataSet.h"
 #include "reader/Problems.h"
 #include "reader/SignalFileReader.h"
 #include "support/Limits.h"
 
 #include <QString>
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <vector>
 
 namespace Tracelyn {
 
 class CGraphDataGroup;
-class CGraphDataSet;
 class CXmlDomElement;
 class TypedDataBase;
 struct Unit;
 
-// One reader serves one file. Constructing it deletes the variables of the reader before, samples included.
+// The colours that lines get when the file names none: one palette for on/off signals and one for all others.
+class AutomaticColors {
+public:
+    // Each group begins again with the first colours.
+    void Restart() { *this = {}; }
+    ColorRef NextOrdinary();
+    ColorRef NextBinary();
+
+private:
+    size_t m_nOrdinary = 0;
+    size_t m_nBinary = 0;
+};
+
+// Serves one file. Constructing a reader deletes the variables and samples that the reader before it read, so
+// the model that shows those is cleared first.
 class CXmlReader : public CSignalFileReader {
 public:
     using CResult = ReadResult;
@@ -29,13 +44,14 @@ public:
     void ReadAnalysis(CGraphData& data, const QString& path) override;
     QString GetAnalysisName() const override { return m_strAnalysisName; }
 
-    // The problems, in the order found. Of very many the last one says how many more there were.
+    // The problems in the order found. When there are more than limits::kMaxProblems, the last result says
+    // how many are left out.
     const std::vector<CResult>& GetResults() const { return m_Problems.GetResults(); }
 
 private:
-    // The steps return false when reading must stop; they have added the reason to the results by then.
+    // Each step adds its problems to the results and returns false when the problem ends the reading.
     void ReadDocument(CGraphData& data, const QString& path);
-    // A null definition stands for the missing element.
+    // Null when the document has no such element.
     bool ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition);
     bool ReadIndexSet(CGraphData& data, const CXmlDomElement& definition);
     bool ReadVariable(CGraphData& data, const CXmlDomElement& element);
@@ -45,7 +61,7 @@ private:
     bool ReadRefLine(CGraphData& data, CGraphDataGroup& group, const CXmlDomElement& element);
 
     Unit ReadUnit(const CXmlDomElement& element);
-    // The attribute's text; of a text that is too long, the beginning and a result.
+    // The attribute's text. A text longer than limits::kMaxNameLength is cut and is a problem.
     QString ReadText(const CXmlDomElement& element, const char* attribute);
     // Adds the problem; always false.
     bool Fail(ResultCode code, const QString& detail);
@@ -53,12 +69,12 @@ private:
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
     CProblems m_Problems;
-    Cap m_VariableCap{support::limits::kVariables, "variables"};
-    Cap m_GroupCap{support::limits::kGroups, "groups"};
-    Cap m_SignalCap{support::limits::kSets, "signals"};
-    int64_t m_nValuesOfRow = 0; // of all lines
+    Cap m_VariableCap{support::limits::kMaxVariables, "variables"};
+    Cap m_GroupCap{support::limits::kMaxGroups, "groups"};
+    Cap m_SignalCap{support::limits::kMaxSignals, "signals"};
+    int64_t m_nValuesOfRow = 0; // see ReadDataBlock
     std::vector<TypedDataBase*> m_Variables;
-    // The first of each name. A QHash would end the program when memory runs out.
+    // The first variable of each name. No QHash: it ends the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;
     QString m_strAnalysisName;
     AutomaticColors m_Colors;

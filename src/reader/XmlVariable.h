@@ -59,24 +59,24 @@ public:
     virtual ~CXmlVariable() = default;
 };
 
-// What every variable has, whatever the type of its samples.
+// The part of a variable that does not depend on the type of its samples.
 class TypedDataBase : public CXmlVariable {
 public:
     explicit TypedDataBase(CGraphData& owner) : m_Owner(owner) {}
 
-    // A new set over the variable's samples, named by the description and owned by the model. All sets of a
-    // variable share one store.
+    // Makes a signal that shows the variable's samples. It is named by the description and owned by the
+    // model; all signals of a variable share its samples.
     virtual CGraphDataSet& CreateSet() = 0;
-    // True once a set was created: only then the variable's column is stored.
+    // Whether CreateSet was called. Otherwise the samples of the column are not kept.
     virtual bool HasStore() const = 0;
     // Appends a field of the variable's column as a sample; without a store it is dropped. No command calls
     // it: see CXmlVariableSource.
     virtual void AddValue(std::string_view field) = 0;
-    // Appends that many samples, to be written into what is returned. Nothing may be asked for until they
-    // are.
+    // Appends that many samples and returns where to write them. Until all are written, the signals must not
+    // be asked for values.
     virtual SampleColumn Append(int samples) = 0;
     virtual void RemoveLast(int samples) = 0;
-    // What the first question for extremes would have to do otherwise.
+    // Builds the min/max index now; otherwise the first question for extremes does.
     virtual void BuildIndex() = 0;
 
     void SetName(const QString& name) { m_strName = name; }
@@ -87,7 +87,7 @@ public:
 
     const QString& GetName() const { return m_strName; }
     const QString& GetDescription() const { return m_strDescription; }
-    // As written in the file; empty means an automatic colour.
+    // As written in the file; empty for an automatic colour.
     const QString& GetColor() const { return m_strColor; }
     // The access level that the variable requires.
     int GetCode() const { return m_nCode; }
@@ -143,8 +143,8 @@ public:
     CGraphDataSet& CreateSet() override;
 };
 
-// Owns every variable of the file that was read last. It is process-wide: the sets of the loaded model point
-// into it, so a model is cleared before the next reader is constructed.
+// Owns the variables of the file that was read last, for the whole process. The signals of the loaded model
+// point into it, so the model is cleared before the next reader is constructed.
 class TypedDataRegistry {
 public:
     static TypedDataRegistry& Instance();
@@ -156,7 +156,8 @@ private:
     std::vector<std::unique_ptr<TypedDataBase>> m_Variables;
 };
 
-// A registered variable for one of the eight type names ("Float", "Binary", ...); null for any other name.
+// Makes a variable for one of the eight type names ("Float", "Binary", ...) and adds it to the registry. Null
+// for any other name.
 TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner);
 
 } // namespace Tracelyn

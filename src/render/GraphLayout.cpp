@@ -97,11 +97,11 @@ void LayoutBands(CGraphData& data, const PixelRect& client) {
 
 ConsoleMetrics MeasureConsole(CGraphData& data, const std::function<int(const QString&)>& textWidth) {
     ConsoleMetrics console;
-    int64_t charactersLeft = support::limits::kConsoleTexts;
+    int64_t charactersLeft = support::limits::kMaxMeasuredLength;
     const auto widen = [&](int& widest, const QString& text) {
         if (charactersLeft <= 0)
             return;
-        charactersLeft -= std::min<int64_t>(text.size(), support::limits::kShownText);
+        charactersLeft -= std::min<int64_t>(text.size(), support::limits::kMaxShownLength);
         widest = std::max(widest, textWidth(text));
     };
     bool any = false;

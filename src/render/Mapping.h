@@ -66,8 +66,9 @@ public:
 private:
     // In the header, for it is called for every line.
     static int ToPixel(float scaled, int origin) {
-        using support::limits::kPixel;
-        return std::isnan(scaled) ? kNoPixel : static_cast<int>(std::clamp(scaled, -kPixel, kPixel)) + origin;
+        using support::limits::kMaxPixel;
+        return std::isnan(scaled) ? kNoPixel
+                                  : static_cast<int>(std::clamp(scaled, -kMaxPixel, kMaxPixel)) + origin;
     }
 
     PixelRect m_Pixels;

@@ -9,7 +9,7 @@
 
 namespace support {
 
-inline constexpr int kMaxFixedDecimals = limits::kDecimals;
+inline constexpr int kMaxFixedDecimals = limits::kMaxDecimals;
 // Numbers with more decimals than this take four to six times as long.
 inline constexpr int kMaxFastDecimals = 11;
 

@@ -1,5 +1,5 @@
-// How far anybody may go with what a file says. Real recordings stay far below all of these; beyond one the
-// reader says so, shows what it has read, and no time or memory is spent on the rest.
+// How far a file may go. Every limit is far above what recordings need; what lies beyond one is refused with
+// a message or left out with a result, before it costs time or memory.
 #pragma once
 
 #include <cstddef>
@@ -7,62 +7,61 @@
 
 namespace support::limits {
 
-// Markup. The parser's own effort grows with the square of some of these.
-inline constexpr int kDepth = 256;       // elements inside each other; a recording has four
-inline constexpr int kAttributes = 1024; // of one element, each compared with the others
-inline constexpr int kDefaults = 16;     // declared attribute defaults, made anew for every element
-// Namespaces declared around one element, its own and its parents'. For every element and attribute with a
-// prefix the parser goes through all of them, and compares byte by byte.
-inline constexpr int kNamespaces = 16;
-inline constexpr int kPrefix = 32; // bytes
-inline constexpr int64_t kDtd =
-    64 << 10; // bytes of a document type declaration, whose lists are compared, too
-inline constexpr int64_t kToken = 16 << 20; // bytes of a comment, an instruction, an element's attributes
+// Markup. A document beyond one of these is refused. Most exist because the parser compares each of them with
+// all the others.
+inline constexpr int kMaxElementDepth = 256; // elements inside each other; a recording has 4
+inline constexpr int kMaxAttributes = 1024;  // of one element
+inline constexpr int kMaxAttributeDefaults = 16;
+inline constexpr int kMaxNamespaces = 16; // declared by an element and those around it
+inline constexpr int kMaxPrefixBytes = 32;
+inline constexpr int64_t kMaxDtdBytes = 64 << 10;    // of the document type declaration
+inline constexpr int64_t kMaxMarkupBytes = 16 << 20; // of one comment, instruction or attribute
+// Elements, attributes, comments and whatever else takes some 200 bytes in the document's tree; a recording
+// has hundreds.
+inline constexpr int64_t kMaxNodes = 1'000'000;
+inline constexpr int64_t kMaxNodeNameBytes = 64 << 20; // of the names of all nodes together
+// The parser copies the addresses of declared namespaces into every element:
+//   bytes copied <= kFreeNamespaceBytes + kNamespaceBytesPerByteRead * bytes read
+inline constexpr int64_t kFreeNamespaceBytes = 1 << 20;
+inline constexpr int64_t kNamespaceBytesPerByteRead = 4;
 
-// Declared namespaces are copied into every element: their bytes may come to this and so many for each byte
-// read.
-inline constexpr int64_t kNamespaceBytes = 1 << 20;
-inline constexpr int64_t kNamespaceBytesPerByte = 4;
+// The rows of a longer file are parsed with the rest of the document: looking for them beforehand would keep
+// a few bytes for each piece of the file.
+inline constexpr int64_t kMaxFileBytesWithRowsApart = int64_t{1} << 38;
 
-// Elements, attributes, comments and whatever else becomes a node of the document's tree, some 200 bytes
-// each; a recording has hundreds.
-inline constexpr int64_t kNodes = 1'000'000;
-inline constexpr int64_t kNameBytes = 64 << 20; // of their names, which the parser keeps
+// The model. Further ones are left out. A hundred thousand signals would take seconds for every frame.
+inline constexpr size_t kMaxVariables = 10'000;
+inline constexpr size_t kMaxGroups = 10'000;
+inline constexpr size_t kMaxSignals = 10'000;
+// Characters of a name, unit or colour; the rest is cut off. Every frame measures and draws some of them.
+inline constexpr int kMaxNameLength = 5'000;
+// Problems that a reader keeps; it counts the others.
+inline constexpr size_t kMaxProblems = 1000;
 
-// Bytes of a file whose rows are looked for before it is parsed: some memory goes to each 256 KB of it.
-inline constexpr int64_t kTextApart = int64_t{1} << 38;
+// Rows. Those beyond one of these are left out. A row that is shorter than the list of variables, and a
+// variable that several lines show, ask for more memory than their text:
+//   samples <= kFreeSamples + bytes of the rows' text / kRowBytesPerSample
+//   values  <= max(kFreeValues, that number of samples)
+// A row has one sample for each variable and one value for each line; a value of more than
+// support::kMaxFastDecimals decimals counts as kValuesPerSlowValue. Full rows have two bytes or more a
+// sample.
+inline constexpr int64_t kFreeSamples = 1 << 22;
+inline constexpr int64_t kRowBytesPerSample = 2;
+inline constexpr int64_t kFreeValues = 1 << 25;
+inline constexpr int64_t kValuesPerSlowValue = 6;
+inline constexpr size_t kMaxFieldBytes = 4096; // of a field; the rest of it is not looked at
 
-// The model. A window shows some dozens; a hundred thousand would take seconds for every frame.
-inline constexpr size_t kVariables = 10'000;
-inline constexpr size_t kGroups = 10'000;
-inline constexpr size_t kSets = 10'000;
-// Characters of a name, unit or colour: some are measured and drawn in every frame and written for every set.
-inline constexpr int kText = 5'000;
-// Problems that are kept; of further ones only the number.
-inline constexpr size_t kResults = 1000;
+// A container beyond this is neither made nor expanded. Recordings have 4 bytes for each packed one, rows
+// that are all alike have hundreds:
+//   bytes <= kFreeExpandedBytes + kExpandedBytesPerPackedByte * packed bytes
+inline constexpr uint64_t kFreeExpandedBytes = 48 << 20;
+inline constexpr uint64_t kExpandedBytesPerPackedByte = 32;
 
-// Samples: so many, and one more for so many characters, which a full row keeps to. Rows that are empty, or
-// shorter than the list of variables, could ask for a multiple of their text.
-inline constexpr int64_t kSamplesOfAnyFile = 1 << 22;
-inline constexpr int64_t kCharactersPerSample = 2;
-// Values are the samples of all lines, as a table has them; many lines may show one variable. So many, or as
-// many as samples are allowed: half of that or less is what full rows have. One of many decimals counts for
-// six.
-inline constexpr int64_t kValuesOfAnyFile = 1 << 25;
-inline constexpr int64_t kValueOfManyDecimals = 6;
-inline constexpr size_t kField = 4096; // characters of one field that are looked at
-
-// A container may expand to this and to so many times its packed size more. Recordings come to 4 times, rows
-// that are all alike to hundreds.
-inline constexpr uint64_t kExpanded = 48 << 20;
-inline constexpr uint64_t kExpansion = 32;
-
-// What is shown. Decimals that reach the digits of the smallest normal number, and pixels far outside every
-// window that 64-bit arithmetic can still handle.
-inline constexpr int kDecimals = 40;
-inline constexpr int kShownText = 400;           // characters of a text
-inline constexpr int64_t kConsoleTexts = 50'000; // characters of all texts that the console's width heeds
-inline constexpr float kPixel = 268435456.0F;
-inline constexpr int kPictureSide = 16384; // pixels of a picture's side
+// What is shown. Further decimals and characters are not.
+inline constexpr int kMaxDecimals = 40;               // reaches the digits of the smallest normal number
+inline constexpr int kMaxShownLength = 400;           // characters of one text
+inline constexpr int64_t kMaxMeasuredLength = 50'000; // characters from which the console takes its width
+inline constexpr float kMaxPixel = 268435456.0F;      // coordinate; 64-bit arithmetic can still handle it
+inline constexpr int kMaxPictureSidePixels = 16384;
 
 } // namespace support::limits

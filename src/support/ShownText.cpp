@@ -5,11 +5,11 @@
 namespace support {
 
 QString ShownText(const QString& text) {
-    constexpr qsizetype kMost = limits::kShownText;
-    if (text.size() <= kMost)
+    constexpr qsizetype kMaxLength = limits::kMaxShownLength;
+    if (text.size() <= kMaxLength)
         return text;
-    const bool endsInsidePair = text[kMost - 1].isHighSurrogate();
-    return text.left(kMost - (endsInsidePair ? 1 : 0)) + QChar(0x2026);
+    const bool endsInsidePair = text[kMaxLength - 1].isHighSurrogate();
+    return text.left(kMaxLength - (endsInsidePair ? 1 : 0)) + QChar(0x2026);
 }
 
 } // namespace support

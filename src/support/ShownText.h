@@ -1,11 +1,11 @@
-// What is shown of a text that nobody would read to its end.
+// Cuts a text that nobody would read to its end.
 #pragma once
 
 #include <QString>
 
 namespace support {
 
-// The text, or its beginning and three dots.
+// The text itself, or its first limits::kMaxShownLength characters and a "…".
 QString ShownText(const QString& text);
 
 } // namespace support

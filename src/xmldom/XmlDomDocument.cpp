@@ -1,8 +1,8 @@
 #include "xmldom/XmlDomDocument.h"
 
 #include "support/Assertion.h"
+#include "xmldom/LibXml.h"
 #include "xmldom/XmlDomElement.h"
-#include "xmldom/XmlEncodings.h"
 #include "xmldom/XmlParse.h"
 
 #include <QBuffer>

@@ -1,9 +1,10 @@
-// An XML document as a tree. Parsing never reaches for the network or another file; a document that declares
-// entities is refused, and attribute defaults that it declares are not applied.
+// An XML document as a tree. Nothing but the document itself is read: no other file, no network. A document
+// that declares entities, or one beyond support/Limits.h, is refused; declared attribute defaults are
+// ignored.
 #pragma once
 
 #include "support/Progress.h"
-#include "xmldom/XmlForward.h"
+#include "xmldom/XmlDomNode.h"
 
 #include <QString>
 
@@ -34,26 +35,27 @@ public:
     CXmlDomDocument& operator=(const CXmlDomDocument&) = delete;
     virtual ~CXmlDomDocument() = default;
 
-    // Makes the (empty) document when there is none yet. Load and LoadXml call it.
+    // Makes an empty document unless there is one. The loads call it.
     bool Create(QString& error);
 
-    // Both replace the document. On failure they return false, fill error with "<file> (<line>): <reason>
-    // (Error)\n" (or "File does not exist") and leave the document empty. Wrappers of the old document stay
-    // valid.
+    // Replaces the document by that of the file. On failure returns false, sets the error to "<file>
+    // (<line>): <reason> (Error)\n", or to "File does not exist", and leaves the document empty. Nodes of the
+    // old document stay valid.
     bool Load(const QString& fileName, QString& error, const support::Progress& progress = {});
+    // The same for a text; an encoding that it declares is ignored. An error names it "[string input]".
+    // Ready, but no command calls LoadXml, LoadXmlBytes and Save.
     bool LoadXml(const QString& text, QString& error);
-    // The same for text in the encoding that it declares (UTF-8 when it declares none).
+    // The same for bytes in the encoding that they declare, or in UTF-8.
     bool LoadXmlBytes(std::string_view bytes, QString& error);
 
-    // The same for an open device, of which an error names `source` as the file. The watch is borrowed; null
-    // watches nothing.
+    // The same for an open device, which an error calls `source`. Fills in the watch, if there is one.
     bool LoadDevice(QIODevice& device, const QString& source, QString& error, XmlTagWatch* watch = nullptr);
 
-    // The document's element; false when it is empty. Needs Create.
+    // Sets `element` to the root; false when the document is empty. Only after Create or a load.
     bool GetRootElement(CXmlDomElement& element) const;
 
-    // Writes the document in its encoding (UTF-8 when it has none); an existing file is replaced only when
-    // all is written. False when that fails. The path must not be empty.
+    // Writes the document in its own encoding, or in UTF-8. An existing file is replaced only when everything
+    // was written; otherwise the result is false. The path must not be empty. Only after Create or a load.
     bool Save(const QString& path) const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include "support/Assertion.h"
 #include "support/NumberText.h"
-#include "xmldom/XmlNodeAccess.h"
+#include "xmldom/LibXml.h"
 
 namespace Tracelyn {
 
@@ -32,7 +32,7 @@ std::string TextOf(const xmlAttr& attribute) {
 } // namespace
 
 bool CXmlDomElement::CanHold(int nodeType) const {
-    return nodeType == XmlDomElementType;
+    return nodeType == kXmlElementType;
 }
 
 std::optional<std::string> CXmlDomElement::AttributeText(const char* name, bool* found) const {

@@ -1,8 +1,8 @@
 #include "xmldom/XmlDomNode.h"
 
 #include "support/Assertion.h"
-#include "xmldom/XmlDomNodeIterator.h"
-#include "xmldom/XmlNodeAccess.h"
+#include "xmldom/LibXml.h"
+#include "xmldom/XmlDomElement.h"
 
 #include <utility>
 
@@ -45,6 +45,40 @@ void CXmlDomNode::GetChildNodes(CXmlDomNodeIterator& iterator) const {
 xmlNode* CXmlDomNode::Node() const {
     Assert(m_pNode != nullptr, "p!=0");
     return m_pNode;
+}
+
+bool CXmlDomText::CanHold(int nodeType) const {
+    return nodeType == kXmlTextType || nodeType == kXmlCDataType;
+}
+
+QString CXmlDomText::GetText() const {
+    return QString::fromUtf8(ViewOf(Node()->content));
+}
+
+CXmlDomNodeIterator::CXmlDomNodeIterator(std::shared_ptr<xmlDoc> document, xmlNode* first)
+    : m_pDocument(std::move(document)), m_pCurrent(first) {}
+
+int CXmlDomNodeIterator::GetNodeType() const {
+    Assert(m_pCurrent != nullptr, "p!=0");
+    return m_pCurrent->type;
+}
+
+void CXmlDomNodeIterator::GetElement(CXmlDomElement& element) const {
+    GetNode(element);
+}
+
+void CXmlDomNodeIterator::GetText(CXmlDomText& text) const {
+    GetNode(text);
+}
+
+void CXmlDomNodeIterator::GetNode(CXmlDomNode& node) const {
+    Assert(m_pCurrent != nullptr, "p!=0");
+    node.Attach(m_pDocument, m_pCurrent);
+}
+
+void CXmlDomNodeIterator::Next() {
+    Assert(m_pCurrent != nullptr, "p!=0");
+    m_pCurrent = SkipBlankText(m_pCurrent->next);
 }
 
 } // namespace Tracelyn

@@ -1,7 +1,7 @@
 #include "xmldom/XmlParse.h"
 
 #include "support/Limits.h"
-#include "xmldom/XmlEncodings.h"
+#include "xmldom/LibXml.h"
 
 #include <QIODevice>
 
@@ -92,9 +92,9 @@ void NoteTag(xmlParserCtxtPtr context, const xmlChar* localName, const xmlChar* 
 bool CountNodes(void* context, int count) {
     ParseState& state = StateOf(context);
     state.nodes += count;
-    if (state.nodes > limits::kNodes)
+    if (state.nodes > limits::kMaxNodes)
         Refuse(context, "The document has too many nodes");
-    return state.nodes <= limits::kNodes;
+    return state.nodes <= limits::kMaxNodes;
 }
 
 void AddComment(void* context, const xmlChar* text) {
@@ -139,18 +139,18 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     state.nameBytes += NameBytes(localName, {attributes, 5 * static_cast<std::size_t>(attributeCount)});
 
     NoteTag(static_cast<xmlParserCtxtPtr>(context), localName, prefix);
-    if (attributeCount > limits::kAttributes)
+    if (attributeCount > limits::kMaxAttributes)
         Refuse(context, kTooManyAttributes);
-    else if (state.context->nsNr / 2 > limits::kNamespaces)
+    else if (state.context->nsNr / 2 > limits::kMaxNamespaces)
         Refuse(context, kTooManyNamespaces);
-    else if (longestPrefix > limits::kPrefix)
+    else if (longestPrefix > limits::kMaxPrefixBytes)
         Refuse(context, "A namespace prefix is too long");
-    else if (state.context->nodeNr >= limits::kDepth)
+    else if (state.context->nodeNr >= limits::kMaxElementDepth)
         Refuse(context, "Elements are nested too deeply");
-    else if (state.nameBytes > limits::kNameBytes)
+    else if (state.nameBytes > limits::kMaxNodeNameBytes)
         Refuse(context, "The names in the document are too long");
     else if (state.namespaceBytes >
-             limits::kNamespaceBytes + limits::kNamespaceBytesPerByte * state.bytesRead)
+             limits::kFreeNamespaceBytes + limits::kNamespaceBytesPerByteRead * state.bytesRead)
         Refuse(context, "Namespace defaults make the document too large");
     else if (CountNodes(context, 1 + namespaceCount + attributeCount))
         xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount,
@@ -160,7 +160,7 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
 // Every element's attributes are compared with each other and with all declared defaults: both stay few.
 void RefuseManyDefaults(void* context, const xmlChar* element, const xmlChar* name, int type, int defaultKind,
                         const xmlChar* defaultValue, xmlEnumerationPtr values) {
-    if (defaultValue != nullptr && ++StateOf(context).defaults > limits::kDefaults) {
+    if (defaultValue != nullptr && ++StateOf(context).defaults > limits::kMaxAttributeDefaults) {
         xmlFreeEnumeration(values);
         Refuse(context, "Too many attribute defaults");
         return;
@@ -213,18 +213,18 @@ bool LastsTooLong(bool isThere, std::optional<int64_t>& from, int64_t bytesRead,
 // lists of a document type declaration, among all of which it looks for equal ones; one long attribute,
 // comment or instruction.
 const char* FindExcess(ParseState& state) {
-    constexpr int SlotsPerAttribute = 5;
-    constexpr int Growth = 2; // of the parser's tables
+    constexpr int kSlotsPerAttribute = 5;
+    constexpr int kGrowth = 2; // of the parser's tables
     const xmlParserCtxt& context = *state.context;
-    if (context.maxatts > Growth * SlotsPerAttribute * limits::kAttributes)
+    if (context.maxatts > kGrowth * kSlotsPerAttribute * limits::kMaxAttributes)
         return kTooManyAttributes;
-    if (context.nsNr / 2 > Growth * limits::kNamespaces)
+    if (context.nsNr / 2 > kGrowth * limits::kMaxNamespaces)
         return kTooManyNamespaces;
-    if (LastsTooLong(context.inSubset != 0, state.dtdFrom, state.bytesRead, limits::kDtd))
+    if (LastsTooLong(context.inSubset != 0, state.dtdFrom, state.bytesRead, limits::kMaxDtdBytes))
         return "The document type declaration is too long";
     const bool isToken = context.instate == XML_PARSER_ATTRIBUTE_VALUE ||
                          context.instate == XML_PARSER_COMMENT || context.instate == XML_PARSER_PI;
-    if (LastsTooLong(isToken, state.tokenFrom, state.bytesRead, limits::kToken))
+    if (LastsTooLong(isToken, state.tokenFrom, state.bytesRead, limits::kMaxMarkupBytes))
         return "A piece of markup is too long";
     return nullptr;
 }
@@ -290,15 +290,15 @@ XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
     state.context = context.get();
     InstallCallbacks(*context, state);
     const ContextFreeErrors contextFreeErrors(*context);
-    constexpr int Flags = XML_PARSE_HUGE | XML_PARSE_NONET;
+    constexpr int kFlags = XML_PARSE_HUGE | XML_PARSE_NONET;
     std::shared_ptr<xmlDoc> document(
-        xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, options.encoding, Flags),
+        xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, options.encoding, kFlags),
         xmlFreeDoc);
     if (state.exception)
         std::rethrow_exception(state.exception);
 
     if (state.readFailed)
-        return {.document = nullptr, .line = state.line, .reason = device.errorString(), .readFailed = true};
+        return {.document = nullptr, .line = state.line, .reason = device.errorString()};
     if (state.failed)
         return {.document = nullptr, .line = state.line, .reason = WithoutLineEnd(state.reason.data())};
     if (document == nullptr)

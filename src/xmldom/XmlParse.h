@@ -1,5 +1,5 @@
-// Reads a device to its end into a libxml2 tree, with everything refused that reaches outside the document or
-// makes it larger than what was read.
+// Parses a device into a libxml2 tree. Refuses whatever reaches outside the document, would make the tree
+// grow beyond what was read, or is beyond support/Limits.h.
 #pragma once
 
 #include "support/Progress.h"
@@ -16,22 +16,22 @@ class QIODevice;
 namespace Tracelyn {
 
 struct XmlParseResult {
-    std::shared_ptr<xmlDoc> document; // null on failure, which the rest then explains
+    std::shared_ptr<xmlDoc> document; // null on failure
+    // Where and why it failed; line 0 when it was at no line.
     long line = 0;
     QString reason;
-    bool readFailed = false; // and not the document
 };
 
 struct XmlParseOptions {
-    // Overrides what the document declares; null lets it decide.
+    // The encoding, whatever the document declares; null for the declared one.
     const char* encoding = nullptr;
     // Borrowed; null when nothing is watched.
     XmlTagWatch* watch = nullptr;
-    // What it throws ends the parse and is thrown on.
+    // May throw: that ends the parse, and ParseXml throws the same.
     support::Progress progress = {};
 };
 
-// The device is read in small pieces.
+// Reads the device to its end, in small pieces.
 XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options = {});
 
 } // namespace Tracelyn

@@ -134,6 +134,6 @@ TEST_F(Layout, OfTheConsoleDoesNotMeasureTextsWithoutEnd) {
         measured += support::ShownText(text).size();
         return 1;
     });
-    EXPECT_GE(measured, support::limits::kConsoleTexts);
-    EXPECT_LE(measured, support::limits::kConsoleTexts * 11 / 10);
+    EXPECT_GE(measured, support::limits::kMaxMeasuredLength);
+    EXPECT_LE(measured, support::limits::kMaxMeasuredLength * 11 / 10);
 }

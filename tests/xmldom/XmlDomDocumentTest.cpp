@@ -1,5 +1,5 @@
 #include "XmlDomTesting.h"
-#include "xmldom/XmlDomNodeIterator.h"
+#include "xmldom/XmlDomNode.h"
 
 TEST(XmlDomDocument, NamesFileLineAndReasonOfTheFirstFault) {
     const QByteArray bad = "<r>\n<a>\n</b>\n</r>&";

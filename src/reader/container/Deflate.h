@@ -13,7 +13,7 @@ class QIODevice;
 
 namespace Tracelyn {
 
-// Both for all the bytes: false when fewer can be read or written.
+// Read or write the whole span; false when that fails.
 bool ReadBytes(QIODevice& device, std::span<char> bytes);
 bool WriteBytes(QIODevice& device, std::span<const char> bytes);
 
@@ -21,7 +21,7 @@ bool WriteBytes(QIODevice& device, std::span<const char> bytes);
 inline constexpr size_t kStreamHead = 2;
 inline constexpr size_t kStreamTail = 4;
 
-// What the container keeps of an entry beside its raw deflate data.
+// What the container stores about an entry's contents beside their raw deflate data.
 struct DeflatedContents {
     std::array<char, kStreamHead + kStreamTail> streamEnds{};
     uint32_t crc = 0; // CRC-32 of the plain bytes
@@ -29,13 +29,14 @@ struct DeflatedContents {
     uint32_t uncompressedSize = 0;
 };
 
-// Appends the raw deflate data of the whole source to the archive, byte for byte as compress2 makes it at
-// level 9. Nothing when reading, writing or compressing fails or when a size does not fit into 32 bits.
+// Compresses the whole source and appends the raw deflate data to the archive: the same bytes as zlib's
+// compress2 makes at level 9. Nothing when reading, writing or compressing fails or a size does not fit into
+// 32 bits.
 std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive);
 
-// Expands the raw data that the archive stands at. Writes at most the announced size and reads at most the
-// announced compressed size; false when a size or one of the two checksums turns out to be another, or when
-// reading or writing fails.
+// Expands the raw deflate data at the archive's position into `output`. Never reads or writes more than the
+// announced sizes. False when a size or one of the two checksums is not the announced one, or when reading or
+// writing fails.
 bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& output,
              const support::Progress& progress);
 

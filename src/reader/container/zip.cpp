@@ -92,10 +92,11 @@ struct Entry {
 };
 
 bool IsBomb(const DeflatedContents& contents) {
-    return contents.uncompressedSize > limits::kExpanded + limits::kExpansion * contents.compressedSize;
+    return contents.uncompressedSize >
+           limits::kFreeExpandedBytes + limits::kExpandedBytesPerPackedByte * contents.compressedSize;
 }
 
-// Nothing when the header is not one of ours or promises more than anybody needs.
+// Nothing when the header is not one of ours or announces more than support/Limits.h allows.
 std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     const bool ours = header.Get32(0) == kLocalSignature && header.Get16(4) == kVersion &&
                       header.Get16(6) == 0 && header.Get16(28) == kExtraLength;

@@ -11,15 +11,16 @@ namespace Tracelyn {
 class CGraphData;
 class CCsvFile;
 
-// Two tables into the open file: names and values of the fixed sets, then, after an empty line, one column of
-// scaled values for each other set, in the order in which the groups list them. A set shorter than the
-// longest is asked for every row. Does not close the file; throws CFileException on a write error.
+// Writes two tables into the open file and leaves it open: first the names and values of the reference lines,
+// then, after an empty line, a column of scaled values for each other signal, in the order in which the
+// groups list them. All columns are as long as the longest signal; a shorter one repeats its last sample.
+// Throws CFileException when writing fails.
 void ExportCsv(const CGraphData& data, CCsvFile& file);
 
 // Lines of numbers, put together in memory that is used again.
 class CNumberLines {
 public:
-    // Has room for so many numbers.
+    // Takes the memory for so many numbers.
     explicit CNumberLines(size_t numbers);
 
     // The text that CCsvFile::WriteNumberField and EndLine write for them, valid until the next call.

@@ -1,5 +1,4 @@
-// A text file of comma-separated fields. Text is collected and written in chunks, in Latin-1 ("?" for what
-// that lacks).
+// Writes a text file of comma-separated fields, in Latin-1: a character that Latin-1 lacks becomes "?".
 #pragma once
 
 #include "support/OutputFile.h"
@@ -19,35 +18,38 @@ namespace Tracelyn {
 inline constexpr char kCsvSeparator = ',';
 inline constexpr std::string_view kCsvLineEnd = "\r\n";
 
-// A write error, with the system's reason.
+// Text could not be written. Carries the system's reason.
 class CFileException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Whatever appends text or flushes throws CFileException when the text cannot be written; the text is then
-// dropped.
+// The text is collected and written in chunks. Every call that adds text, and Flush, throws CFileException
+// when a chunk cannot be written; that chunk is lost.
 class CCsvFile {
 public:
     CCsvFile() = default;
     CCsvFile(const CCsvFile&) = delete;
     CCsvFile& operator=(const CCsvFile&) = delete;
-    // Closes an open file. Errors go unnoticed: call Close first to see them. A file that is destroyed
-    // because of an exception does not get to its place.
+    // Closes a file that is still open, and ignores errors: whoever wants them calls Close. When an exception
+    // is what destroys this object, the file at the path stays as it was before Open.
     ~CCsvFile();
 
-    // The file comes to its place, or takes the place of an older one, when it is closed and all was written.
-    // False when that place is out of reach or a file is open already. Throws CFileException when an existing
-    // file could be written over, but only so that a failure would cost its contents.
+    // Writes beside the path; Close then puts the complete file there, where it replaces an existing one.
+    // False when the path cannot be written or this object has a file open. Throws CFileException when
+    // nothing can be written beside an existing file that itself is writable: writing into that file would be
+    // possible but would lose its contents if writing failed.
     bool Open(const QString& path);
-    // Writes to a device that the caller opened and keeps; Close only flushes into it. False as above.
+    // Writes to a device that the caller opened and keeps open; Close only flushes. False when the device is
+    // not writable or this object has a file open.
     bool Open(QIODevice& device);
-    // Closes also when not everything could be written, and then throws.
+    // Throws CFileException when not everything could be written; the file is closed then, too.
     void Close();
 
     void AppendText(std::string_view latin1);
     void EndLine();
     void WriteField(std::string_view latin1);
+    // Ready, but no command writes one: the export writes names and floating values.
     void WriteIntegerField(int value);
     // The text between quotes; quotes inside it stay as they are.
     void WriteStringField(const QString& text);
@@ -56,7 +58,7 @@ public:
     void Flush();
 
 private:
-    // False when not everything was written. Nothing is pending afterwards.
+    // False when not everything was written. Either way nothing is pending afterwards.
     bool WritePending();
     bool Finish();
 

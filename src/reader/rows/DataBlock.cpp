@@ -20,7 +20,7 @@ namespace Tracelyn {
 
 namespace {
 
-// A piece holds the rows that begin behind its line feeds; the first one also holds the first row.
+// The rows of a piece are those that begin behind its line feeds. The first piece also has the first row.
 struct Piece {
     int64_t from = 0;
     int64_t to = 0;
@@ -65,7 +65,7 @@ public:
         m_Buffers.resize(static_cast<size_t>(support::WorkerCount(PieceCount())));
     }
 
-    // Numbers the rows of all pieces. Returns how many there are; nothing when the text cannot be read.
+    // Finds out which rows each piece has. Returns the number of rows; nothing when the text cannot be read.
     std::optional<int64_t> CountRows(const support::Progress& progress) {
         const auto count = [this](int worker, Piece& piece) {
             piece.rows = piece.from == 0 ? 1 : 0;
@@ -89,7 +89,7 @@ public:
         return rows;
     }
 
-    // Leaves the rows from that one on out of what is converted.
+    // Convert will leave out the rows from number `rows` on.
     void KeepRows(int64_t rows) {
         while (m_Pieces.back().row >= rows && m_Pieces.size() > 1)
             m_Pieces.pop_back();
@@ -98,8 +98,8 @@ public:
         last.rows = std::min(last.rows, rows - last.row);
     }
 
-    // Returns how many rows were converted: fewer than were counted when the text cannot be read or is not
-    // what it was. The rows behind them are undefined.
+    // Returns how many rows were converted, which are fewer than were counted when the text cannot be read or
+    // has changed. The samples of all further rows are undefined then.
     int64_t Convert(std::span<const SampleColumn> columns, const support::Progress& progress) {
         std::vector<CRowConverter> converters(m_Buffers.size(), CRowConverter(columns));
         const auto convert = [&](int worker, const Piece& piece) {
@@ -140,8 +140,8 @@ private:
 
     // Appends the rest of the row that is cut off at `at`, its line feed included; the last row gets one.
     bool ReadToRowEnd(int64_t at, CPieceText& buffer) const {
-        constexpr int64_t FirstStep = 1024;
-        for (int64_t step = FirstStep; at < m_Text.GetSize(); step *= 2) {
+        constexpr int64_t kFirstStepBytes = 1024;
+        for (int64_t step = kFirstStepBytes; at < m_Text.GetSize(); step *= 2) {
             const std::span<char> more = buffer.Grow(std::min(step, m_Text.GetSize() - at));
             if (!m_Text.Read(at, more))
                 return false;
@@ -162,11 +162,11 @@ private:
     std::vector<CPieceText> m_Buffers; // one for each thread
 };
 
-// How many of the rows are read.
+// How many of the rows support/Limits.h allows. `columns` counts the variables that a line shows.
 int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, int64_t columns, int64_t valuesOfRow) {
     const int64_t samples =
-        support::limits::kSamplesOfAnyFile + text.GetSize() / support::limits::kCharactersPerSample;
-    const int64_t values = std::max(samples, support::limits::kValuesOfAnyFile);
+        support::limits::kFreeSamples + text.GetSize() / support::limits::kRowBytesPerSample;
+    const int64_t values = std::max(samples, support::limits::kFreeValues);
     return std::min({rows, samples / columns, values / std::max(valuesOfRow, columns),
                      int64_t{std::numeric_limits<int>::max()}});
 }
@@ -180,11 +180,12 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
     if (variables.empty())
         return std::nullopt;
 
-    constexpr double Counted = 0.1;
-    constexpr double Converted = 0.95;
+    // Shares of the whole after which the rows are counted and converted.
+    constexpr double kCounted = 0.1;
+    constexpr double kConverted = 0.95;
     const QString unreadable = QStringLiteral("The sample rows cannot be read to their end");
     CBlockReader block(text);
-    const std::optional<int64_t> allRows = block.CountRows(support::StepOf(progress, 0, Counted));
+    const std::optional<int64_t> allRows = block.CountRows(support::StepOf(progress, 0, kCounted));
     if (!allRows)
         return unreadable;
     const int64_t rows = RowsWithinLimits(
@@ -195,14 +196,14 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
     {
         std::vector<SampleColumn> columns;
         columns.reserve(variables.size());
-        // Also when memory runs out on the way: what was appended and not written is no sample.
+        // What was appended and not written is no sample, also when memory runs out on the way.
         const auto takeBack = qScopeGuard([&] {
             for (TypedDataBase* const variable : variables.first(columns.size()))
                 variable->RemoveLast(static_cast<int>(rows - converted));
         });
         for (TypedDataBase* const variable : variables)
             columns.push_back(variable->Append(static_cast<int>(rows)));
-        converted = block.Convert(columns, support::StepOf(progress, Counted, Converted));
+        converted = block.Convert(columns, support::StepOf(progress, kCounted, kConverted));
     }
     support::ForEachParallel(
         static_cast<int64_t>(variables.size()),
@@ -210,7 +211,7 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
             variables[static_cast<size_t>(item)]->BuildIndex();
             return true;
         },
-        support::StepOf(progress, Converted, 1));
+        support::StepOf(progress, kConverted, 1));
     if (converted < rows)
         return unreadable;
     if (rows < *allRows)

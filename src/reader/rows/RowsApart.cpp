@@ -69,7 +69,8 @@ size_t CountPlain(std::string_view text) {
     return static_cast<size_t>(end - text.begin());
 }
 
-// The text ends with a character that is only there to look at.
+// Whether a carriage return stands before something other than a line feed. One that ends the text counts as
+// unknown: pass one more character than is meant.
 bool HasLoneCarriageReturn(std::string_view text) {
     for (size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1)) {
         if (at + 1 < text.size() && text[at + 1] != '\n')
@@ -78,7 +79,8 @@ bool HasLoneCarriageReturn(std::string_view text) {
     return false;
 }
 
-// Where the text behind a start tag begins when `text` begins with one of that name.
+// The length of the start tag that `text` begins with; nothing when that is no whole tag of the name, or one
+// without content. `opening` is "<" and the name.
 std::optional<size_t> TagLength(std::string_view text, std::string_view opening) {
     const size_t end = text.find_first_of("<>", opening.size());
     const bool isName =
@@ -123,14 +125,14 @@ std::optional<int64_t> FindTextStart(const CSharedFile& file, std::string_view t
     return std::nullopt;
 }
 
-// Looks at the text from `from` on, on all processor cores.
+// Finds out on all processor cores where the text that begins at `from` ends, and whether it is plain.
 class CPlainTextScan {
 public:
     CPlainTextScan(const CSharedFile& file, int64_t from)
         : m_File(file), m_nFrom(from),
           m_Parts(static_cast<size_t>((file.GetSize() - from + kPieceBytes - 1) / kPieceBytes)) {}
 
-    // The plain text when a "<" ends it.
+    // The text up to the first "<"; nothing when it is not plain.
     std::optional<TextRange> Run(const support::Progress& progress) {
         const auto count = static_cast<int64_t>(m_Parts.size());
         std::vector<CWindow> windows(static_cast<size_t>(support::WorkerCount(count)), CWindow(m_File, 1));
@@ -159,7 +161,7 @@ private:
         bool hasLoneReturn = false;
     };
 
-    // False when the text ends in this part.
+    // Examines the piece of that number; false when the text ends in it.
     bool Look(CWindow& window, int64_t item) {
         const std::string_view text = window.Read(m_nFrom + item * kPieceBytes);
         Part& part = m_Parts[static_cast<size_t>(item)];
@@ -180,7 +182,7 @@ private:
 // Whether the tag is one indeed, and no part of a comment, is for the parser to say.
 std::optional<TextRange> FindPlainText(const CSharedFile& file, std::string_view element,
                                        const support::Progress& progress) {
-    if (file.GetSize() > support::limits::kTextApart)
+    if (file.GetSize() > support::limits::kMaxFileBytesWithRowsApart)
         return std::nullopt;
     const std::optional<int64_t> from = FindTextStart(file, element);
     if (!from)

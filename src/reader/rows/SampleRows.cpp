@@ -27,7 +27,7 @@ const char* FindFieldEnd(const char* at) {
 
 std::string_view FieldAt(const char* at) {
     const auto length = static_cast<size_t>(FindFieldEnd(at) - at);
-    return {at, std::min(length, support::limits::kField)};
+    return {at, std::min(length, support::limits::kMaxFieldBytes)};
 }
 
 // A run of decimal digits and where it ends; the value counts for as many digits as it can hold.
@@ -153,7 +153,8 @@ void CRowConverter::StartOver(std::string_view text, size_t row) {
     m_Fields.clear();
     for (size_t from = 0;;) {
         const size_t comma = text.find(',', from);
-        const std::string_view field = text.substr(from, std::min(comma - from, support::limits::kField));
+        const std::string_view field =
+            text.substr(from, std::min(comma - from, support::limits::kMaxFieldBytes));
         if (field.empty()) // most of a file that means harm
             m_Fields.push_back({});
         else

@@ -12,7 +12,7 @@
 
 namespace Tracelyn {
 
-// Where a column's samples go, one for each row of the file; the first alternative drops them.
+// Where the samples of a column go, one for each row of the file. std::monostate: nobody shows the column.
 using SampleColumn =
     std::variant<std::monostate, std::span<float>, std::span<int8_t>, std::span<uint8_t>, std::span<int16_t>,
                  std::span<uint16_t>, std::span<int32_t>, std::span<uint32_t>>;
@@ -31,15 +31,16 @@ constexpr T SampleFromNumber(FieldNumber<T> number) {
 // A field as a number of either kind.
 using FieldNumbers = std::tuple<float, int32_t>;
 
-// One for each thread: threads convert different rows into the same columns.
+// Threads convert different rows into the same columns, each thread with a converter of its own.
 class CRowConverter {
 public:
-    // Borrows the columns; there is at least one.
+    // Borrows the columns, of which there is at least one.
     explicit CRowConverter(std::span<const SampleColumn> columns);
 
-    // Each row ends with a line feed, the last one too. `row` is the number of the first, counted from 0.
-    // Fields become numbers and samples as above. A row with fewer fields than columns starts over for the
-    // remaining ones. False when there are not exactly `count` rows; no further ones are written then.
+    // Converts `count` rows, each of which ends with a line feed. `row` is the number of the first one,
+    // counted from 0. Fields become numbers and samples as above. A row with fewer fields than columns starts
+    // over for the remaining ones. False when there are not exactly `count` rows; no further ones are written
+    // then.
     bool Convert(std::string_view rows, size_t row, size_t count);
 
 private:

@@ -1,4 +1,4 @@
-#include "reader/AccessLevel.h"
+#include "reader/SignalFileReader.h"
 
 #include <QStringView>
 

@@ -1,4 +1,4 @@
-#include "xmldom/XmlEncodings.h"
+#include "xmldom/LibXml.h"
 
 #include <libxml/encoding.h>
 #include <libxml/parser.h>
@@ -11,25 +11,25 @@ namespace Tracelyn {
 
 namespace {
 
-// What the bytes 0x80 to 0x9f mean; the others mean the character of their number. The five unassigned bytes
-// stand for themselves.
-constexpr std::array<uint16_t, 32> Windows1252High = {
+// The characters of the bytes 0x80 to 0x9F. Every other byte is the character of its number, and so are the
+// five bytes here that have none.
+constexpr std::array<uint16_t, 32> kWindows1252High = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr uint16_t FromWindows1252(unsigned char byte) {
-    return byte >= 0x80 && byte < 0xA0 ? Windows1252High[byte - 0x80U] : byte;
+    return byte >= 0x80 && byte < 0xA0 ? kWindows1252High[byte - 0x80U] : byte;
 }
 
 // 0 for a character that the encoding does not have.
 unsigned char ToWindows1252(unsigned character) {
     if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
         return static_cast<unsigned char>(character);
-    const auto* const found = std::find(Windows1252High.begin(), Windows1252High.end(), character);
-    return found == Windows1252High.end()
+    const auto* const found = std::find(kWindows1252High.begin(), kWindows1252High.end(), character);
+    return found == kWindows1252High.end()
                ? static_cast<unsigned char>(0)
-               : static_cast<unsigned char>(0x80 + (found - Windows1252High.begin()));
+               : static_cast<unsigned char>(0x80 + (found - kWindows1252High.begin()));
 }
 
 constexpr unsigned char Byte(unsigned bits) {
@@ -69,7 +69,7 @@ constexpr int Utf8Length(unsigned char lead) {
 }
 
 int Utf8ToWindows1252(unsigned char* out, int* outLength, const unsigned char* in, int* inLength) {
-    constexpr int NotInEncoding = -2;
+    constexpr int kNotInEncoding = -2;
     int written = 0;
     int read = 0;
     int result = 0;
@@ -80,7 +80,7 @@ int Utf8ToWindows1252(unsigned char* out, int* outLength, const unsigned char* i
         const int character = xmlGetUTF8Char(in + read, &used);
         const unsigned char byte = character < 0 ? Byte(0) : ToWindows1252(static_cast<unsigned>(character));
         if (byte == 0) {
-            result = NotInEncoding; // the caller writes a character reference
+            result = kNotInEncoding; // the caller writes a character reference
             break;
         }
         out[written++] = byte;

@@ -1,4 +1,4 @@
-// What the wrappers share when they look at libxml2's nodes.
+// What this folder shares of libxml2: its preparation, and how to look at its nodes.
 #pragma once
 
 #include <QString>
@@ -8,6 +8,10 @@
 #include <string_view>
 
 namespace Tracelyn {
+
+// Prepares the library once for the process and teaches it the one encoding that it lacks in some builds,
+// windows-1252. Called before anything else of it.
+void PrepareXmlLibrary();
 
 inline std::string_view ViewOf(const xmlChar* text) {
     return text == nullptr ? std::string_view() : std::string_view(reinterpret_cast<const char*>(text));
