@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QToolBar>
 
 namespace Tracelyn {
@@ -137,6 +138,14 @@ void CMainFrame::UpdateCommands() {
     m_Commands.SetChecked(CommandId::ViewToolbar, !m_pToolBar->isHidden());
     m_Commands.SetChecked(CommandId::ViewStatusBar, !statusBar()->isHidden());
     m_pStatusPanes->SetFileLabel(m_strFileLabel);
+}
+
+// The toolkit would write the prompt over the panes and hide the message pane under it.
+bool CMainFrame::event(QEvent* event) {
+    if (event->type() != QEvent::StatusTip)
+        return QMainWindow::event(event);
+    m_pStatusPanes->SetPrompt(static_cast<QStatusTipEvent*>(event)->tip());
+    return true;
 }
 
 void CMainFrame::keyPressEvent(QKeyEvent* event) {

@@ -5,8 +5,10 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QStyle>
 
 namespace Tracelyn {
 
@@ -23,22 +25,42 @@ void* X11Display() {
     return nullptr;
 }
 
-QLabel* MakePane(const QString& text, const char* name) {
-    auto* const label = new QLabel(text);
+// One line, elided to the width that the bar gives it.
+class CElidedLabel : public QLabel {
+public:
+    explicit CElidedLabel(Qt::TextElideMode mode) : m_Mode(mode) {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        const QRect area = contentsRect();
+        style()->drawItemText(&painter, area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                              palette(), isEnabled(), fontMetrics().elidedText(text(), m_Mode, area.width()),
+                              foregroundRole());
+    }
+
+private:
+    Qt::TextElideMode m_Mode;
+};
+
+QLabel* MakePane(QLabel* label, const char* name, const QString& text = {}) {
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
+    label->setText(text);
     return label;
 }
 
 } // namespace
 
 CStatusPanes::CStatusPanes(QStatusBar& bar)
-    : QObject(&bar), m_pFileLabel(MakePane(QString(), "fileLabel")), m_pCaps(MakePane(tr("CAPS"), "caps")),
-      m_pNum(MakePane(tr("NUM"), "num")) {
-    QLabel* const ready = MakePane(tr("Ready"), "message");
-    // The text begins where the bar writes the prompts of commands.
-    ready->setContentsMargins(4, 0, 0, 0);
-    bar.addWidget(ready, 1);
+    : QObject(&bar), m_pMessage(MakePane(new CElidedLabel(Qt::ElideRight), "message")),
+      m_pFileLabel(MakePane(new CElidedLabel(Qt::ElideMiddle), "fileLabel")),
+      m_pCaps(MakePane(new QLabel, "caps", tr("CAPS"))), m_pNum(MakePane(new QLabel, "num", tr("NUM"))) {
+    m_pMessage->setContentsMargins(4, 0, 0, 0);
+    SetPrompt(QString());
+    bar.addWidget(m_pMessage, 1);
     bar.addPermanentWidget(m_pFileLabel, 1);
     for (QLabel* const key : {m_pCaps, m_pNum}) {
         // The pane keeps its place while the key is off.
@@ -47,6 +69,10 @@ CStatusPanes::CStatusPanes(QStatusBar& bar)
     }
     UpdateLockKeys();
     qApp->installEventFilter(this);
+}
+
+void CStatusPanes::SetPrompt(const QString& text) {
+    m_pMessage->setText(text.isEmpty() ? tr("Ready") : text);
 }
 
 void CStatusPanes::SetFileLabel(const QString& text) {

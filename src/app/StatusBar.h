@@ -13,7 +13,8 @@ class QStatusBar;
 
 namespace Tracelyn {
 
-// The panes: message, file label and the keyboard's lock keys.
+// The panes: message, file label and the keyboard's lock keys. A text that is too long for its pane is elided
+// and never makes the window wider.
 class CStatusPanes : public QObject {
     Q_OBJECT
 
@@ -21,6 +22,9 @@ public:
     // Adds the panes to the bar, which owns them and this object.
     explicit CStatusPanes(QStatusBar& bar);
 
+    // What the command under the mouse does; "Ready" for an empty text.
+    void SetPrompt(const QString& text);
+    // Elided in the middle, so that the number at its end is always seen.
     void SetFileLabel(const QString& text);
 
 protected:
@@ -29,6 +33,7 @@ protected:
 private:
     void UpdateLockKeys();
 
+    QLabel* m_pMessage;
     QLabel* m_pFileLabel;
     QLabel* m_pCaps;
     QLabel* m_pNum;

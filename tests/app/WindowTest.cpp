@@ -43,6 +43,41 @@ TEST(Window, TogglesToolBarAndStatusBar) {
     }
 }
 
+TEST(StatusBar, ShowsThePromptOrReadyAndAlwaysTheNumber) {
+    const SampleFolder folder;
+    const QString name = "a bend with a name that is too long for small windows";
+    WindowUnderTest window({folder.Copy("bend01.paf", name + "07.paf")});
+    QWidget& bar = *window.Frame().statusBar();
+    const auto hover = [&](CommandId id) {
+        QWidget* const button =
+            window.Frame().findChild<QToolBar*>()->widgetForAction(&window.Frame().GetAction(id));
+        QTest::mouseMove(button);
+        window.Settle();
+    };
+    window.Frame().resize(1200, 500);
+    window.Settle();
+    const int label = PaintedAt(bar, name + " 07");
+    EXPECT_GT(label, 500);
+    EXPECT_EQ(PaintedAt(bar, "Ready"), 6);
+    for (const auto& [id, prompt] : {std::pair{CommandId::ZoomReset, "Show entire graph"},
+                                     {CommandId::NextFile, "Load next file from this set"}}) {
+        hover(id);
+        EXPECT_EQ(PaintedAt(bar, prompt), 6);
+        EXPECT_EQ(PaintedAt(bar, "Ready"), -1);
+        EXPECT_EQ(PaintedAt(bar, name + " 07"), label) << "it stays where it is";
+    }
+    QTest::mouseMove(window.Client());
+    window.Frame().resize(400, 400);
+    window.Settle();
+    EXPECT_EQ(window.Frame().width(), 400);
+    EXPECT_EQ(PaintedAt(bar, "Ready"), 6);
+    QString elided = "?";
+    for (int width = 50; width < 200 && PaintedAt(bar, elided) == -1; ++width)
+        elided = bar.fontMetrics().elidedText(name + " 07", Qt::ElideMiddle, width);
+    EXPECT_GT(PaintedAt(bar, elided), 100);
+    EXPECT_TRUE(elided.endsWith(" 07")) << qPrintable(elided);
+}
+
 TEST(Window, WithoutAFileIsEmpty) {
     WindowUnderTest window;
     EXPECT_EQ(window.Frame().windowTitle(), "Tracelyn viewer");

@@ -1,6 +1,7 @@
 #include "WindowTesting.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QScreen>
 #include <QWindow>
 
@@ -75,6 +76,39 @@ SampleFolder::SampleFolder() {
 QString SampleFolder::Copy(const QString& sample, const QString& name) const {
     EXPECT_TRUE(QFile::copy(SAMPLES_DIR "/" + sample, Path(name)));
     return Path(name);
+}
+
+int PaintedAt(QWidget& widget, const QString& text) {
+    const auto grayOf = [](const QPixmap& picture) {
+        return picture.toImage().convertToFormat(QImage::Format_Grayscale8);
+    };
+    const QRect box = widget.fontMetrics().boundingRect(text);
+    QPixmap ink(box.size());
+    ink.fill(widget.palette().color(QPalette::Window));
+    QPainter painter(&ink);
+    painter.setFont(widget.font());
+    painter.setPen(widget.palette().color(QPalette::WindowText));
+    painter.drawText(-box.topLeft(), text);
+    painter.end();
+    const QImage wanted = grayOf(ink);
+    const QImage shown = grayOf(widget.grab());
+    const auto isAt = [&](int left, int top) {
+        for (int y = 0; y < wanted.height(); ++y) {
+            for (int x = 0; x < wanted.width(); ++x) {
+                // Backgrounds differ a little.
+                if (std::abs(shown.constScanLine(top + y)[left + x] - wanted.constScanLine(y)[x]) > 24)
+                    return false;
+            }
+        }
+        return true;
+    };
+    for (int left = 0; left + wanted.width() <= shown.width(); ++left) {
+        for (int top = 0; top + wanted.height() <= shown.height(); ++top) {
+            if (isAt(left, top))
+                return left - box.left();
+        }
+    }
+    return -1;
 }
 
 WhenModal::WhenModal(const std::function<void(QDialog&)>& act) {
