@@ -92,6 +92,8 @@ CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(pare
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     horizontalScrollBar()->setFocusPolicy(Qt::NoFocus);
+    // The toolkit's menu would move the bar without the picture.
+    horizontalScrollBar()->setContextMenuPolicy(Qt::NoContextMenu);
     // Every pixel is painted by the graph; nothing is erased before.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setCursor(Qt::ArrowCursor);

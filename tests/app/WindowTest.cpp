@@ -2,6 +2,7 @@
 #include "WindowTesting.h"
 
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -76,6 +77,16 @@ TEST(StatusBar, ShowsThePromptOrReadyAndAlwaysTheNumber) {
         elided = bar.fontMetrics().elidedText(name + " 07", Qt::ElideMiddle, width);
     EXPECT_GT(PaintedAt(bar, elided), 100);
     EXPECT_TRUE(elided.endsWith(" 07")) << qPrintable(elided);
+}
+
+TEST(WindowSize, LeavesRoomForTheTitleBarOnASmallScreen) {
+    WindowUnderTest window;
+    const QSize screen = window.Frame().screen()->availableSize();
+    ASSERT_LT(screen.height(), 850) << "too large a screen for this test";
+    EXPECT_EQ((window.Frame().frameSize() + QSize(0, 40)).boundedTo(screen),
+              window.Frame().frameSize() + QSize(0, 40));
+    window.Frame().resize(400, 300);
+    EXPECT_EQ(window.Frame().size(), QSize(400, 300));
 }
 
 TEST(Window, WithoutAFileIsEmpty) {
