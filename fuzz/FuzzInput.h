@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <string_view>
 
+namespace Tracelyn {
+
 // Stops the program, which is a finding.
 inline void Require(bool holds, const char* promise) {
     if (holds)
@@ -43,3 +45,5 @@ public:
 private:
     std::string_view m_Input;
 };
+
+} // namespace Tracelyn

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+using namespace Tracelyn;
+
 namespace {
 
 void CheckReaders(std::string_view text) {

@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+namespace Tracelyn {
+
 const QString& ScratchFolder() {
     static const QTemporaryDir folder;
     static const QString path = folder.path() + u'/';
@@ -19,3 +21,5 @@ void WriteFile(const QString& path, std::string_view bytes) {
                 file.write(bytes.data(), size) == size,
             "the scratch file can be written");
 }
+
+} // namespace Tracelyn
