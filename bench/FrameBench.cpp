@@ -1,12 +1,8 @@
 // Frames: the first after a load, those after zooming and scrolling, and what a cursor step repaints.
 #include "Recording.h"
+#include "StripWindow.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QPaintEngine>
-#include <QPainter>
-
-#include <utility>
 
 using namespace Tracelyn;
 
@@ -14,30 +10,6 @@ namespace {
 
 constexpr QSize kSize(1280, 720);
 constexpr int kShape = 10'000;
-
-// Paints marked areas as the window on the screen does: one frame for all of them, cut at their edges.
-class StripWindow : public COffscreenWindow {
-public:
-    explicit StripWindow(CGraph& graph) : COffscreenWindow(kSize), m_Graph(graph), m_Picture(Paint(graph)) {}
-
-    void Invalidate(const PixelRect& area, Contents contents) override {
-        m_Invalid.Add(area.ToQRect() & QRect(QPoint(), kSize), contents);
-    }
-    void Invalidate() override { m_Invalid = PaintArea(QRect(QPoint(), kSize)); }
-    void UpdateNow() override {
-        if (m_Invalid.IsEmpty())
-            return;
-        const PaintArea area = std::exchange(m_Invalid, {});
-        QPainter painter(&m_Picture);
-        painter.paintEngine()->setSystemClip(area.GetRegion());
-        m_Graph.Draw(*this, painter, area);
-    }
-
-private:
-    CGraph& m_Graph;
-    QImage m_Picture;
-    PaintArea m_Invalid;
-};
 
 // The given frame after a load of the recording, the first being number 0.
 void FrameAfterLoad(benchmark::State& state, int number) {
@@ -98,7 +70,8 @@ BENCHMARK(FullFrame)->Unit(benchmark::kMillisecond);
 
 void CursorStep(benchmark::State& state) {
     CGraph& graph = LoadedGraph();
-    StripWindow window(graph);
+    StripWindow window(graph, kSize);
+    window.PaintAll();
     int step = 10;
     for ([[maybe_unused]] auto _ : state) {
         graph.SetCursorPosition(window, graph.GetCursorPosition() + step);

@@ -5,10 +5,32 @@
 #include "model/GraphDataVariants.h"
 #include "render/Graph.h"
 
+#include <limits>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace Tracelyn {
+
+// Samples of a type that nobody would record.
+template <class T>
+std::vector<T> Extremes() {
+    using Limits = std::numeric_limits<T>;
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    if constexpr (std::is_floating_point_v<T>)
+        return {std::numeric_limits<T>::quiet_NaN(),
+                0.0F,
+                -0.0F,
+                1.0F,
+                kInfinity,
+                -kInfinity,
+                Limits::max(),
+                Limits::lowest(),
+                Limits::denorm_min(),
+                -1e30F};
+    else
+        return {Limits::lowest(), Limits::max(), T{0}, T{1}};
+}
 
 class MemoryRecording {
 public:

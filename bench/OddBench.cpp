@@ -35,11 +35,8 @@ void AddBands(MemoryRecording& recording, int groups, const QString& name = {}) 
 
 template <class T>
 void AddExtremes(MemoryRecording& recording, CGraphDataGroup& group) {
-    using Limits = std::numeric_limits<T>;
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    std::vector<T> values{Limits::lowest(), Limits::max(), T{0}, T{1}};
-    if constexpr (std::is_floating_point_v<T>)
-        values = {Limits::lowest(), Limits::max(), NAN, -0.0F, kInfinity, -kInfinity, 1.0F};
+    const std::vector<T> values = Extremes<T>();
     recording
         .AddSignal<T>(group, QStringLiteral("extremes"), kSamples,
                       [&](int i) { return values[static_cast<size_t>(Noise(i)) % values.size()]; })

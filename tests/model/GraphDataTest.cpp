@@ -1,18 +1,13 @@
-// Groups and the root that owns them: heights, selection, expanded states, ownership.
+// Groups: selection and expanded states.
 #include "ModelTesting.h"
 
 namespace {
 
-// Where a letter's group or set is shown: nowhere, as graph, in the console, in both.
-DisplayType ShownAt(QChar letter) {
-    return static_cast<DisplayType>(QStringLiteral("ngcb").indexOf(letter.toLower()));
-}
-
-// One letter a group, a capital one is selected.
+// One letter a group: nowhere, as graph, in the console, in both; a capital one is selected.
 void AddGroups(CGraphData& data, const QString& letters) {
     for (const QChar letter : letters) {
         auto group = std::make_unique<CGraphDataGroup>(QString(letter.toLower()));
-        group->m_nDisplayType = ShownAt(letter);
+        group->m_nDisplayType = static_cast<DisplayType>(QString("ngcb").indexOf(letter.toLower()));
         group->m_bSelected = letter.isUpper();
         data.AddGroup(std::move(group));
     }
@@ -26,27 +21,6 @@ std::string Letters(const CGraphData& data) {
 }
 
 } // namespace
-
-TEST(GraphDataGroup, KeepsOnlyTheHeightThatBinarySetsNeed) {
-    using Case = std::tuple<const char*, int, int>; // one letter a set, a capital one is binary
-    for (const auto& [sets, together, separate] :
-         {Case{"", 500, 500}, Case{"B", 28, 28}, Case{"GBB", 28, 42}, Case{"Gcn", 28, 28},
-          Case{"GCNg", 500, 500}, Case{"CN", 500, 500}}) {
-        CGraphData data;
-        CGraphDataGroup group("group");
-        for (const QChar letter : QString(sets)) {
-            auto& set = data.Make<ListSet>("set");
-            set.binary = letter.isUpper();
-            set.SetDisplayType(ShownAt(letter));
-            group.AddSet(&set);
-        }
-        EXPECT_EQ(group.GetEffectiveSizeRatio(), together < 500 ? 0 : 1) << sets;
-        EXPECT_EQ(group.CalcHeight(500), together) << sets;
-        EXPECT_EQ(group.CalcHeight(20), 20) << sets;
-        group.m_bSeparateSets = true;
-        EXPECT_EQ(group.CalcHeight(500), separate) << sets;
-    }
-}
 
 TEST(Selection, StepsAndCountsAmongTheGroupsShownAsGraph) {
     using Case = std::array<const char*, 4>; // before, then first, next, previous
@@ -83,21 +57,4 @@ TEST(ExpandedStates, AreRememberedByNameAndOnlyZeroCollapses) {
         data.SaveExpandedStates(states);
         EXPECT_EQ(states, (GroupStates{{"c", "1"}, {"g", saved}, {"b", "0"}}));
     }
-}
-
-TEST(GraphData, DeletesTheSetsOfItsGroupsLastCreatedFirst) {
-    static QString log;
-    struct Logged : ListSet {
-        using ListSet::ListSet;
-        ~Logged() override { log += GetName(); }
-    };
-    {
-        CGraphData data;
-        CGraphDataGroup group("g");
-        for (const char* name : {"a", "b", "c", "b"})
-            group.AddSet(&data.Make<Logged>(name));
-        group.RemoveSet("b");
-        EXPECT_EQ(group.m_Sets.back(), data.GetSets().back().get()) << "only the first of that name";
-    }
-    EXPECT_EQ(log, "bcba");
 }

@@ -17,11 +17,10 @@ public:
         return index >= 0 && index < GetCount() ? values[static_cast<size_t>(index)] : 0.0;
     }
     double GetScaledValue(int index, int refIndex) const override { return GetValue(index, refIndex); }
-    bool IsBinary() const override { return binary; }
+    bool IsBinary() const override { return false; }
     int GetCount() const override { return static_cast<int>(values.size()); }
 
     std::vector<double> values;
-    bool binary = false;
 };
 
 inline std::pair<uint32_t, uint32_t> Bits(const MinMax& range) {

@@ -44,20 +44,6 @@ TEST(DataBlock, HandsTheFieldsOfEveryRowToTheVariablesInTheirOrder) {
         << "a field is cut where no number is that long";
 }
 
-TEST(DataBlock, ReadsAsManyRowsAndColumnsAsThereAre) {
-    for (const auto& [columns, rows] : {std::pair{2, 511}, {2, 512}, {2, 1600}, {300, 500}, {70'000, 3}}) {
-        QByteArray text;
-        QByteArray column;
-        for (int i = 0; i < rows; ++i) {
-            text += QByteArray(QByteArray::number(i) + ',').repeated(columns) + "\n";
-            column += (i == 0 ? "|" : " ") + QByteArray::number(i);
-        }
-        EXPECT_TRUE(Samples(std::string(static_cast<size_t>(columns), 's'), text.toStdString()) ==
-                    column.repeated(columns).mid(1).toStdString())
-            << columns << " x " << rows;
-    }
-}
-
 // "7\n7\n..." of which, once its rows are counted, only a part can be read.
 class CVanishingText : public CSampleText {
 public:
@@ -120,34 +106,5 @@ TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
             EXPECT_EQ(set->GetCount(), expected);
             EXPECT_EQ(set->GetValue(expected - 1, -1), (expected - 1) % 10);
         }
-    }
-}
-
-TEST(Variable, ConvertsFieldsToOneOfEightTypes) {
-    using Case = std::tuple<const char*, const char*, double>;
-    for (const auto& [type, field, value] :
-         {Case{"Float", " -1.5e3x", -1500}, Case{"Float", "0.1\r", double{0.1F}},
-          Case{"Float", "1e39", HUGE_VAL}, Case{"Float", "abc", 0}, Case{"Short", "40000", -25536},
-          Case{"Long", "12.5", 12}, Case{"Long", "-4000000000", -2147483648.0}, Case{"Long", "", 0},
-          Case{"UShort", "-1", 65535}, Case{"ULong", "-1", 4294967295.0},
-          Case{"ULong", "4000000000", 2147483647}, Case{"Byte", "-1", 255}, Case{"UByte", "300", 44},
-          Case{"Binary", "2\r", 2}, Case{"Binary", "256", 0}}) {
-        CGraphData data;
-        TypedDataBase& variable = *CreateVariable(type, data);
-        const CGraphDataSet& set = variable.CreateSet();
-        variable.AddValue(field);
-        EXPECT_EQ(set.GetValue(0, -1), value) << type << ' ' << field;
-        EXPECT_EQ(set.IsBinary(), type == std::string_view("Binary"));
-    }
-}
-
-TEST(LineFeeds, AreCountedInTextOfAnyLength) {
-    std::mt19937 random(1);
-    for (size_t size = 0; size < 2000; size += size < 600 ? 1 : 97) {
-        std::string text(size, '\n');
-        EXPECT_EQ(CountLineFeeds(text), static_cast<int64_t>(size));
-        for (char& c : text)
-            c = static_cast<char>(random() % 3 == 0 ? '\n' : random());
-        EXPECT_EQ(CountLineFeeds(text), std::ranges::count(text, '\n')) << size;
     }
 }

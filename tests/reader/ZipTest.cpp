@@ -1,6 +1,5 @@
 #include "reader/container/zip.h"
 #include "Testing.h"
-#include "reader/AnalysisFile.h"
 
 #include <QDirIterator>
 #include <QtEndian>
@@ -104,22 +103,6 @@ TEST_F(Zip, CompressesPieceByPieceAsZlibDoesTheWhole) {
         EXPECT_TRUE(packed.startsWith("n" + stream.left(2) + stream.right(4) + stream.chopped(4).mid(2)))
             << size;
     }
-}
-
-TEST_F(Zip, RoundTripKeepsEveryByteAndCreatesFolders) {
-    const QByteArray noise = Noise(100'000);
-    ASSERT_TRUE(QDir(Folder()).mkpath("deep/er"));
-    CZip zip(Path("a.paf"));
-    zip.SetBaseFolder(Folder() + "/");
-    const QList<QByteArray> contents{"", noise, QByteArray(3'000'000, '\0')};
-    for (const QByteArray& bytes : contents) {
-        const QString name = QString("\u00fc%1").arg(bytes.size());
-        Write("deep/er/" + name, bytes);
-        zip.AddFile("deep/er/", name, true, true);
-    }
-    ASSERT_TRUE(zip.Pack() && zip.Expand(Out() + "new/", QString()));
-    for (const QByteArray& bytes : contents)
-        EXPECT_TRUE(Read(Out() + QString("new/deep/er/\u00fc%1").arg(bytes.size())) == bytes) << bytes.size();
 }
 
 TEST_F(Zip, ExpandsTheWantedEntriesOrNone) {
@@ -226,38 +209,5 @@ TEST_F(Zip, NeverWritesThroughWhatStandsInItsPlace) {
     EXPECT_TRUE(QDir(Path("elsewhere")).isEmpty());
 }
 #endif
-
-TEST_F(Zip, AFailedPackKeepsWhatWasThere) {
-    Write("hello.txt", "hello");
-    for (const QString& name : {QString("gone"), QString("\u0416.xml"), QString(260, u'n')}) {
-        Write("box/a.paf", "older archive");
-        for (const char* archive : {"box/a.paf", "box/new.paf", "nowhere/a.paf"}) {
-            CZip zip(Path(archive));
-            zip.SetBaseFolder(Folder() + "/");
-            zip.AddFile("", "hello.txt", false, true);
-            zip.AddFile("", name, false, true);
-            EXPECT_FALSE(zip.Pack()) << name.toStdString();
-        }
-        EXPECT_EQ(Read(Path("box/a.paf")), "older archive");
-        EXPECT_EQ(TakeFiles(), "a.paf") << name.toStdString();
-    }
-}
-
-TEST_F(Zip, AnExpandedAnalysisIsGoneWithItsObjectAlsoWhenItNeverCame) {
-    using Case = std::tuple<QByteArray, bool, const char*>;
-    for (const auto& [bytes, expanded, contents] :
-         {Case{Archive(Hello("tmpandat.bin")), true, "hello"},
-          Case{Archive(Hello("other")), true, "no such file"}, Case{"damaged", false, "no such file"}}) {
-        Write("a.paf", bytes);
-        QString path;
-        {
-            const CExpandedAnalysis analysis(Path("a.paf"));
-            EXPECT_EQ(analysis.IsExpanded(), expanded);
-            path = analysis.GetPath();
-            EXPECT_EQ(Read(path), contents);
-        }
-        EXPECT_FALSE(QFileInfo::exists(QFileInfo(path).path()));
-    }
-}
 
 } // namespace

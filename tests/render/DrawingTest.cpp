@@ -127,16 +127,16 @@ TEST(Curve, ThatLeavesThePlotSteeplyIsDrawnWhereItIsSeen) {
 }
 
 TEST(Curve, ThatIsNotScaledMayLeaveThePlotButNotTheBand) {
-    OneBand data;
-    data.AddGroup("Below", DisplayType::Graph).m_bExpanded = false;
-    data.AddSignal(data.group, 401, [](int i) { return i / 400.0; });
-    auto& line = data.graph.GetData().Make<CGraphDataOwningFixedSet>("limit");
-    line.SetColor(kRedRef);
-    line.SetIgnoredForVerticalAutoScaling(true);
-    data.group.AddSet(&line);
     for (const auto& [value, visible] :
          {std::pair{0.5F, true}, {1.04F, true}, {1.2F, false}, {-0.2F, false}}) {
+        OneBand data;
+        data.AddGroup("Below", DisplayType::Graph).m_bExpanded = false;
+        data.AddSignal(data.group, 401, [](int i) { return i / 400.0; });
+        auto& line = data.graph.GetData().Make<CGraphDataOwningFixedSet>("limit");
+        line.SetColor(kRedRef);
+        line.SetIgnoredForVerticalAutoScaling(true);
         line.SetValue(value);
+        data.group.AddSet(&line);
         data.window.PaintAll();
         EXPECT_EQ(data.window.Count(kRed) > 0, visible) << value;
     }
@@ -149,6 +149,8 @@ TEST(BinaryLane, IsFilledWhileTheSignalIsOnAboveAMidLine) {
         data.AddBit(data.group, 400 * perPixel + 1,
                     [=](int i) { return i >= 100 * perPixel && i < 300 * perPixel; });
         data.AddBit(data.group, 400 * perPixel + 1, [](int) { return true; }).SetColor(kRedRef);
+        // What only the console shows does not count.
+        data.AddSignal(data.group, 10, [](int i) { return i; }).SetDisplayType(DisplayType::Console);
         data.window.PaintAll();
         // Natural height 35: two rows of 7 in the 14 pixels between the margins, gap included.
         EXPECT_EQ(data.group.m_nHeight, 35);

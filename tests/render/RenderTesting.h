@@ -1,64 +1,33 @@
-// A graph with data made by hand, and a window that paints what was invalidated, for the drawing tests.
+// A window that records what was invalidated and painted, and a graph with data made by hand.
 #pragma once
 
 #include "MemoryRecording.h"
-
-#include <QImage>
-#include <QPainter>
-#include <QRegion>
-
-#include <span>
-#include <utility>
-#include <vector>
+#include "StripWindow.h"
 
 namespace Tracelyn {
 
-class RecordingWindow : public CGraphWindow {
+class RecordingWindow : public StripWindow {
 public:
-    RecordingWindow(CGraph& graph, QSize size, double scale = 1.0)
-        : m_Graph(graph), m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
-        m_Image.setDevicePixelRatio(scale);
-        m_Image.fill(Qt::magenta);
-    }
-
-    PixelRect GetClientRect() const override { return {0, 0, m_Size.width(), m_Size.height()}; }
+    using StripWindow::StripWindow;
     void Invalidate(const PixelRect& area, Contents contents) override {
-        invalid.Add(area.ToQRect() & QRect(QPoint(), m_Size), contents);
+        StripWindow::Invalidate(area, contents);
         areas.push_back(area);
     }
     void Invalidate() override {
-        invalid = PaintArea(QRect(QPoint(), m_Size));
+        StripWindow::Invalidate();
         ++wholeInvalidations;
     }
     void UpdateNow() override {
-        painted.push_back(invalid.GetRegion());
+        painted.push_back(GetInvalid().GetRegion());
         PaintInvalid();
     }
     void SetScrollBar(const ScrollBarState& state) override { scrollBar = state; }
 
-    void Paint(const PaintArea& area) {
-        invalid = {};
-        if (area.IsEmpty())
-            return;
-        // What the frame draws outside the region must not reach the window.
-        QImage frame = m_Image.copy();
-        QPainter framePainter(&frame);
-        m_Graph.Draw(*this, framePainter, area);
-        framePainter.end();
-        QPainter painter(&m_Image);
-        painter.setClipRegion(area.GetRegion());
-        painter.drawImage(QPoint(), frame);
-    }
-    void PaintAll() { Paint(PaintArea(QRect(QPoint(), m_Size))); }
-    void PaintInvalid() { Paint(std::exchange(invalid, {})); }
-    // What is not painted again stays wrong.
-    void Spoil() { m_Image.fill(Qt::magenta); }
-
-    QColor At(int x, int y) const { return m_Image.pixelColor(x, y); }
+    QColor At(int x, int y) const { return GetImage().pixelColor(x, y); }
     // The rows of a column whose pixel has the color.
     std::vector<int> Rows(int x, const QColor& color, int from = 0, int to = INT32_MAX) const {
         std::vector<int> rows;
-        for (int y = from; y < std::min(to, m_Image.height()); ++y) {
+        for (int y = from; y < std::min(to, GetImage().height()); ++y) {
             if (At(x, y) == color)
                 rows.push_back(y);
         }
@@ -71,19 +40,12 @@ public:
             count += static_cast<int>(Rows(x, color, rect.top(), rect.bottom() + 1).size());
         return count;
     }
-    int Count(const QColor& color) const { return Count(m_Image.rect(), color); }
-    const QImage& GetImage() const { return m_Image; }
+    int Count(const QColor& color) const { return Count(GetImage().rect(), color); }
 
-    PaintArea invalid;
     std::vector<PixelRect> areas;
     std::vector<QRegion> painted;
     int wholeInvalidations = 0;
     ScrollBarState scrollBar;
-
-private:
-    CGraph& m_Graph;
-    QSize m_Size;
-    QImage m_Image;
 };
 
 // A recording with short words for its usual signals.
@@ -99,11 +61,6 @@ struct GraphWithData : MemoryRecording {
     template <class Value>
     CGraphDataSet& AddBit(CGraphDataGroup& group, int count, Value value) {
         return Green(AddBit(group, QStringLiteral("b"), count, value));
-    }
-    template <class T>
-    CGraphDataSet& AddTyped(CGraphDataGroup& group, std::span<const T> samples) {
-        return AddSignal<T>(group, QStringLiteral("t"), static_cast<int>(samples.size()),
-                            [&](int i) { return samples[static_cast<size_t>(i)]; });
     }
     void AddIndex() {
         CGraphDataGroup& group = AddGroup(QStringLiteral("Time"), DisplayType::Console);

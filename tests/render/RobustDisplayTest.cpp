@@ -38,21 +38,11 @@ void ExpectStepsLikeFullFrames(CGraph& graph, QSize size) {
 }
 
 template <class T>
-std::vector<T> Extremes() {
-    using Limits = std::numeric_limits<T>;
-    if constexpr (std::is_floating_point_v<T>)
-        return {NAN, 0.0F, -0.0F, 1.0F, HUGE_VALF, -HUGE_VALF, kHuge, -kHuge, Limits::denorm_min(), -1e30F};
-    else
-        return {Limits::lowest(), Limits::max(), T{0}, T{1}};
-}
-
-template <class T>
 void AddExtremes(GraphWithData& data, CGraphDataGroup& group, const std::array<float, 2>& unit,
                  int precision) {
-    std::vector<T> samples;
-    for (size_t i = 0; i < 60; ++i)
-        samples.push_back(Extremes<T>()[i * i % Extremes<T>().size()]);
-    CGraphDataSet& set = data.AddTyped<T>(group, samples);
+    const std::vector<T> samples = Extremes<T>();
+    CGraphDataSet& set = data.AddSignal<T>(
+        group, "t", 60, [&](int i) { return samples[static_cast<size_t>(i * i) % samples.size()]; });
     set.SetUnit("mm", unit[0], unit[1], precision);
     set.SetColor(0x00FFFF);
 }
@@ -90,7 +80,7 @@ TEST(OddValues, OfEveryTypeAndUnitLeaveTheOtherBandsAlone) {
                 AddExtremes<uint16_t>(data, odd, unit, 1);
                 AddExtremes<int32_t>(data, odd, unit, 40);
                 AddExtremes<uint32_t>(data, odd, unit, INT32_MAX);
-                data.AddTyped<float>(odd, {});
+                data.AddSignal(odd, 0, [](int) { return 0; });
             });
             EXPECT_EQ(picture, expected) << unit[0] << ", " << unit[1] << ", " << separate;
         }
@@ -105,7 +95,7 @@ TEST(OddValues, InTheConsoleRepaintWholeWhateverTheirLength) {
             CGraphDataGroup& group = data.AddGroup("g");
             AddExtremes<float>(data, group, {0.0F, 1.0F}, precision);
             AddExtremes<uint32_t>(data, group, {-1e30F, -1e-3F}, precision);
-            data.AddTyped<float>(group, {}).SetPrecision(precision);
+            data.AddSignal(group, 0, [](int) { return 0; }).SetPrecision(precision);
             ExpectStepsLikeFullFrames(data.graph, size);
         }
     }

@@ -21,18 +21,6 @@ TEST(XmlDomDocument, NamesFileLineAndReasonOfTheFirstFault) {
         EXPECT_NE(ErrorOf(text), "") << text;
 }
 
-TEST(XmlDomDocument, OpensFilesWithAnyName) {
-    for (const auto& name : {u"压弯 \U0001F527 Ä.xml", u"a%20b#c&d 100%1%2.xml", u"http:x.xml"}) {
-        const XmlFile file("<r/>", QString::fromUtf16(name));
-        CXmlDomDocument document;
-        QString error;
-        EXPECT_TRUE(document.Load(file.Path(), error)) << error.toStdString();
-        const XmlFile bad("<r>", QString::fromUtf16(name));
-        EXPECT_FALSE(document.Load(bad.Path(), error));
-        EXPECT_TRUE(error.startsWith(bad.Path() + " (1): ")) << error.toStdString();
-    }
-}
-
 TEST(XmlDomDocument, WalksChildrenInOrderWithoutWhiteSpace) {
     CXmlDomNodeIterator iterator;
     QStringList seen;

@@ -25,11 +25,11 @@ inline CXmlDomElement RootOf(const QByteArray& text) {
     return root;
 }
 
-// A file of its own with the content.
+// A file of its own with the content. Its name has characters that mean something in addresses.
 class XmlFile : TestFolder {
 public:
-    explicit XmlFile(const QByteArray& content, const QString& name = "file.xml")
-        : m_path(Write(name, content)) {}
+    explicit XmlFile(const QByteArray& content)
+        : m_path(Write("a%20b#c&d 100%1%2 压弯 \U0001F527 Ä.xml", content)) {}
     const QString& Path() const { return m_path; }
 
 private:

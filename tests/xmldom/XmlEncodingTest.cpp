@@ -13,24 +13,19 @@ QByteArray Utf16(QStringConverter::Encoding byteOrder, const QByteArray& utf8) {
     return QStringEncoder(byteOrder, QStringConverter::Flag::WriteBom)(QString::fromUtf8(utf8));
 }
 
-// Read, saved and read again.
 void ExpectText(const QByteArray& bytes, const QString& expected) {
     const XmlFile file(bytes);
     CXmlDomDocument document;
-    for (const QString& path : {file.Path(), file.Path() + "ä"}) {
-        CXmlDomElement root;
-        QString error;
-        ASSERT_TRUE(document.Load(path, error)) << error.toStdString();
-        ASSERT_TRUE(document.GetRootElement(root) && document.Save(file.Path() + "ä"));
-        EXPECT_EQ(root.GetText(), expected) << bytes.left(50).toStdString() << path.toStdString();
-        EXPECT_EQ(root.GetAttribute("a"), expected) << bytes.left(50).toStdString() << path.toStdString();
-    }
-    EXPECT_FALSE(document.Save(file.Path() + "/no/folder.xml"));
+    CXmlDomElement root;
+    QString error;
+    ASSERT_TRUE(document.Load(file.Path(), error) && document.GetRootElement(root)) << error.toStdString();
+    EXPECT_EQ(root.GetText(), expected) << bytes.left(50).toStdString();
+    EXPECT_EQ(root.GetAttribute("a"), expected) << bytes.left(50).toStdString();
 }
 
 } // namespace
 
-TEST(XmlEncoding, ReadsAndSavesEveryEncoding) {
+TEST(XmlEncoding, ReadsEveryEncoding) {
     const QByteArray text = "Kör€\U0001F527&lt;";
     const QByteArray plain = "<r a='" + text + "'>" + text + "</r>";
     using Converter = QStringConverter;
@@ -46,17 +41,6 @@ TEST(XmlEncoding, ReadsAndSavesEveryEncoding) {
     // Across the pieces in which the file is read.
     ExpectText(Declared("windows-1252", QByteArray("\x80\xE4x").repeated(20'000)),
                QString::fromUtf8("€äx").repeated(20'000));
-}
-
-TEST(XmlEncoding, AStringIsReadAsItIsWhateverItDeclares) {
-    CXmlDomDocument document;
-    CXmlDomElement root;
-    QString error;
-    for (const char* encoding : {"UTF-8", "UTF-16", "windows-1252"}) {
-        ASSERT_TRUE(document.LoadXml(QChar(0xFEFF) + QString::fromUtf8(Declared(encoding, "ä€")), error));
-        ASSERT_TRUE(document.GetRootElement(root));
-        EXPECT_EQ(root.GetText(), QString::fromUtf8("ä€")) << encoding;
-    }
 }
 
 TEST(XmlEncoding, BytesThatTheEncodingDoesNotHaveAreParseErrorsAndPrintNothing) {
