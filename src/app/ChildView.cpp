@@ -261,9 +261,8 @@ void CChildView::Invalidate() {
 }
 
 void CChildView::UpdateNow() {
-    // Painting takes the area, so the toolkit gets a copy.
     if (!m_Invalid.IsEmpty())
-        viewport()->repaint(QRegion(m_Invalid.GetRegion()));
+        viewport()->repaint(m_Invalid.GetRegion());
 }
 
 void CChildView::SetScrollBar(const ScrollBarState& state) {

@@ -60,15 +60,16 @@ void CGraph::DrawData(CGraphDrawingContext& context, const CConsole& console) {
     const PixelRect& client = context.GetClient();
     const QRegion consoleRegion = console.GetRegion();
     QRegion frame(client.ToQRect());
-    const PaintArea& area = context.GetArea();
-    // Expanded bands keep their pixels also where a long text of the console reaches out of its boxes.
-    if (area.GetContents() != area.GetRegion())
-        frame = (frame - CGroupDrawing::GetExpandedBands(context)) + area.GetContents() + consoleRegion;
+    // A value cell may reach out of the console over a band that keeps its pixels. The margin holds for scale
+    // factors between whole ones.
+    const QRegion kept = context.GetArea().GetKept() - consoleRegion;
+    if (!kept.isEmpty())
+        frame -= (Widened(kept, 2) & CGroupDrawing::GetExpandedBands(context)) -
+                 context.GetArea().GetContents() - consoleRegion;
     // Some pixels between the console's boxes belong neither to it nor to a band. One pixel more is filled on
     // each side: between whole scale factors the region ends inside pixels of the screen.
     painter.SetClip(frame & Widened(consoleRegion, 1));
     painter.Fill(client, context.GetColors().background);
-    painter.SetClip(frame);
     console.Draw(context, m_Canvas, {m_nCursor, m_nFixedCursor});
 
     const QRegion clip = frame - consoleRegion;

@@ -6,12 +6,6 @@
 
 namespace Tracelyn {
 
-void PaintArea::Add(const QRegion& region, Contents contents) {
-    m_Region += region;
-    if (contents == Contents::Draw)
-        m_Contents += region;
-}
-
 COffscreenWindow::COffscreenWindow(QSize size, double scale)
     : m_Size(size), m_Image(size * scale, QImage::Format_RGB32) {
     m_Image.setDevicePixelRatio(scale);

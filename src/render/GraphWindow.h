@@ -20,19 +20,22 @@ class PaintArea {
 public:
     PaintArea() = default;
     // With all contents.
-    explicit PaintArea(const QRegion& region) : m_Region(region), m_Contents(region) {}
+    explicit PaintArea(const QRegion& region) : m_Contents(region) {}
 
     // Contents are drawn wherever one of the regions added asks for it.
-    void Add(const QRegion& region, Contents contents);
+    void Add(const QRegion& region, Contents contents) {
+        (contents == Contents::Draw ? m_Contents : m_Others) += region;
+    }
 
-    bool IsEmpty() const { return m_Region.isEmpty(); }
-    const QRegion& GetRegion() const { return m_Region; }
-    // The part of the region where contents are drawn.
+    bool IsEmpty() const { return m_Contents.isEmpty() && m_Others.isEmpty(); }
+    QRegion GetRegion() const { return m_Contents + m_Others; }
+    // The part of the region where contents are drawn, and the rest of it.
     const QRegion& GetContents() const { return m_Contents; }
+    QRegion GetKept() const { return m_Others - m_Contents; }
 
 private:
-    QRegion m_Region;
     QRegion m_Contents;
+    QRegion m_Others;
 };
 
 // The range and the position of the horizontal scroll bar, in sample indices. The maximum includes the page.

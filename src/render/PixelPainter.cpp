@@ -31,7 +31,8 @@ std::optional<QRect> Joined(const QRect& a, const QRect& b) {
 } // namespace
 
 CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
-    : m_Painter(painter), m_Font(font), m_Drawn(Widened(region, kMargin)) {
+    : m_Painter(painter), m_Font(font),
+      m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
     m_Painter.setFont(font.GetFont());
 }

@@ -58,7 +58,8 @@ private:
 
     QPainter& m_Painter;
     CSmallFont& m_Font;
-    QRegion m_Drawn;
+    // Bounds of what is drawn: clipping at a region of many pieces costs more than it saves.
+    QRect m_Drawn;
     QColor m_Pen = Qt::black;
     QColor m_Brush = Qt::white;
     QColor m_Text = Qt::black;
