@@ -229,8 +229,9 @@ void CChildView::keyPressEvent(QKeyEvent* event) {
         event->ignore();
 }
 
-void CChildView::timerEvent(QTimerEvent* /*event*/) {
-    m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
+void CChildView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == m_Timer.timerId())
+        m_Graph.OnClick(*this, kLeftButton, m_LastMouse.x(), m_LastMouse.y());
 }
 
 // When a dialog opens while the button is held, the view never hears of the button's release.
