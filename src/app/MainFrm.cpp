@@ -1,5 +1,6 @@
 #include "app/MainFrm.h"
 
+#include "app/MenuBar.h"
 #include "app/StatusBar.h"
 #include "render/Graph.h"
 
@@ -7,7 +8,6 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QKeyEvent>
-#include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStatusTipEvent>
@@ -64,20 +64,22 @@ void CMainFrame::CreateToolBar() {
         button->setFocusPolicy(Qt::NoFocus);
 }
 
-void CMainFrame::AddToMenu(QMenu& menu, std::initializer_list<CommandId> ids) {
+void CMainFrame::AddMenu(const QString& title, std::initializer_list<CommandId> ids) {
+    QMenu& menu = m_pMenuBar->AddMenu(title);
     for (const CommandId id : ids)
         menu.addAction(&m_Commands.GetAction(id));
 }
 
 void CMainFrame::CreateMenus() {
-    AddToMenu(*menuBar()->addMenu(tr("&File")), {CommandId::FileOpen, CommandId::FileSave, CommandId::SaveCsv,
-                                                 CommandId::FileClose, CommandId::Exit});
-    AddToMenu(*menuBar()->addMenu(tr("&View")),
-              {CommandId::ViewToolbar, CommandId::ViewStatusBar, CommandId::PreviousFile, CommandId::NextFile,
-               CommandId::ChangeBackground});
-    AddToMenu(*menuBar()->addMenu(tr("&Action")),
-              {CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor});
-    AddToMenu(*menuBar()->addMenu(tr("&Help")), {CommandId::About});
+    m_pMenuBar = new CMenuBar(this);
+    setMenuBar(m_pMenuBar);
+    AddMenu(tr("&File"), {CommandId::FileOpen, CommandId::FileSave, CommandId::SaveCsv, CommandId::FileClose,
+                          CommandId::Exit});
+    AddMenu(tr("&View"), {CommandId::ViewToolbar, CommandId::ViewStatusBar, CommandId::PreviousFile,
+                          CommandId::NextFile, CommandId::ChangeBackground});
+    AddMenu(tr("&Action"),
+            {CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor});
+    AddMenu(tr("&Help"), {CommandId::About});
 }
 
 void CMainFrame::OnCommand(CommandId id) {
@@ -151,7 +153,7 @@ bool CMainFrame::event(QEvent* event) {
 }
 
 void CMainFrame::keyPressEvent(QKeyEvent* event) {
-    if (!m_pView->OnKeyDown(*event))
+    if (!m_pView->OnKeyDown(*event) && !m_pMenuBar->OnKeyDown(*event))
         QMainWindow::keyPressEvent(event);
 }
 

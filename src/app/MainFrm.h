@@ -11,11 +11,11 @@
 
 #include <span>
 
-class QMenu;
 class QToolBar;
 
 namespace Tracelyn {
 
+class CMenuBar;
 class CStatusPanes;
 struct Analysis;
 struct ReadResult;
@@ -52,7 +52,7 @@ protected:
 private:
     void CreateMenus();
     void CreateToolBar();
-    void AddToMenu(QMenu& menu, std::initializer_list<CommandId> ids);
+    void AddMenu(const QString& title, std::initializer_list<CommandId> ids);
 
     void OnCommand(CommandId id);
     void UpdateCommands();
@@ -81,6 +81,7 @@ private:
     CCommands m_Commands;
     // The widgets belong to the window.
     CChildView* m_pView = nullptr;
+    CMenuBar* m_pMenuBar = nullptr;
     QToolBar* m_pToolBar = nullptr;
     CStatusPanes* m_pStatusPanes = nullptr;
     QString m_strFileLabel;

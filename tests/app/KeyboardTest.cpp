@@ -1,5 +1,7 @@
 #include "WindowTesting.h"
 
+#include <QApplication>
+#include <QMenuBar>
 #include <QToolBar>
 
 namespace {
@@ -98,6 +100,39 @@ TEST_F(Keyboard, WorksWhicheverPartOfTheWindowHasTheFocus) {
     EXPECT_FALSE(Group("Speed").m_bExpanded);
     Key(Qt::Key_Space);
     EXPECT_TRUE(Group("Speed").m_bExpanded) << "Space is the group's, not the button's";
+}
+
+TEST_F(Keyboard, IsTheMenusAfterATapOnAltOrF10) {
+    const QImage before = Screen();
+    QWidget& bar = *Frame().menuBar();
+    const QImage plain = bar.grab().toImage();
+    const auto menu = [] { return QApplication::activePopupWidget(); };
+    for (const Qt::Key tap : {Qt::Key_Alt, Qt::Key_F10}) {
+        for (const Qt::Key end : {Qt::Key_Escape, tap}) {
+            Key(tap);
+            for (const Qt::Key key :
+                 {Qt::Key_Right, Qt::Key_Left, Qt::Key_Tab, Qt::Key_2, Qt::Key_Home, Qt::Key_F3})
+                Key(key);
+            EXPECT_TRUE(Screen() == before) << tap;
+            EXPECT_FALSE(bar.grab().toImage() == plain) << "a title is highlighted";
+            Key(Qt::Key_Return);
+            ASSERT_NE(menu(), nullptr) << tap;
+            EXPECT_NE(PaintedAt(*menu(), "&Status Bar"), -1) << "the arrows chose the menu";
+            Key(Qt::Key_2);
+            Key(end);
+            if (end == Qt::Key_Escape)
+                Key(end);
+            EXPECT_EQ(menu(), nullptr) << tap;
+            EXPECT_TRUE(bar.grab().toImage() == plain) << tap;
+            Key(Qt::Key_Right);
+            EXPECT_FALSE(Screen() == before) << "given back";
+            Key(Qt::Key_Left);
+        }
+    }
+    Key(Qt::Key_A, Qt::AltModifier);
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_NE(PaintedAt(*menu(), "Toggle fixed cursor"), -1);
+    Key(Qt::Key_Escape);
 }
 
 TEST(KeyboardWithoutData, IsHarmless) {

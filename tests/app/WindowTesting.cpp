@@ -82,13 +82,15 @@ int PaintedAt(QWidget& widget, const QString& text) {
     const auto grayOf = [](const QPixmap& picture) {
         return picture.toImage().convertToFormat(QImage::Format_Grayscale8);
     };
-    const QRect box = widget.fontMetrics().boundingRect(text);
+    const QFontMetrics metrics = widget.fontMetrics();
+    const QRect box = metrics.boundingRect(QString(text).remove('&'));
     QPixmap ink(box.size());
     ink.fill(widget.palette().color(QPalette::Window));
     QPainter painter(&ink);
     painter.setFont(widget.font());
     painter.setPen(widget.palette().color(QPalette::WindowText));
-    painter.drawText(-box.topLeft(), text);
+    painter.drawText(QRect(-box.left(), -box.top() - metrics.ascent(), 1000, 1000),
+                     Qt::TextShowMnemonic | Qt::TextSingleLine, text);
     painter.end();
     const QImage wanted = grayOf(ink);
     const QImage shown = grayOf(widget.grab());

@@ -83,7 +83,8 @@ public:
     QString Copy(const QString& sample, const QString& name) const;
 };
 
-// Where the text begins in what the widget shows, in pixels; -1 when the text is not to be seen there.
+// Where the text begins in what the widget shows, in pixels; -1 when the text is not to be seen there. "&"
+// stands before an underlined letter.
 int PaintedAt(QWidget& widget, const QString& text);
 
 // Calls the function once with the modal window that opens next.

@@ -124,6 +124,9 @@ def keys(bench):
         viewer.shows(f"{key}: {option} {value}", **{option: value})
     viewer.menu("a", "Up", "Return")
     viewer.shows("Action > Toggle fixed cursor", fixed=middle + 2)
+    for tap in ("alt", "F10"):
+        viewer.keys(tap, "Right", "3", "Tab", "Escape", "Left", tap, "Right", "Return", "Left", tap, "Right")
+    viewer.shows("the menus have the keyboard after a tap on Alt or F10 until Escape or another tap")
     viewer.keys("ctrl+c", "ctrl+x", "ctrl+v", "ctrl+z", "F6", "shift+F6", "Right")
     viewer.shows("the keys of editing and panes do nothing", cursor=middle + 3)
     expected, headers = viewer.expected(), header_rows(viewer.view())
