@@ -103,7 +103,8 @@ QList<CommandText> Texts() {
          QT_TRANSLATE_NOOP("Commands", "Toggle the fixed cursor"),
          "fixed-cursor",
          true,
-         {Qt::Key_Return, Qt::Key_Enter}},
+         // The menu names the first.
+         {Qt::Key_Enter, Qt::Key_Return}},
         {CommandId::About, QT_TRANSLATE_NOOP("Commands", "&Help"), "", "", "", false, {Qt::Key_F1}},
         {CommandId::CursorLeft, "", "", "", "", false, {Qt::Key_Left}},
         {CommandId::CursorRight, "", "", "", "", false, {Qt::Key_Right}},

@@ -8,7 +8,6 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QKeyEvent>
-#include <QScreen>
 #include <QStatusBar>
 #include <QStatusTipEvent>
 #include <QToolBar>
@@ -18,8 +17,6 @@ namespace Tracelyn {
 namespace {
 
 constexpr QSize kDefaultSize(1280, 800);
-// What a desktop may add around the window, which nobody knows before it is shown: a title bar and borders.
-constexpr QSize kDecoration(16, 64);
 constexpr QSize kToolBarIconSize(16, 16);
 
 } // namespace
@@ -38,7 +35,7 @@ void CMainFrame::LoadFrame() {
     m_pStatusPanes = new CStatusPanes(*statusBar());
     CreateMenus();
     setWindowTitle(m_strTitle);
-    resize(kDefaultSize.boundedTo(screen()->availableSize() - kDecoration));
+    resize(FittingSize(*this, kDefaultSize));
     m_pView->setFocus();
     UpdateCommands();
 }

@@ -8,9 +8,12 @@
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QTreeView>
 
 #include <algorithm>
 #include <iterator>
@@ -19,8 +22,13 @@ namespace Tracelyn {
 
 namespace {
 
-// The window that boxes and dialogs belong to: the main window, once it is shown.
+constexpr QSize kFileDialogSize(800, 480);
+
+// The window that boxes and dialogs belong to: the dialog that is open, else the main window, once it is
+// shown.
 QWidget* OwnerWindow() {
+    if (QWidget* const dialog = QApplication::activeModalWidget())
+        return dialog;
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && qobject_cast<QMainWindow*>(window) != nullptr)
             return window;
@@ -85,11 +93,48 @@ bool Show(MessageIcon icon, const QString& caption, const QString& text, bool of
     return offersSkip && box.clickedButton() == skip;
 }
 
+// The toolkit's file dialog, made usable. It has no Q_OBJECT, as the toolkit gives the system's own dialog to
+// objects of its own class only. What this class adds is for the toolkit's widgets; the system's dialogs do
+// it anyway.
+class CFileDialog : public QFileDialog {
+public:
+    explicit CFileDialog(QWidget* parent) : QFileDialog(parent), m_pList(findChild<QTreeView*>()) {
+        if (m_pList == nullptr)
+            return;
+        resize(FittingSize(*this, kFileDialogSize));
+        // Size, type and date are shown in full; the name has the rest. Looks at the rows in view only.
+        QHeaderView& header = *m_pList->header();
+        header.setStretchLastSection(false);
+        header.setResizeContentsPrecision(0);
+        header.setSectionResizeMode(QHeaderView::ResizeToContents);
+        header.setSectionResizeMode(0, QHeaderView::Stretch);
+    }
+
+protected:
+    // A file can be saved in an existing folder only.
+    void accept() override {
+        const QStringList files = selectedFiles();
+        if (m_pList == nullptr || acceptMode() == AcceptOpen || files.isEmpty() ||
+            QFileInfo(files.constFirst()).absoluteDir().exists()) {
+            QFileDialog::accept();
+            return;
+        }
+        Show(MessageIcon::Stop, windowTitle(),
+             QObject::tr("%1\nPath does not exist.\nCheck the path and try again.")
+                 .arg(QDir::toNativeSeparators(files.constFirst())),
+             false);
+    }
+
+private:
+    // Null while the system's own dialog is in use.
+    QTreeView* m_pList;
+};
+
 std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& request) {
     const CScopedCursor arrow(Qt::ArrowCursor);
     // Declared before the dialog, which uses it until it is destroyed.
     CNameIconProvider icons;
-    QFileDialog dialog(OwnerWindow());
+    CFileDialog dialog(OwnerWindow());
     dialog.setIconProvider(&icons);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
@@ -117,6 +162,11 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
 }
 
 } // namespace
+
+QSize FittingSize(const QWidget& window, QSize wanted) {
+    constexpr QSize kDecoration(16, 64);
+    return wanted.boundedTo(window.screen()->availableSize() - kDecoration);
+}
 
 void CNativeShellUi::ShowMessage(MessageIcon icon, const QString& caption, const QString& text) {
     Show(icon, caption, text, false);

@@ -3,11 +3,14 @@
 #pragma once
 
 #include <QList>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <Qt>
 
 #include <optional>
+
+class QWidget;
 
 namespace Tracelyn {
 
@@ -43,8 +46,8 @@ public:
     virtual void ShowMessage(MessageIcon icon, const QString& caption, const QString& text) = 0;
     // The same for one of several messages: true when the user chooses to skip the rest.
     virtual bool ShowMessageOrSkip(MessageIcon icon, const QString& caption, const QString& text) = 0;
-    // The full path chosen; nothing when cancelled. Open offers existing files only; Save asks no question
-    // about overwriting.
+    // The full path chosen; nothing when cancelled. Open takes existing files only, Save existing
+    // folders; it asks no question about overwriting.
     virtual std::optional<QString> AskOpenFile(const FileRequest& request) = 0;
     virtual std::optional<QString> AskSaveFile(const FileRequest& request) = 0;
     virtual void Beep(int hertz, int milliseconds) = 0;
@@ -64,6 +67,10 @@ public:
     std::optional<QString> AskSaveFile(const FileRequest& request) override;
     void Beep(int hertz, int milliseconds) override;
 };
+
+// The wanted size of a window, or as much of it as fits its screen together with what a desktop may add: a
+// title bar and borders, which nobody knows before the window is shown.
+QSize FittingSize(const QWidget& window, QSize wanted);
 
 // Gives the mouse pointer a shape for as long as this object lives.
 class CScopedCursor {

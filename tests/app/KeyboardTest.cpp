@@ -132,6 +132,7 @@ TEST_F(Keyboard, IsTheMenusAfterATapOnAltOrF10) {
     Key(Qt::Key_A, Qt::AltModifier);
     ASSERT_NE(menu(), nullptr);
     EXPECT_NE(PaintedAt(*menu(), "Toggle fixed cursor"), -1);
+    EXPECT_NE(PaintedAt(*menu(), "Enter"), -1) << "the key is called as in the help";
     Key(Qt::Key_Escape);
 }
 

@@ -4,6 +4,19 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTreeView>
+
+namespace {
+
+FileRequest RequestIn(const TestFolder& folder) {
+    return {.title = {},
+            .filters = {{"All Files", {"*"}}},
+            .defaultExtension = {},
+            .fileName = {},
+            .directory = folder.Folder()};
+}
+
+} // namespace
 
 TEST(SaveDialog, CompletesTheNameByTheChosenType) {
     const TestFolder folder;
@@ -25,6 +38,45 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
              .directory = folder.Folder()});
         EXPECT_EQ(path.value_or("cancelled"), QDir::toNativeSeparators(folder.Path(result)));
     }
+}
+
+TEST(SaveDialog, StaysOpenWhileTheFolderIsMissing) {
+    const TestFolder folder;
+    bool isTold = false;
+    bool isOpen = false;
+    const WhenModal answer([&](QDialog& dialog) {
+        auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
+        const WhenModal close([&](QDialog& box) {
+            isTold = PaintedAt(box, "Path does not exist.") != -1;
+            box.close();
+        });
+        QTest::keyClicks(&name, "missing/a.csv");
+        QTest::keyClick(&name, Qt::Key_Return);
+        isOpen = dialog.isVisible();
+        name.setText(folder.Path("a.csv"));
+        QTest::keyClick(&name, Qt::Key_Return);
+    });
+    const auto path = CNativeShellUi().AskSaveFile(RequestIn(folder));
+    EXPECT_TRUE(isTold);
+    EXPECT_TRUE(isOpen);
+    EXPECT_EQ(path.value_or("cancelled"), QDir::toNativeSeparators(folder.Path("a.csv")));
+}
+
+TEST(OpenDialog, ShowsSizeAndDateInFull) {
+    const TestFolder folder;
+    folder.Write("a name that would like to have all the room for itself, and a little more.xml",
+                 QByteArray(123456, ' '));
+    const WhenModal answer([](QDialog& dialog) {
+        auto& list = *dialog.findChild<QTreeView*>();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return list.model()->rowCount(list.rootIndex()) == 1; }));
+        for (const int column : {1, 3}) {
+            const QString text = list.model()->index(0, column, list.rootIndex()).data().toString();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return PaintedAt(list, text) != -1; }, 1000))
+                << qPrintable(text);
+        }
+        dialog.reject();
+    });
+    CNativeShellUi().AskOpenFile(RequestIn(folder));
 }
 
 TEST(MessageBox, SkipsOnlyWhenTheUserSaysSo) {

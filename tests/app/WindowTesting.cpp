@@ -78,39 +78,52 @@ QString SampleFolder::Copy(const QString& sample, const QString& name) const {
     return Path(name);
 }
 
-int PaintedAt(QWidget& widget, const QString& text) {
-    const auto grayOf = [](const QPixmap& picture) {
-        return picture.toImage().convertToFormat(QImage::Format_Grayscale8);
-    };
-    const QFontMetrics metrics = widget.fontMetrics();
-    const QRect box = metrics.boundingRect(QString(text).remove('&'));
-    QPixmap ink(box.size());
-    ink.fill(widget.palette().color(QPalette::Window));
-    QPainter painter(&ink);
-    painter.setFont(widget.font());
-    painter.setPen(widget.palette().color(QPalette::WindowText));
-    painter.drawText(QRect(-box.left(), -box.top() - metrics.ascent(), 1000, 1000),
-                     Qt::TextShowMnemonic | Qt::TextSingleLine, text);
-    painter.end();
-    const QImage wanted = grayOf(ink);
-    const QImage shown = grayOf(widget.grab());
+namespace {
+
+QImage GrayOf(const QPixmap& picture) {
+    return picture.toImage().convertToFormat(QImage::Format_Grayscale8);
+}
+
+// The left edge of `part` in the picture, -1 when it is not there. Backgrounds may differ a little.
+int Find(const QImage& picture, const QImage& part) {
     const auto isAt = [&](int left, int top) {
-        for (int y = 0; y < wanted.height(); ++y) {
-            for (int x = 0; x < wanted.width(); ++x) {
-                // Backgrounds differ a little.
-                if (std::abs(shown.constScanLine(top + y)[left + x] - wanted.constScanLine(y)[x]) > 24)
-                    return false;
-            }
+        for (int y = 0; y < part.height(); ++y) {
+            const uchar* const there = picture.constScanLine(top + y) + left;
+            if (!std::equal(there, there + part.width(), part.constScanLine(y),
+                            [](int a, int b) { return std::abs(a - b) <= 24; }))
+                return false;
         }
         return true;
     };
-    for (int left = 0; left + wanted.width() <= shown.width(); ++left) {
-        for (int top = 0; top + wanted.height() <= shown.height(); ++top) {
+    for (int left = 0; left + part.width() <= picture.width(); ++left) {
+        for (int top = 0; top + part.height() <= picture.height(); ++top) {
             if (isAt(left, top))
-                return left - box.left();
+                return left;
         }
     }
     return -1;
+}
+
+} // namespace
+
+int PaintedAt(QWidget& widget, const QString& text) {
+    const QFontMetrics metrics = widget.fontMetrics();
+    const QRect box = metrics.boundingRect(QString(text).remove('&'));
+    const QImage shown = GrayOf(widget.grab());
+    int at = -1;
+    // What is aligned to the right may begin between two pixels.
+    for (int part = 0; part < 16 && at == -1; ++part) {
+        QPixmap ink(box.size());
+        ink.fill(widget.palette().color(QPalette::Window));
+        QPainter painter(&ink);
+        painter.setFont(widget.font());
+        painter.setPen(widget.palette().color(QPalette::WindowText));
+        painter.drawText(QRectF(part / 16.0 - box.left(), -box.top() - metrics.ascent(), 1000, 1000),
+                         Qt::TextShowMnemonic | Qt::TextSingleLine, text);
+        painter.end();
+        at = Find(shown, GrayOf(ink));
+    }
+    return at == -1 ? at : at - box.left();
 }
 
 WhenModal::WhenModal(const std::function<void(QDialog&)>& act) {
