@@ -122,14 +122,4 @@ TEST_F(Mouse, ScrollsAndIsDisabledWhenNothingCan) {
         bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
     EXPECT_FLOAT_EQ(visible().x2, full.x2);
     EXPECT_GE(bar.value(), bar.maximum() - 1);
-
-    // Through real input: a click into the trough left of the thumb, then a drag of the thumb.
-    QTest::mouseClick(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(bar.width() / 4, bar.height() / 2));
-    Settle();
-    EXPECT_LT(visible().x2, full.x2);
-    bar.setSliderDown(true);
-    bar.setSliderPosition(100);
-    bar.setSliderDown(false);
-    Settle();
-    EXPECT_FLOAT_EQ(visible().x1, 100.0F);
 }
