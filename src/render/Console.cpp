@@ -72,7 +72,9 @@ CConsole::CConsole(const CGraphData& data, const PixelRect& client, const Consol
 QRegion CConsole::GetRegion() const {
     QRegion region;
     for (const Box& box : m_Boxes) {
-        const int top = box.end - (box.group->m_nConsoleLines + 1) * Metrics::kConsoleLineHeight;
+        // Signals and on/off signals in turn take more rows than their lines were counted.
+        const int countedTop = box.end - (box.group->m_nConsoleLines + 1) * Metrics::kConsoleLineHeight;
+        const int top = std::min(box.top, countedTop);
         region += PixelRect{m_nLeft, top, GetRight(), box.end + 2}.ToQRect();
     }
     return region;

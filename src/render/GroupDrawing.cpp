@@ -5,6 +5,8 @@
 #include "render/Canvas.h"
 #include "render/GraphLayout.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace Tracelyn {
@@ -30,6 +32,15 @@ PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& g
 
 bool IsDrawn(const CGraphDataSet& set) {
     return set.IsDisplayedAsGraph() && set.GetCount() > 0;
+}
+
+// A range without height gets one above its value, so that a constant lies along the lower edge of its plot.
+// From 2^24 on the next float is more than 1 away; above the largest float there is none.
+MinMax WithHeight(const MinMax& range) {
+    if (range.max != range.min || !std::isfinite(range.min))
+        return range;
+    const float next = std::nextafter(range.min, std::numeric_limits<float>::max());
+    return {range.min, std::max(range.min + 1.0F, next)};
 }
 
 } // namespace
@@ -102,22 +113,16 @@ void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {
 
 void CGroupDrawing::DrawSharedPlot(const CGraphDataGroup& group) {
     const PixelRect plot = PlotRect(m_Context, group);
-    float min = std::numeric_limits<float>::max();
-    float max = -min;
+    MinMax range{std::numeric_limits<float>::max(), -std::numeric_limits<float>::max()};
     for (const CGraphDataSet* set : group.m_Sets) {
-        if (!IsDrawn(*set) || set->IsIgnoredForVerticalAutoScaling())
-            continue;
-        const MinMax range = GetVisibleRange(*set, plot);
-        if (range.min < min)
-            min = range.min;
-        if (range.max > max)
-            max = range.max;
+        if (IsDrawn(*set) && !set->IsIgnoredForVerticalAutoScaling())
+            range.Widen(GetVisibleRange(*set, plot));
     }
-    if (max == min)
-        max = min + 1.0F;
+    range = WithHeight(range);
     for (const CGraphDataSet* set : group.m_Sets) {
         if (IsDrawn(*set))
-            DrawSet(*set, plot, group.m_bInverted ? min : max, group.m_bInverted ? max : min);
+            DrawSet(*set, plot, group.m_bInverted ? range.min : range.max,
+                    group.m_bInverted ? range.max : range.min);
     }
 }
 
@@ -134,9 +139,7 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
         if (set->GetCount() > 0) {
             MinMax range{0.0F, 1.0F};
             if (!set->IsBinary())
-                range = GetVisibleRange(*set, row);
-            if (range.max == range.min)
-                range.max += 1.0F;
+                range = WithHeight(GetVisibleRange(*set, row));
             DrawSet(*set, row, range.max, range.min);
         }
         space -= rowHeight;

@@ -19,6 +19,12 @@ struct Console : ::testing::Test, GraphWithData {
         graph.SetResetPending();
         window.PaintAll();
     }
+    // A letter a set: b for a bit that is on, s for a signal.
+    void AddSets(CGraphDataGroup& group, const QString& kinds) {
+        for (const QChar kind : kinds)
+            kind == 'b' ? AddBit(group, 100, [](int) { return true; })
+                        : AddSignal(group, 100, [](int) { return 1.0; });
+    }
     // The places of the values.
     std::vector<SCREENRECT> Cells() const {
         std::vector<SCREENRECT> cells;
@@ -78,10 +84,7 @@ TEST_F(Console, ShowsASetBitInverted) {
 
 TEST_F(Console, TakesMixedRowsOneAfterTheOther) {
     graph.GetData().Clear();
-    CGraphDataGroup& group = AddGroup("g");
-    for (const char kind : {'b', 's', 'b', 'b', 'b'})
-        kind == 'b' ? AddBit(group, 10, [](int) { return true; })
-                    : AddSignal(group, 10, [](int) { return 1.0; });
+    AddSets(AddGroup("g"), "bsbbb");
     graph.SetResetPending();
     window.PaintAll();
     std::vector<int> tops;
@@ -89,4 +92,19 @@ TEST_F(Console, TakesMixedRowsOneAfterTheOther) {
         tops.push_back(cell.top);
     EXPECT_EQ(tops, (std::vector{5, 17, 29, 29, 41}));
     EXPECT_GT(Cells()[3].left, Cells()[2].right);
+}
+
+TEST_F(Console, IsNotOverdrawnHoweverManyRowsItTakes) {
+    graph.GetData().Clear();
+    for (const char* const name : {"One", "Two"})
+        AddSets(AddGroup(name, DisplayType::Console), QString("bs").repeated(8));
+    graph.SetResetPending();
+    RecordingWindow tall{graph, {600, 420}};
+    tall.PaintAll();
+    ASSERT_EQ(Cells().size(), 32U);
+    for (const SCREENRECT& cell : Cells())
+        EXPECT_GT(
+            tall.Count({QPoint(cell.left, cell.top), QPoint(cell.right, cell.bottom)}, QColor(0, 255, 0)), 5)
+            << cell.top;
+    EXPECT_GT(tall.Count({400, Cells()[16].top - 14, 200, 12}, ColorScheme::Dark().consoleGroupName), 5);
 }

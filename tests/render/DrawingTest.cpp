@@ -72,15 +72,19 @@ TEST(Curve, SpansThePlotFromMaximumToMinimum) {
 }
 
 TEST(Curve, ThatNeverChangesIsOneLineAlongTheEdge) {
-    for (const bool inverted : {false, true}) {
-        OneBand data;
-        data.group.m_bInverted = inverted;
-        data.AddSignal(data.group, 1000, [](int) { return 42.0; });
-        data.window.PaintAll();
-        for (const int x : {0, 100, 399})
-            EXPECT_EQ(data.window.Rows(x, kGreen), std::vector{inverted ? kPlotTop : kPlotBottom});
-        EXPECT_EQ(data.graph.GetCanvas().GetLineCount(), 1 + 1 + 3 + 2 + 1)
-            << "two lines besides header and cursor";
+    // One more than each of the last three is no float.
+    for (const double value : {42.0, 16'777'216.0, -33'554'432.0, 1e30}) {
+        for (const bool inverted : {false, true}) {
+            OneBand data;
+            data.group.m_bInverted = inverted;
+            data.AddSignal(data.group, 1000, [=](int) { return value; });
+            data.window.PaintAll();
+            for (const int x : {0, 100, 399})
+                EXPECT_EQ(data.window.Rows(x, kGreen), std::vector{inverted ? kPlotTop : kPlotBottom})
+                    << value;
+            EXPECT_EQ(data.graph.GetCanvas().GetLineCount(), 1 + 1 + 3 + 2 + 1)
+                << "two lines besides header and cursor";
+        }
     }
 }
 
@@ -172,7 +176,7 @@ TEST(SeparateRows, ScaleEachSetByItself) {
     OneBand data;
     data.group.m_bSeparateSets = true;
     data.AddSignal(data.group, 401, [](int i) { return i; });
-    data.AddSignal(data.group, 401, [](int) { return 1e6; }).SetColor(kRedRef);
+    data.AddSignal(data.group, 401, [](int) { return 1e9; }).SetColor(kRedRef);
     data.window.PaintAll();
     const int middle = (kPlotTop + kPlotBottom) / 2;
     EXPECT_TRUE(data.window.Rows(397, kGreen, middle).empty());
