@@ -11,7 +11,10 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -123,16 +126,16 @@ void CChildView::ExportCsv(const QString& path) const {
 void CChildView::OnCommand(CommandId id) {
     switch (id) {
     case CommandId::CursorLeft:
-        MoveCursor(-1);
+        m_Graph.MoveCursor(*this, -1);
         break;
     case CommandId::CursorRight:
-        MoveCursor(1);
+        m_Graph.MoveCursor(*this, 1);
         break;
     case CommandId::FastLeft:
-        MoveCursor(-kFastStep);
+        m_Graph.MoveCursor(*this, -kFastStep);
         break;
     case CommandId::FastRight:
-        MoveCursor(kFastStep);
+        m_Graph.MoveCursor(*this, kFastStep);
         break;
     case CommandId::ZoomIn:
         m_Graph.Zoom(*this, m_Graph.GetZoom() * kZoomStep);
@@ -269,8 +272,9 @@ void CChildView::UpdateNow() {
 void CChildView::SetScrollBar(const ScrollBarState& state) {
     QScrollBar& bar = *horizontalScrollBar();
     // The toolkit's maximum is the largest position, without the page.
-    const int last = state.maximum - state.page + 1;
-    bar.setRange(state.minimum, std::max(state.minimum, last));
+    const int64_t last = std::clamp<int64_t>(int64_t{state.maximum} - state.page + 1, state.minimum,
+                                             std::numeric_limits<int>::max());
+    bar.setRange(state.minimum, static_cast<int>(last));
     bar.setPageStep(state.page);
     bar.setValue(state.position);
     bar.setEnabled(last > state.minimum);

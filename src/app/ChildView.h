@@ -61,7 +61,6 @@ private:
     void SetScrollBar(const ScrollBarState& state) override;
 
     void OnScrollBarAction(int action);
-    void MoveCursor(int by) { m_Graph.SetCursorPosition(*this, m_Graph.GetCursorPosition() + by); }
     void ToggleGroupByDigit(int digit);
 
     CGraph m_Graph;

@@ -22,6 +22,11 @@ std::optional<int> ToInt(const QString& text) {
     return ok ? std::optional(value) : std::nullopt;
 }
 
+std::optional<int> ToPosition(const QString& text) {
+    const auto value = ToInt(text);
+    return value && *value >= 0 ? value : std::nullopt;
+}
+
 std::optional<float> ToFloat(const QString& text) {
     bool ok = false;
     const float value = text.toFloat(&ok);
@@ -86,8 +91,9 @@ constexpr std::array kRenderOptions{
         [](const QString& text, Options& options) { return Store(options.fixedCursor, ToInt(text)); }},
     OptionEntry{"zoom", "F", false,
                 [](const QString& text, Options& options) { return Store(options.zoom, ToFloat(text)); }},
-    OptionEntry{"scroll", "N", false,
-                [](const QString& text, Options& options) { return Store(options.scroll, ToInt(text)); }},
+    OptionEntry{
+        "scroll", "N", false,
+        [](const QString& text, Options& options) { return Store(options.scroll, ToPosition(text)); }},
     OptionEntry{"console", "left|right", false,
                 [](const QString& text, Options& options) {
                     return Store(options.consoleOnLeft, FirstOf(text, "left", "right"));

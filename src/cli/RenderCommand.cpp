@@ -10,10 +10,12 @@ namespace Tracelyn {
 
 namespace {
 
-// False when no group has one of the names.
+// Of several groups of a name the first one that the picture shows. False when no group has one of the names.
 bool ToggleGroups(CGraph& graph, const QStringList& names, QString& error) {
     for (const QString& name : names) {
-        CGraphDataGroup* const group = graph.GetData().FindGroup(name);
+        const CGraphData& data = graph.GetData();
+        CGraphDataGroup* const shown = data.FindGraphGroup(name);
+        CGraphDataGroup* const group = shown == nullptr ? data.FindGroup(name) : shown;
         if (group == nullptr) {
             error = QStringLiteral("--toggle: the file has no group '%1'").arg(name);
             return false;

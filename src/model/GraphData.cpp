@@ -28,6 +28,12 @@ CGraphDataGroup* CGraphData::FindGroup(const QString& name) const {
     return found == m_Groups.end() ? nullptr : found->get();
 }
 
+CGraphDataGroup* CGraphData::FindGraphGroup(const QString& name) const {
+    const auto found = std::ranges::find_if(
+        m_Groups, [&](const auto& group) { return IsGraphGroup(group) && group->m_strName == name; });
+    return found == m_Groups.end() ? nullptr : found->get();
+}
+
 int CGraphData::GetMaxCount() const {
     int count = 0;
     for (const auto& set : m_Sets)

@@ -38,6 +38,8 @@ public:
     // The first of that name, null when there is none.
     CGraphDataSet* FindSet(const QString& name) const;
     CGraphDataGroup* FindGroup(const QString& name) const;
+    // The first group of that name that is shown in the graph.
+    CGraphDataGroup* FindGraphGroup(const QString& name) const;
     bool HasData() const { return !m_Groups.empty() || !m_Sets.empty(); }
     // The largest sample count over all sets; 0 without sets.
     int GetMaxCount() const;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int kOverlap = 2;
 constexpr int kMinimumSpan = 5;
+constexpr int kLargestIndex = std::numeric_limits<int>::max();
 
 // The samples a frame looks at: from, from + step, ... below `last`, and `last` itself at the end. For a
 // range of columns the walk starts at a later one of them and may stop behind `until`, when it has left the
@@ -32,7 +34,8 @@ struct SampleWalk {
 
 SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const ColumnRange& columns) {
     const int step = mapping.GetSamplesPerPixel();
-    const int64_t first = std::max(0, mapping.PixelToIndex(client.left - kOverlap));
+    const int64_t first =
+        std::clamp<int64_t>(mapping.PixelToIndex(client.left - kOverlap), 0, kLargestIndex - kMinimumSpan);
     const int64_t last =
         std::max<int64_t>(mapping.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
     const int64_t firstNeeded = mapping.PixelToIndex(columns.left - kOverlap);

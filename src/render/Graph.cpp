@@ -104,13 +104,11 @@ void CGraph::ToggleGroupAt(CGraphWindow& window, unsigned /*buttons*/, int x, in
     const SCREENRECT* const hit = m_Canvas.HitTest(x, y);
     if (hit == nullptr || hit->key.kind != ScreenRectKind::GroupName)
         return;
-    for (const auto& group : m_Data.GetGroups()) {
-        if (group->IsDisplayedAsGraph() && group->m_strName == hit->key.name) {
-            group->m_bExpanded = !group->m_bExpanded;
-            window.Invalidate();
-            return;
-        }
-    }
+    CGraphDataGroup* const group = m_Data.FindGraphGroup(hit->key.name);
+    if (group == nullptr)
+        return;
+    group->m_bExpanded = !group->m_bExpanded;
+    window.Invalidate();
 }
 
 void CGraph::SelectNextGroup(CGraphWindow& window) {
@@ -172,6 +170,11 @@ void CGraph::SetCursorPosition(CGraphWindow& window, int index) {
     // file was opened a dialog has covered the window; the first step trusts nothing and draws the plot, too.
     InvalidateValues(window, TakeFileJustOpened() ? Contents::Draw : Contents::Keep);
     window.UpdateNow();
+}
+
+void CGraph::MoveCursor(CGraphWindow& window, int by) {
+    const int64_t index = int64_t{m_nCursor} + by;
+    SetCursorPosition(window, static_cast<int>(std::clamp<int64_t>(index, 0, std::max(m_nLastIndex, 0))));
 }
 
 void CGraph::OnClick(CGraphWindow& window, unsigned buttons, int x, int y) {
@@ -264,8 +267,8 @@ void CGraph::OnHScroll(CGraphWindow& window, ScrollCode code, uint32_t position)
 void CGraph::UpdateScrollBar(CGraphWindow& window) const {
     const WorldRect& full = m_Canvas.GetFull();
     const WorldRect& visible = m_Canvas.GetVisible();
-    window.SetScrollBar({static_cast<int>(full.x1) + 1, static_cast<int>(full.x2) - 1,
-                         static_cast<int>(visible.x2 - visible.x1), static_cast<int>(visible.x1)});
+    window.SetScrollBar({TruncateToInt(full.x1) + 1, TruncateToInt(full.x2) - 1,
+                         TruncateToInt(visible.x2 - visible.x1), TruncateToInt(visible.x1)});
 }
 
 void CGraph::ExportCsv(CCsvFile& file) const {

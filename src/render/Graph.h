@@ -97,6 +97,8 @@ public:
     int GetFixedCursor() const { return m_nFixedCursor; }
     // Kept within the data. The console moves aside when the cursor comes near it.
     void SetCursorPosition(CGraphWindow& window, int index);
+    // By so many samples, as far as the data reach.
+    void MoveCursor(CGraphWindow& window, int by);
     // A negative index clears it.
     void SetFixedCursor(CGraphWindow& window, int index);
     // Zooms around the cursor. The window is repainted only when the factor changes.

@@ -24,9 +24,9 @@ TEST_F(Cli, TellsWhyItFailed) {
         Case{3, {"info", other}, "ERROR: Xml Parse error: File does not exist\n"},
         Case{3, {"info", open}, "ERROR: Xml Parse error: " + open + " (1): "},
         Case{3, {"info", Write("root.xml", "<a/>")}, "ERROR: Invalid root name: a\n"}};
-    for (const QString option :
-         {"size=", "size=640", "size=0x480", "size=640x16385", "scheme=Dark", "cursor=1.5",
-          "cursor=3000000000", "fixed=0x10", "zoom=nan", "zoom=1e99", "scroll=1e3", "console=top"})
+    for (const QString option : {"size=", "size=640", "size=0x480", "size=640x16385", "scheme=Dark",
+                                 "cursor=1.5", "cursor=3000000000", "fixed=0x10", "zoom=nan", "zoom=1e99",
+                                 "scroll=1e3", "scroll=-1", "console=top"})
         cases.emplace_back(2, QStringList{"render", "--" + option, plain, out},
                            "--" + QString(option).replace("=", ": '") + "' is not allowed");
 

@@ -27,6 +27,16 @@ struct Navigation : ::testing::Test, GraphWithData {
     RecordingWindow window{graph, {500, 200}};
 };
 
+// Claims as many samples as a recording can have, which no test could hold.
+struct LongestSet : CGraphDataSet {
+    LongestSet(CGraphData& root, const QString& name) : CGraphDataSet(root, name) {}
+    double GetValue(int /*index*/, int /*refIndex*/) const override { return 0.0; }
+    double GetScaledValue(int index, int refIndex) const override { return GetValue(index, refIndex); }
+    bool IsBinary() const override { return false; }
+    int GetCount() const override { return INT32_MAX; }
+    MinMax Scan(int /*from*/, int /*to*/) const override { return {0.0F, 1.0F}; }
+};
+
 } // namespace
 
 TEST_F(Navigation, StartsWithTheWholeRangeAndTheCursorInTheMiddle) {
@@ -110,6 +120,23 @@ TEST_F(Navigation, ScrollsAsEachCodeSays) {
                     window.scrollBar.position == static_cast<int>(visible.x1));
         window.PaintAll();
     }
+}
+
+TEST(LongestRecording, IsScrolledAndSteppedThroughToItsEnd) {
+    GraphWithData data;
+    CGraphDataGroup& group = data.AddGroup("g", DisplayType::Graph);
+    group.AddSet(&GraphWithData::Green(data.graph.GetData().Make<LongestSet>("s")));
+    data.graph.SetResetPending();
+    RecordingWindow window(data.graph, {500, 200});
+    window.PaintAll();
+    window.PaintAll();
+    EXPECT_EQ(window.scrollBar, (ScrollBarState{1, INT32_MAX - 1, INT32_MAX, 0}));
+
+    data.graph.SetCursorPosition(window, INT32_MAX - 7);
+    data.graph.MoveCursor(window, 10);
+    EXPECT_EQ(data.graph.GetCursorPosition(), INT32_MAX - 1);
+    data.graph.MoveCursor(window, -10);
+    EXPECT_EQ(data.graph.GetCursorPosition(), INT32_MAX - 11);
 }
 
 TEST(Click, OnAValueTogglesNoGroupThatIsNamedLikeOne) {
