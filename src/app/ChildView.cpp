@@ -104,23 +104,30 @@ CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(pare
 }
 
 void CChildView::ClearData() {
+    m_Timer.stop(); // a load takes the button's release away
     m_Graph.Clear();
     Invalidate();
 }
 
 void CChildView::Load(CSignalFileReader& reader, const QString& path) {
+    m_bLoading = true;
     reader.ReadAnalysis(m_Graph.GetData(), path);
+    m_bLoading = false;
     m_Graph.RestoreGroupStates();
     m_Graph.SetResetPending();
     Invalidate();
 }
 
-void CChildView::ExportCsv(const QString& path) const {
+ExportEnd CChildView::ExportCsv(const QString& path, const support::Progress& progress) const {
     CCsvFile file;
     if (!file.Open(path))
-        return;
-    m_Graph.ExportCsv(file);
-    file.Close();
+        return ExportEnd::Complete;
+    const ExportEnd end = m_Graph.ExportCsv(file, progress);
+    if (end == ExportEnd::Complete)
+        file.Close();
+    else
+        file.Discard();
+    return end;
 }
 
 void CChildView::OnCommand(CommandId id) {
@@ -191,7 +198,10 @@ void CChildView::paintEvent(QPaintEvent* event) {
     if (event->region() != area.GetRegion())
         area = PaintArea(event->region());
     QPainter painter(viewport());
-    m_Graph.Draw(*this, painter, area);
+    if (m_bLoading)
+        m_Graph.DrawBackground(painter, event->region());
+    else
+        m_Graph.Draw(*this, painter, area);
 }
 
 void CChildView::mousePressEvent(QMouseEvent* event) {

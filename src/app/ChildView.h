@@ -28,10 +28,12 @@ public:
     bool IsDataLoaded() const { return m_Graph.GetData().HasData(); }
     // Drops the loaded data; the groups' expanded states are remembered.
     void ClearData();
-    // Lets the reader append its file, and restores the expanded states that were remembered by name.
+    // Lets the reader append its file, and restores the expanded states that were remembered by name. Until
+    // it is done the view paints its background only.
     void Load(CSignalFileReader& reader, const QString& path);
-    // Replaces an existing file. Does nothing when the path cannot be opened; throws when writing fails.
-    void ExportCsv(const QString& path) const;
+    // Replaces an existing file once the new one is complete; else nothing is written. Does nothing, and says
+    // complete, when the path cannot be opened; throws when writing fails.
+    ExportEnd ExportCsv(const QString& path, const support::Progress& progress) const;
     void ToggleBackground() { m_Graph.ToggleBackground(*this); }
 
     // Carries out one of the view's commands; ignores all others.
@@ -67,6 +69,7 @@ private:
     CShellUi& m_Ui;
     QPoint m_LastMouse;
     QBasicTimer m_Timer;
+    bool m_bLoading = false;
     // What was marked and not painted yet.
     PaintArea m_Invalid;
 };

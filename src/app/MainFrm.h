@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QString>
 
+#include <optional>
 #include <span>
 
 class QToolBar;
@@ -65,13 +66,15 @@ private:
     // Loads the current file of the measurement set in place of whatever was loaded before.
     void LoadFile();
     void LoadCurrentFile();
-    // Through the view, with a bar in the status bar.
-    Analysis ReadCurrentFile();
+    // Through the view. Nothing when the user closed the window meanwhile.
+    std::optional<Analysis> ReadCurrentFile();
     // One box each, in order; from the 21st on the rest may be skipped.
     void ShowResults(std::span<const ReadResult> results);
     void UpdateTitle();
 
     void SaveTo(const QString& path);
+    // Writes the table and says how that ended.
+    void ExportTo(const QString& path);
     QString DefaultName() const { return m_FileSet.GetBaseName() + m_FileSet.GetNumberText(); }
     void ShowError(const QString& text);
     // A box with the program's name as its caption.

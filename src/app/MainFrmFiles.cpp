@@ -1,6 +1,6 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
+#include "app/LongWork.h"
 #include "app/MainFrm.h"
-#include "app/StatusBar.h"
 #include "reader/AnalysisFile.h"
 #include "render/Graph.h"
 #include "support/OutputFile.h"
@@ -70,24 +70,38 @@ void CMainFrame::LoadFile() {
 }
 
 void CMainFrame::LoadCurrentFile() {
-    const Analysis analysis = ReadCurrentFile();
-    switch (analysis.status) {
+    const std::optional<Analysis> analysis = ReadCurrentFile();
+    if (!analysis)
+        return;
+    switch (analysis->status) {
     case LoadStatus::UnknownExtension:
         return;
     case LoadStatus::NotExpanded:
         ShowError(tr("Problem expanding analysis file"));
         return;
     case LoadStatus::Read:
-        m_strTitle = analysis.name;
-        ShowResults(analysis.results);
+        m_strTitle = analysis->name;
+        ShowResults(analysis->results);
     }
 }
 
-Analysis CMainFrame::ReadCurrentFile() {
-    CLoadProgress bar(*statusBar());
-    const auto read = [this](CSignalFileReader& reader, const QString& path) { m_pView->Load(reader, path); };
-    return LoadAnalysis(m_FileSet.GetFullPath(), m_nAccessLevel, read,
-                        [&bar](double done) { bar.Show(done); });
+std::optional<Analysis> CMainFrame::ReadCurrentFile() {
+    const QString path = m_FileSet.GetFullPath();
+    const auto read = [this](CSignalFileReader& reader, const QString& document) {
+        m_pView->Load(reader, document);
+    };
+    Analysis analysis;
+    bool closes = false;
+    {
+        CLongWork work(*this, tr("Loading %1").arg(QFileInfo(path).fileName()));
+        analysis =
+            LoadAnalysis(path, m_nAccessLevel, read, [&work](double done) { return work.Continue(done); });
+        closes = work.IsClosing();
+    }
+    if (!closes)
+        return analysis;
+    close();
+    return std::nullopt;
 }
 
 void CMainFrame::ShowResults(std::span<const ReadResult> results) {
@@ -132,14 +146,43 @@ void CMainFrame::OnFileSave() {
 
 void CMainFrame::SaveTo(const QString& path) {
     if (QFileInfo(path).suffix() == QLatin1String("csv")) {
-        const CScopedCursor wait(Qt::WaitCursor);
-        m_pView->ExportCsv(path);
-        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
-    } else if (support::CopyToNewFile(m_FileSet.GetFullPath(), path)) {
-        ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
-    } else {
-        ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));
+        ExportTo(path);
+        return;
     }
+    bool isSaved = false;
+    bool closes = false;
+    {
+        CLongWork work(*this, QString());
+        isSaved = support::CopyToNewFile(m_FileSet.GetFullPath(), path,
+                                         [&work](double done) { return work.Continue(done); });
+        closes = work.IsClosing();
+    }
+    if (closes)
+        close();
+    else if (isSaved)
+        ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
+    else
+        ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));
+}
+
+void CMainFrame::ExportTo(const QString& path) {
+    ExportEnd end = ExportEnd::Complete;
+    bool closes = false;
+    {
+        const CScopedCursor wait(Qt::WaitCursor);
+        CLongWork work(*this, QString());
+        end = m_pView->ExportCsv(path, [&work](double done) { return work.Continue(done); });
+        closes = work.IsClosing();
+    }
+    if (closes)
+        close();
+    else if (end == ExportEnd::Complete)
+        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
+    else if (end == ExportEnd::Stopped)
+        ShowMessage(MessageIcon::Information,
+                    tr("The export was stopped.\nFile '%1' was not created.").arg(path));
+    else
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\nThe table would be too large."));
 }
 
 void CMainFrame::OnSaveCsv() {
@@ -152,9 +195,7 @@ void CMainFrame::OnSaveCsv() {
     if (!path)
         return;
     try {
-        const CScopedCursor wait(Qt::WaitCursor);
-        m_pView->ExportCsv(*path);
-        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(*path));
+        ExportTo(*path);
     } catch (...) {
         ShowMessage(MessageIcon::Stop, tr("File not exported.\nError during write operation."));
     }

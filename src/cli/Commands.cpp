@@ -8,6 +8,7 @@
 #include "support/OutputFile.h"
 #include "support/UserDevices.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -18,8 +19,6 @@ namespace Tracelyn {
 namespace {
 
 constexpr qint64 kCopyChunk = 1 << 20;
-
-const QString kNotExpanded = QStringLiteral("Problem expanding analysis file");
 
 QString WithoutLineEnd(QString text) {
     while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
@@ -42,11 +41,32 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.GetErrorText());
 }
 
+ExitCode FailToExpand(const QString& path, ExpandProblem problem) {
+    const QString text = QStringLiteral("Problem expanding analysis file: ");
+    switch (problem) {
+    case ExpandProblem::NotReadable:
+        return Fail(QStringLiteral("Cannot read file: %1").arg(path));
+    case ExpandProblem::NotWritten:
+        return Fail(text + QStringLiteral("the temporary folder %1 cannot be written").arg(QDir::tempPath()));
+    case ExpandProblem::NoRoom:
+        return Fail(text +
+                    QStringLiteral("the temporary folder %1 has no room for it").arg(QDir::tempPath()));
+    case ExpandProblem::None: // a sound container
+        return Fail(text + QStringLiteral("%1 holds no analysis").arg(path));
+    case ExpandProblem::Damaged:
+        break;
+    }
+    return Fail(text + QStringLiteral("%1 is damaged or no container").arg(path));
+}
+
 Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
     CProgressLine line(stderr);
     support::Progress progress;
     if (support::IsTerminal(stderr))
-        progress = [&line](double done) { line.Show(done); };
+        progress = [&line](double done) {
+            line.Show(done);
+            return true; // Ctrl+C stops the tool
+        };
     return LoadAnalysis(options.input, options.accessLevel, data, progress);
 }
 
@@ -76,7 +96,7 @@ std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
         Fail(QStringLiteral("Unknown file extension: %1").arg(options.input));
         return std::nullopt;
     case LoadStatus::NotExpanded:
-        Fail(kNotExpanded);
+        FailToExpand(options.input, analysis.problem);
         return std::nullopt;
     }
     // The reader reports such a file as a parse error; here it is an input that cannot be read.
@@ -118,7 +138,8 @@ ExitCode RunCsv(const Options& options) {
     try {
         CCsvFile file;
         file.Open(output.GetDevice());
-        ExportCsv(data, file);
+        if (ExportCsv(data, file) == ExportEnd::TooLarge)
+            return FailToWrite(options.output, QStringLiteral("the table would be too large"));
         file.Close();
     } catch (const CFileException&) {
         return FailToWrite(options.output, output.GetErrorText());
@@ -148,7 +169,7 @@ ExitCode RunPack(const Options& options) {
 ExitCode RunExpand(const Options& options) {
     const CExpandedAnalysis expanded(options.input);
     if (!expanded.IsExpanded() || !QFile::exists(expanded.GetPath()))
-        return Fail(kNotExpanded);
+        return FailToExpand(options.input, expanded.GetProblem());
     return CopyToOutput(expanded.GetPath(), options.output);
 }
 

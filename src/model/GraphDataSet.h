@@ -49,6 +49,9 @@ public:
     // True for on/off signals, which are drawn as lanes.
     virtual bool IsBinary() const = 0;
     virtual int GetCount() const { return 1; }
+    // Tells whose samples the set shows: the same for sets that show the same ones. Null when none are
+    // stored.
+    virtual const void* GetStore() const { return nullptr; }
     virtual float GetUnitFactor() const { return m_fUnitFactor; }
     virtual float GetUnitOffset() const { return m_fUnitOffset; }
 

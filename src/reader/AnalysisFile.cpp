@@ -1,7 +1,6 @@
 #include "reader/AnalysisFile.h"
 
 #include "reader/XmlReader.h"
-#include "reader/container/zip.h"
 
 #include <QFileInfo>
 
@@ -19,20 +18,26 @@ Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& 
     const QString extension = QFileInfo(path).suffix().toLower();
     const bool isContainer = extension == QLatin1String("paf");
     if (!isContainer && extension != QLatin1String("xml"))
-        return {.status = LoadStatus::UnknownExtension, .name = {}, .results = {}};
+        return {.status = LoadStatus::UnknownExtension, .problem = {}, .name = {}, .results = {}};
     CXmlReader reader; // first: the samples of the load before need not stay beside the expansion
     reader.SetAccessLevel(accessLevel);
     if (isContainer) {
         const CExpandedAnalysis document(path, support::StepOf(progress, 0, kExpansionShare));
         if (!document.IsExpanded())
-            return {.status = LoadStatus::NotExpanded, .name = {}, .results = {}};
+            return {.status = LoadStatus::NotExpanded,
+                    .problem = document.GetProblem(),
+                    .name = {},
+                    .results = {}};
         reader.SetProgress(support::StepOf(progress, kExpansionShare, 1));
         read(reader, document.GetPath());
     } else {
         reader.SetProgress(progress);
         read(reader, path);
     }
-    return {.status = LoadStatus::Read, .name = reader.GetAnalysisName(), .results = reader.GetResults()};
+    return {.status = LoadStatus::Read,
+            .problem = {},
+            .name = reader.GetAnalysisName(),
+            .results = reader.GetResults()};
 }
 
 Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
@@ -48,8 +53,12 @@ QString AnalysisEntryName() {
 }
 
 CExpandedAnalysis::CExpandedAnalysis(const QString& containerPath, const support::Progress& progress)
-    : m_strPath(m_Folder.GetPath() + AnalysisEntryName()),
-      m_bExpanded(m_Folder.IsValid() &&
-                  CZip(containerPath).Expand(m_Folder.GetPath(), AnalysisEntryName(), progress)) {}
+    : m_strPath(m_Folder.GetPath() + AnalysisEntryName()) {
+    if (!m_Folder.IsValid())
+        return;
+    CZip container(containerPath);
+    container.Expand(m_Folder.GetPath(), AnalysisEntryName(), progress);
+    m_Problem = container.GetProblem();
+}
 
 } // namespace Tracelyn

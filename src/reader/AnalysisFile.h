@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/Problems.h"
+#include "reader/container/zip.h"
 #include "support/Progress.h"
 #include "support/ScratchFolder.h"
 
@@ -18,12 +19,13 @@ class CSignalFileReader;
 enum class LoadStatus {
     Read,             // the document went through a reader, whose results say what is wrong with it
     UnknownExtension, // neither .xml nor .paf, in whatever case; nothing was touched
-    NotExpanded,      // a container without a way to its document; nothing was read
+    NotExpanded,      // a container without a way to its document, see `problem`; nothing was read
 };
 
 // What a load found. The words for a status are up to whoever shows it.
 struct Analysis {
     LoadStatus status = LoadStatus::Read;
+    ExpandProblem problem = ExpandProblem::None;
     QString name; // empty when the file gives none
     std::vector<ReadResult> results;
 };
@@ -33,7 +35,9 @@ using ReadDocument = std::function<void(CSignalFileReader& reader, const QString
 
 // Calls `read` once unless the status says otherwise. Deletes the samples of the load before, so the model
 // that shows them must be cleared by then. The document of a container lies in a scratch folder that is gone
-// when this returns. `progress` covers the whole load, the expansion included. Throws what `read` throws.
+// when this returns. `progress` covers the whole load, the expansion included. Asked to stop, the load keeps
+// what it has read, with a result that says how far that is; an expansion is NotExpanded then. Throws what
+// `read` throws.
 Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& read,
                       const support::Progress& progress = {});
 
@@ -51,13 +55,14 @@ public:
 
     // False when the container is not sound or nothing can be written. True for a sound container without a
     // document, too: there is no file at GetPath() then.
-    bool IsExpanded() const { return m_bExpanded; }
+    bool IsExpanded() const { return m_Problem == ExpandProblem::None; }
+    ExpandProblem GetProblem() const { return m_Problem; }
     const QString& GetPath() const { return m_strPath; }
 
 private:
     support::CScratchFolder m_Folder;
     QString m_strPath;
-    bool m_bExpanded = false;
+    ExpandProblem m_Problem = ExpandProblem::NotWritten;
 };
 
 } // namespace Tracelyn

@@ -44,21 +44,6 @@ DisplayType ReadDisplayType(const CXmlDomElement& element, bool graphDefault, bo
     return console ? DisplayType::Console : DisplayType::None;
 }
 
-// Calls visit(child, name) for every child element until it returns false; returns whether all were visited.
-template <class Visitor>
-bool ForEachElement(const CXmlDomElement& parent, Visitor visit) {
-    CXmlDomNodeIterator child;
-    for (parent.GetChildNodes(child); child.HasCurrent(); child.Next()) {
-        if (child.GetNodeType() != kXmlElementType)
-            continue;
-        CXmlDomElement element;
-        child.GetElement(element);
-        if (!visit(element, element.GetNodeName()))
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 ColorRef AutomaticColors::NextOrdinary() {
@@ -67,6 +52,23 @@ ColorRef AutomaticColors::NextOrdinary() {
 
 ColorRef AutomaticColors::NextBinary() {
     return kBinaryColors[m_nBinary++ % kBinaryColors.size()];
+}
+
+template <class Visitor>
+bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
+    CXmlDomNodeIterator child;
+    for (parent.GetChildNodes(child); child.HasCurrent(); child.Next()) {
+        if (child.GetNodeType() != kXmlElementType)
+            continue;
+        CXmlDomElement element;
+        child.GetElement(element);
+        m_bStopped = m_bStopped || !support::Report(GetProgress(), kLoadedShare);
+        if (m_bStopped)
+            return MayGoOn();
+        if (!visit(element, element.GetNodeName()))
+            return false;
+    }
+    return true;
 }
 
 CXmlReader::CXmlReader() {
@@ -88,10 +90,15 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     CXmlDomDocument document;
     std::unique_ptr<CSampleText> rows; // null when they are in the document
     QString error;
-    const support::Progress& progress = GetProgress();
-    if (!LoadWithRowsApart(path, "Data", document, rows, error, support::StepOf(progress, 0, kLoadedShare))) {
+    const support::Progress progress = [this](double done) {
+        m_bStopped = m_bStopped || !support::Report(GetProgress(), done);
+        return !m_bStopped;
+    };
+    const auto loading = support::StepOf(progress, 0, kLoadedShare);
+    if (!LoadWithRowsApart(path, "Data", document, rows, error, loading)) {
         // Not cut: the reason stands behind the path, which may be long.
-        m_Problems.AddAlways(ResultCode::XmlParseError, error);
+        if (MayGoOn())
+            m_Problems.AddAlways(ResultCode::XmlParseError, error);
         return;
     }
     CXmlDomElement root;
@@ -115,7 +122,7 @@ void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
     if (rows == nullptr)
         rows = SampleTextInMemory(block.GetTextUtf8());
     const auto rest = support::StepOf(progress, kLoadedShare, 1);
-    if (const auto problem = ReadDataBlock(*rows, m_Variables, m_nValuesOfRow, rest))
+    if (const auto problem = ReadDataBlock(*rows, m_Variables, rest))
         m_Problems.AddAlways(ResultCode::UnknownError, *problem);
 }
 
@@ -231,7 +238,6 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     if (set.IsDisplayedInConsole())
         ApplyUnit(set, variable.GetUnits().empty() ? Unit{} : variable.GetUnits().front());
     group.AddSet(&set);
-    m_nValuesOfRow += set.GetPrecision() > support::kMaxFastDecimals ? limits::kValuesPerSlowValue : 1;
     return true;
 }
 
@@ -270,6 +276,12 @@ QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribut
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {
     m_Problems.Add(code, detail);
     return false;
+}
+
+bool CXmlReader::MayGoOn() {
+    if (m_bStopped)
+        m_Problems.AddAlways(ResultCode::UnknownError, kStoppedBeforeRows);
+    return !m_bStopped;
 }
 
 bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {

@@ -65,6 +65,12 @@ private:
     QString ReadText(const CXmlDomElement& element, const char* attribute);
     // Adds the problem; always false.
     bool Fail(ResultCode code, const QString& detail);
+    // Whether the reading may go on; if it was asked to stop, adds the problem that says so.
+    bool MayGoOn();
+    // Calls visit(child, name) for every child element until it returns false or the reading is to stop;
+    // whether all were visited.
+    template <class Visitor>
+    bool ForEachElement(const CXmlDomElement& parent, Visitor visit);
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
@@ -72,7 +78,7 @@ private:
     Cap m_VariableCap{support::limits::kMaxVariables, "variables"};
     Cap m_GroupCap{support::limits::kMaxGroups, "groups"};
     Cap m_SignalCap{support::limits::kMaxSignals, "signals"};
-    int64_t m_nValuesOfRow = 0; // see ReadDataBlock
+    bool m_bStopped = false;
     std::vector<TypedDataBase*> m_Variables;
     // The first variable of each name. No QHash: it ends the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;

@@ -47,6 +47,12 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area
     m_Canvas.EndDraw();
 }
 
+void CGraph::DrawBackground(QPainter& painter, const QRegion& region) const {
+    const ColorScheme& colors = m_bDarkScheme ? ColorScheme::Dark() : ColorScheme::Light();
+    for (const QRect& rect : region)
+        painter.fillRect(rect, colors.background);
+}
+
 void CGraph::ResetRange(const PixelRect& client) {
     m_Data.SelectFirstGroup();
     m_Canvas.SetWorld({0.0F, static_cast<float>(client.top), static_cast<float>(m_nLastIndex),
@@ -271,8 +277,8 @@ void CGraph::UpdateScrollBar(CGraphWindow& window) const {
                          TruncateToInt(visible.x2 - visible.x1), TruncateToInt(visible.x1)});
 }
 
-void CGraph::ExportCsv(CCsvFile& file) const {
-    Tracelyn::ExportCsv(m_Data, file);
+ExportEnd CGraph::ExportCsv(CCsvFile& file, const support::Progress& progress) const {
+    return Tracelyn::ExportCsv(m_Data, file, progress);
 }
 
 } // namespace Tracelyn

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/GraphData.h"
+#include "reader/csv/CsvExport.h"
 #include "render/Canvas.h"
 #include "render/GraphLayout.h"
 #include "render/GraphWindow.h"
@@ -69,6 +70,9 @@ public:
     // Draws one frame. Beyond the area it may draw some pixels more, which the painter must cut off.
     void Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area);
 
+    // Draws the picture of an empty model, without a look at the model.
+    void DrawBackground(QPainter& painter, const QRegion& region) const;
+
     // Drops the data and resets the canvas; the groups' expanded states are remembered by name.
     void Clear();
     // After a load: the next paint shows the whole range with the cursor in the middle.
@@ -108,7 +112,7 @@ public:
     void UpdateScrollBar(CGraphWindow& window) const;
 
     // Throws what the file throws when it cannot be written.
-    void ExportCsv(CCsvFile& file) const;
+    ExportEnd ExportCsv(CCsvFile& file, const support::Progress& progress = {}) const;
 
 private:
     void ResetRange(const PixelRect& client);

@@ -38,24 +38,18 @@ inline constexpr int kMaxNameLength = 5'000;
 // Problems that a reader keeps; it counts the others.
 inline constexpr size_t kMaxProblems = 1000;
 
-// Rows. Those beyond one of these are left out. A row that is shorter than the list of variables, and a
-// variable that several lines show, ask for more memory than their text:
+// Rows. Those beyond this are left out. A row that is shorter than the list of variables asks for more memory
+// than its text, which in full rows has two bytes or more for each sample:
 //   samples <= kFreeSamples + bytes of the rows' text / kRowBytesPerSample
-//   values  <= max(kFreeValues, that number of samples)
-// A row has one sample for each variable and one value for each line; a value of more than
-// support::kMaxFastDecimals decimals counts as kValuesPerSlowValue. Full rows have two bytes or more a
-// sample.
 inline constexpr int64_t kFreeSamples = 1 << 22;
 inline constexpr int64_t kRowBytesPerSample = 2;
-inline constexpr int64_t kFreeValues = 1 << 25;
-inline constexpr int64_t kValuesPerSlowValue = 6;
 inline constexpr size_t kMaxFieldBytes = 4096; // of a field; the rest of it is not looked at
 
-// A container beyond this is neither made nor expanded. Recordings have 4 bytes for each packed one, rows
-// that are all alike have hundreds:
-//   bytes <= kFreeExpandedBytes + kExpandedBytesPerPackedByte * packed bytes
-inline constexpr uint64_t kFreeExpandedBytes = 48 << 20;
-inline constexpr uint64_t kExpandedBytesPerPackedByte = 32;
+// The table of an export has a value for each line and row, however many lines show one variable. One beyond
+// this is not written:
+//   values <= max(kFreeTableValues, kLinesPerVariable * samples)
+inline constexpr int64_t kFreeTableValues = 1 << 25;
+inline constexpr int64_t kLinesPerVariable = 64;
 
 // What is shown. Further decimals and characters are not.
 inline constexpr int kMaxDecimals = 40;               // reaches the digits of the smallest normal number

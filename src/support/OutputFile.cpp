@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
+#include <algorithm>
+
 #ifdef _WIN32
 #include <windows.h>
 #else
@@ -19,9 +21,12 @@ namespace support {
 
 namespace {
 
-bool CopyContents(QFile& source, QFile& target) {
+bool CopyContents(QFile& source, QFile& target, const Progress& progress = {}) {
     constexpr qint64 kPiece = 1 << 20;
+    const auto size = static_cast<double>(std::max<qint64>(source.size(), 1));
     for (;;) {
+        if (!Report(progress, static_cast<double>(source.pos()) / size))
+            return false;
         const QByteArray piece = source.read(kPiece);
         if (piece.isEmpty())
             return source.error() == QFileDevice::NoError;
@@ -126,7 +131,7 @@ Placing PlaceByCopy(QTemporaryFile& file, const QString& to) {
     return Placing::Unsupported;
 }
 
-bool CopyToNewFile(const QString& from, const QString& to) {
+bool CopyToNewFile(const QString& from, const QString& to, const Progress& progress) {
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || source.isSequential())
         return false;
@@ -134,7 +139,7 @@ bool CopyToNewFile(const QString& from, const QString& to) {
     if (to.isEmpty() || target.exists() || target.isSymLink())
         return false;
     QTemporaryFile copy(target.absoluteDir().filePath(QStringLiteral("tracelyn-XXXXXX")));
-    if (!copy.open() || !CopyContents(source, copy))
+    if (!copy.open() || !CopyContents(source, copy, progress))
         return false;
     CopyPermissions(source, copy);
     if (!Sync(copy))

@@ -1,6 +1,8 @@
 // Writing files so that nothing is lost: a file appears whole or not at all.
 #pragma once
 
+#include "support/Progress.h"
+
 #include <QFileDevice>
 #include <QString>
 
@@ -39,8 +41,8 @@ private:
 
 // Copies a file with its permissions to a name that nothing has yet. `to` appears when the copy is complete,
 // and never replaces anything. False, and nothing is left behind, when something has that name, even if
-// another process made it a moment ago, or when anything fails.
-bool CopyToNewFile(const QString& from, const QString& to);
+// another process made it a moment ago, when anything fails, or when the progress asks to stop.
+bool CopyToNewFile(const QString& from, const QString& to, const Progress& progress = {});
 
 // The steps by which CopyToNewFile gives the finished file its name, in the order in which it tries them. The
 // file system decides which of them work.

@@ -19,14 +19,16 @@ class CWorkList {
 public:
     CWorkList(int64_t items, const std::function<bool(int, int64_t)>& work) : m_nEnd(items), m_Work(work) {}
 
-    // Takes items until there are no more, and calls afterEach with the number that all threads have done.
+    // Takes items until there are no more, and calls afterEach with the number that all threads have done. No
+    // further item begins once it returns false.
     template <class AfterEach>
     void Run(int worker, AfterEach afterEach) noexcept {
         try {
             for (int64_t item = m_nNext++; item < m_nEnd; item = m_nNext++) {
                 if (!m_Work(worker, item))
                     EndAt(item);
-                afterEach(++m_nDone);
+                if (!afterEach(++m_nDone))
+                    EndAt(m_nNext);
             }
         } catch (...) {
             EndAt(0);
@@ -74,13 +76,12 @@ int64_t ForEachParallel(int64_t items, const std::function<bool(int, int64_t)>& 
         helpers.reserve(kMaximumWorkers);
         try {
             for (int worker = 1; worker < WorkerCount(items); ++worker)
-                helpers.emplace_back([&list, worker] { list.Run(worker, [](int64_t) {}); });
+                helpers.emplace_back([&list, worker] { list.Run(worker, [](int64_t) { return true; }); });
         } catch (const std::system_error&) {
             // With fewer threads it only takes longer.
         }
         list.Run(0, [&](int64_t done) {
-            if (progress)
-                progress(static_cast<double>(done) / static_cast<double>(items));
+            return Report(progress, static_cast<double>(done) / static_cast<double>(items));
         });
     }
     return list.GetEnd();

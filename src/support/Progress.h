@@ -1,4 +1,4 @@
-// How far a long operation has come, and when it should say so.
+// How far a long operation has come, when it should say so, and whether it may go on.
 #pragma once
 
 #include <chrono>
@@ -6,16 +6,22 @@
 
 namespace support {
 
-// Called now and then with the part that is done, 0 to 1, on the thread that runs the operation. Empty when
-// nobody asks.
-using Progress = std::function<void(double)>;
+// Called now and then with the part that is done, 0 to 1, on the thread that runs the operation. The answer
+// false asks the operation to stop: it ends as soon as it can and says that it did. Once the answer was false
+// it stays false. Empty when nobody asks.
+using Progress = std::function<bool(double)>;
+
+// Whether the operation may go on.
+inline bool Report(const Progress& progress, double done) {
+    return !progress || progress(done);
+}
 
 // Progress of a step that takes the operation from `from` to `to`. Borrows `whole`, which must outlive the
 // result.
 inline Progress StepOf(const Progress& whole, double from, double to) {
     if (!whole)
         return {};
-    return [&whole, from, to](double done) { whole(from + (to - from) * done); };
+    return [&whole, from, to](double done) { return whole(from + (to - from) * done); };
 }
 
 // Tells a long operation when to show its progress: first when it has run for some time, then not too often.

@@ -93,9 +93,9 @@ bool CXmlDomDocument::LoadXmlBytes(std::string_view bytes, QString& error) {
     return Create(error) && Take(ParseBytes(view, nullptr), QStringLiteral("[string input]"), error);
 }
 
-bool CXmlDomDocument::LoadDevice(QIODevice& device, const QString& source, QString& error,
-                                 XmlTagWatch* watch) {
-    if (!Create(error) || !Take(ParseXml(device, {.watch = watch}), source, error))
+bool CXmlDomDocument::LoadDevice(QIODevice& device, const QString& source, QString& error, XmlTagWatch* watch,
+                                 const support::Progress& progress) {
+    if (!Create(error) || !Take(ParseXml(device, {.watch = watch, .progress = progress}), source, error))
         return false;
     if (watch != nullptr && !KeepsAscii(m_pXMLDoc->encoding))
         watch->tagEnd.reset();

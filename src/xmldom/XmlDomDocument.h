@@ -49,7 +49,8 @@ public:
     bool LoadXmlBytes(std::string_view bytes, QString& error);
 
     // The same for an open device, which an error calls `source`. Fills in the watch, if there is one.
-    bool LoadDevice(QIODevice& device, const QString& source, QString& error, XmlTagWatch* watch = nullptr);
+    bool LoadDevice(QIODevice& device, const QString& source, QString& error, XmlTagWatch* watch = nullptr,
+                    const support::Progress& progress = {});
 
     // Sets `element` to the root; false when the document is empty. Only after Create or a load.
     bool GetRootElement(CXmlDomElement& element) const;

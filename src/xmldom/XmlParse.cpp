@@ -229,13 +229,11 @@ const char* FindExcess(ParseState& state) {
     return nullptr;
 }
 
-bool Report(ParseState& state) {
-    const qint64 size = state.device.size();
+bool MayGoOn(ParseState& state) {
+    const auto size = static_cast<double>(std::max<qint64>(state.device.size(), 1));
     try {
-        if (state.options.progress && size > 0)
-            state.options.progress(
-                std::min(1.0, static_cast<double>(state.bytesRead) / static_cast<double>(size)));
-        return true;
+        return support::Report(state.options.progress,
+                               std::min(1.0, static_cast<double>(state.bytesRead) / size));
     } catch (...) {
         state.exception = std::current_exception();
         return false;
@@ -249,8 +247,12 @@ int ReadDevice(void* opaque, char* buffer, int length) {
         return -1;
     }
     const qint64 count = state.device.read(buffer, length);
-    if (count < 0 || !Report(state)) {
+    if (count < 0) {
         state.readFailed = true;
+        return -1;
+    }
+    if (!MayGoOn(state)) {
+        state.Fail(xmlSAX2GetLineNumber(state.context), "The load was stopped");
         return -1;
     }
     state.bytesRead += count;

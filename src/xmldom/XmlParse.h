@@ -27,7 +27,7 @@ struct XmlParseOptions {
     const char* encoding = nullptr;
     // Borrowed; null when nothing is watched.
     XmlTagWatch* watch = nullptr;
-    // May throw: that ends the parse, and ParseXml throws the same.
+    // Asked to stop, the parse fails. May throw: that ends the parse, and ParseXml throws the same.
     support::Progress progress = {};
 };
 

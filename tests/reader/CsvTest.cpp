@@ -71,11 +71,41 @@ TEST(CsvExport, KeepsTheOrderOfRowsAndEndsAtAWriteError) {
     }
     EXPECT_TRUE(Exported(data) == expected);
 
+    // While this thread rests, the others may finish the table: then once more.
+    ExportEnd end = ExportEnd::Complete;
+    for (int round = 0; round < 100 && end == ExportEnd::Complete; ++round) {
+        QBuffer part;
+        CCsvFile stopped;
+        ASSERT_TRUE(part.open(QIODevice::WriteOnly) && stopped.Open(part));
+        end = ExportCsv(data, stopped, [](double) { return false; });
+        stopped.Close();
+        EXPECT_EQ(part.size() < std::ssize(expected), end == ExportEnd::Stopped);
+        EXPECT_TRUE(expected.starts_with(part.data().toStdString()));
+    }
+    EXPECT_EQ(end, ExportEnd::Stopped);
+
     CFailingDevice device(500'000);
     CCsvFile file;
     ASSERT_TRUE(file.Open(device));
     EXPECT_THROW(ExportCsv(data, file), CFileException);
     EXPECT_TRUE(device.data().toStdString() == expected.substr(0, 500'000));
+}
+
+// Lines cost a load nothing, and a table one field for each row: a hostile file asks for millions of them.
+TEST(CsvExport, WritesNoTableOfFarMoreValuesThanAreRecorded) {
+    CGraphData data;
+    CGraphDataTypedSource<uint8_t> source;
+    source.Append(500'000);
+    auto group = std::make_unique<CGraphDataGroup>("g");
+    for (int line = 0; line < 68; ++line)
+        group->AddSet(&data.Make<CGraphDataTypedSet<uint8_t>>("n", &source));
+    data.AddGroup(std::move(group));
+    QBuffer device;
+    CCsvFile file;
+    ASSERT_TRUE(device.open(QIODevice::WriteOnly) && file.Open(device));
+    EXPECT_EQ(ExportCsv(data, file), ExportEnd::TooLarge);
+    file.Close();
+    EXPECT_EQ(device.size(), 0);
 }
 
 // Short, long and absurdly long fields.

@@ -13,7 +13,11 @@ TEST(Parallel, DoesEveryItemOnceAndReportsHowFarItIs) {
             ++calls[static_cast<size_t>(item)];
             return true;
         };
-        EXPECT_EQ(ForEachParallel(items, work, [&](double done) { progress.push_back(done); }), items);
+        const auto report = [&](double done) {
+            progress.push_back(done);
+            return true;
+        };
+        EXPECT_EQ(ForEachParallel(items, work, report), items);
         EXPECT_TRUE(std::ranges::all_of(calls, [](int count) { return count == 1; })) << items;
         EXPECT_TRUE(std::ranges::is_sorted(progress) && (progress.empty() || progress.back() <= 1));
     }
@@ -29,6 +33,20 @@ TEST(Parallel, StopsAtTheFirstFailureWhenEverythingBeforeItIsDone) {
         EXPECT_EQ(ForEachParallel(1000, work), 301);
         EXPECT_TRUE(std::all_of(done.begin(), done.begin() + 302, [](bool isDone) { return isDone; }));
     }
+}
+
+TEST(Parallel, StopsWhenAskedToWithEverythingBeforeItDone) {
+    int stops = 0; // while this thread rests, the others may do everything
+    for (int round = 0; round < 50; ++round) {
+        std::vector<std::atomic<bool>> done(1000);
+        const auto work = [&](int, int64_t item) { return done[static_cast<size_t>(item)] = true; };
+        const int64_t end = ForEachParallel(1000, work, [](double part) { return part < 0.2; });
+        EXPECT_GE(end, 200);
+        stops += end < 1000 ? 1 : 0;
+        EXPECT_EQ(std::ranges::count_if(done, [](const auto& isDone) { return isDone.load(); }), end);
+        EXPECT_TRUE(std::all_of(done.begin(), done.begin() + end, [](bool isDone) { return isDone; }));
+    }
+    EXPECT_GT(stops, 0);
 }
 
 TEST(Parallel, ThrowsOnTheCallingThread) {

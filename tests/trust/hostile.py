@@ -204,7 +204,7 @@ DIRECTORY = struct.pack("<IHHHHIIIIHHHHHII", 0x02014B50, 1, 1, 0, 8, 0, 0, 0, 0,
 
 
 def largest(size):
-    return 50 * MB + 31 * size  # nearly what a container of that size may expand to
+    return min(256 * MB, 800 * size)  # zlib packs to a thousandth, a container may expand to 4 GB: a part of that is enough
 
 
 NOTHING = b"\0\0\0\xff\xff"  # a packed block of no bytes

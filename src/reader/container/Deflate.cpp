@@ -126,8 +126,8 @@ bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& o
             return false;
         crc = crc32_z(crc, BytesOf(got), got.size());
         done += static_cast<uint32_t>(got.size());
-        if (progress && done > 0)
-            progress(static_cast<double>(done) / announced.uncompressedSize);
+        if (!support::Report(progress, static_cast<double>(done) / std::max(announced.uncompressedSize, 1U)))
+            return false;
     }
     return done == announced.uncompressedSize && crc == announced.crc;
 }

@@ -36,7 +36,7 @@ std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive);
 
 // Expands the raw deflate data at the archive's position into `output`. Never reads or writes more than the
 // announced sizes. False when a size or one of the two checksums is not the announced one, or when reading or
-// writing fails.
+// writing fails, or when it is asked to stop.
 bool Inflate(QIODevice& archive, const DeflatedContents& announced, QIODevice& output,
              const support::Progress& progress);
 

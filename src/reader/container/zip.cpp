@@ -1,7 +1,6 @@
 #include "reader/container/zip.h"
 
 #include "reader/container/EntryPath.h"
-#include "support/Limits.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -9,6 +8,7 @@
 #include <QFileInfo>
 #include <QIODevice>
 #include <QSaveFile>
+#include <QStorageInfo>
 #include <QtEndian>
 
 #include <algorithm>
@@ -18,8 +18,6 @@
 #include <new>
 #include <optional>
 #include <span>
-
-namespace limits = support::limits;
 
 namespace Tracelyn {
 
@@ -91,12 +89,13 @@ struct Entry {
     DeflatedContents contents;
 };
 
-bool IsBomb(const DeflatedContents& contents) {
-    return contents.uncompressedSize >
-           limits::kFreeExpandedBytes + limits::kExpandedBytesPerPackedByte * contents.compressedSize;
+// Whether the file system of the folder has room for so many bytes, as far as it tells.
+bool HasRoom(const QString& folder, uint32_t bytes) {
+    const qint64 available = QStorageInfo(folder).bytesAvailable();
+    return available < 0 || bytes <= available;
 }
 
-// Nothing when the header is not one of ours or announces more than support/Limits.h allows.
+// Nothing when the header is not one of ours or announces more data than the archive has.
 std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     const bool ours = header.Get32(0) == kLocalSignature && header.Get16(4) == kVersion &&
                       header.Get16(6) == 0 && header.Get16(28) == kExtraLength;
@@ -109,7 +108,7 @@ std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
     entry.contents.uncompressedSize = header.Get32(22);
     if (!ReadBytes(archive, {entry.name.data(), static_cast<size_t>(entry.name.size())}) ||
         !ReadBytes(archive, entry.contents.streamEnds) ||
-        entry.contents.compressedSize > archive.size() - archive.pos() || IsBomb(entry.contents))
+        entry.contents.compressedSize > archive.size() - archive.pos())
         return std::nullopt;
     return entry;
 }
@@ -134,9 +133,9 @@ public:
         m_Paths.push_back(path);
         return true;
     }
-    bool Keep() {
+    ExpandProblem Keep() {
         m_Paths.clear();
-        return true;
+        return ExpandProblem::None;
     }
 
 private:
@@ -201,7 +200,7 @@ bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
     if (!writeHeader({}))
         return false;
     const std::optional<DeflatedContents> contents = Deflate(source, archive);
-    if (!contents || IsBomb(*contents))
+    if (!contents)
         return false;
     file.crc = contents->crc;
     file.uncompressedSize = contents->uncompressedSize;
@@ -234,33 +233,43 @@ bool CZip::WriteDirectory(QIODevice& archive) const {
     return WriteBytes(archive, end.bytes);
 }
 
-bool CZip::Expand(const QString& targetFolder, const QString& entryName,
-                  const support::Progress& progress) const {
+bool CZip::Expand(const QString& targetFolder, const QString& entryName, const support::Progress& progress) {
+    m_Problem = ExpandEntries(targetFolder, entryName, progress);
+    return m_Problem == ExpandProblem::None;
+}
+
+ExpandProblem CZip::ExpandEntries(const QString& targetFolder, const QString& entryName,
+                                  const support::Progress& progress) const {
     QFile archive(m_strArchivePath);
     // To open a pipe would wait for somebody who writes into it.
     if (!QFileInfo(archive).isFile() || !archive.open(QIODevice::ReadOnly))
-        return false;
+        return ExpandProblem::NotReadable;
     FilesBegun files;
     for (;;) {
         LocalHeader header;
         if (!ReadBytes(archive, header.bytes))
-            return false;
+            return ExpandProblem::Damaged;
         if (header.Get32(0) == kDirectorySignature)
             return files.Keep();
         const std::optional<Entry> entry = ReadEntry(archive, header);
         if (!entry)
-            return false;
+            return ExpandProblem::Damaged;
         const qint64 next = archive.pos() + entry->contents.compressedSize;
         if (entryName.isEmpty() || QString::fromLatin1(entry->name) == entryName) {
             const std::optional<QString> path = PrepareEntryPath(targetFolder, entry->name);
             QFile output;
-            if (!path || !files.Create(*path, output) || !Inflate(archive, entry->contents, output, progress))
-                return false;
+            if (!path || !files.Create(*path, output))
+                return ExpandProblem::NotWritten;
+            if (!HasRoom(targetFolder, entry->contents.uncompressedSize))
+                return ExpandProblem::NoRoom;
+            if (!Inflate(archive, entry->contents, output, progress))
+                return output.error() == QFileDevice::NoError ? ExpandProblem::Damaged
+                                                              : ExpandProblem::NotWritten;
             if (!entryName.isEmpty())
                 return files.Keep();
         }
         if (!archive.seek(next))
-            return false;
+            return ExpandProblem::Damaged;
     }
 }
 

@@ -14,6 +14,15 @@ class QIODevice;
 
 namespace Tracelyn {
 
+// Why an archive was not expanded.
+enum class ExpandProblem {
+    None,
+    NotReadable, // no file, or one that cannot be opened
+    Damaged,     // not one of our archives, cut off, changed, or left by a caller that asked to stop
+    NotWritten,  // a target that cannot be written, or a name that leads elsewhere
+    NoRoom,      // the disk has less room than the entry announces
+};
+
 // Packs listed files into the archive, or expands its entries. Every failure is a plain false and leaves no
 // file that this call began; nothing throws. Folders are joined to names as they are given, so they end with
 // a separator.
@@ -54,18 +63,25 @@ public:
     // Writes the entry of that stored name, or every entry when the name is empty, to target folder + stored
     // name and creates missing folders. A file or link that is there is replaced. True when the archive has
     // no such entry. The target must be absolute (on Windows with a drive letter); stored names that could
-    // leave it, also on another system, are refused. Progress is that of one entry.
+    // leave it, also on another system, are refused, and so is an entry for which the disk has no room.
+    // Progress is that of one entry; false, too, when it asks to stop.
     bool Expand(const QString& targetFolder, const QString& entryName,
-                const support::Progress& progress = {}) const;
+                const support::Progress& progress = {});
+    // Why the last call of Expand was false.
+    ExpandProblem GetProblem() const { return m_Problem; }
 
 private:
     bool PackFiles(QIODevice& archive);
     bool PackFile(TZIPFILEINFO& file, QIODevice& archive) const;
     bool WriteDirectory(QIODevice& archive) const;
 
+    ExpandProblem ExpandEntries(const QString& targetFolder, const QString& entryName,
+                                const support::Progress& progress) const;
+
     QString m_strArchivePath;
     QString m_strBaseFolder;
     std::vector<TZIPFILEINFO> m_Files;
+    ExpandProblem m_Problem = ExpandProblem::None;
 };
 
 } // namespace Tracelyn

@@ -4,6 +4,7 @@
 #include "model/GraphDataVariants.h"
 #include "reader/csv/CsvFile.h"
 #include "support/FixedText.h"
+#include "support/Limits.h"
 #include "support/Parallel.h"
 
 #include <QScopeGuard>
@@ -12,6 +13,8 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <map>
 #include <mutex>
 #include <vector>
 
@@ -22,6 +25,42 @@ namespace {
 constexpr size_t kMaxFieldBytes = support::kFixedTextCapacity + kCsvLineEnd.size();
 
 using Sets = std::vector<const CGraphDataSet*>;
+
+// What the export writes: reference lines, and the signals with their rows.
+struct Table {
+    Sets fixed;
+    Sets sampled;
+    int rows = 0;
+};
+
+Table MakeTable(const CGraphData& data) {
+    Table table;
+    for (const auto& group : data.GetGroups()) {
+        for (const CGraphDataSet* set : group->m_Sets) {
+            if (dynamic_cast<const CGraphDataFixedSet*>(set)) {
+                table.fixed.push_back(set);
+            } else {
+                table.sampled.push_back(set);
+                table.rows = std::max(table.rows, set->GetCount());
+            }
+        }
+    }
+    return table;
+}
+
+// Whether support/Limits.h allows a table of so many values.
+bool IsWithinLimits(const Table& table) {
+    std::map<const void*, int64_t> samples;
+    for (const CGraphDataSet* set : table.sampled) {
+        if (set->GetStore() != nullptr)
+            samples[set->GetStore()] = set->GetCount();
+    }
+    int64_t stored = 0;
+    for (const auto& [store, count] : samples)
+        stored += count;
+    const int64_t values = std::ssize(table.sampled) * table.rows;
+    return values <= std::max(support::limits::kFreeTableValues, support::limits::kLinesPerVariable * stored);
+}
 
 void WriteNames(const Sets& sets, CCsvFile& file) {
     for (const CGraphDataSet* set : sets)
@@ -88,9 +127,10 @@ private:
     CNumberLines m_Lines;
 };
 
-void WriteRows(const Sets& sets, int count, CCsvFile& file) {
+// False when it was asked to stop.
+bool WriteRows(const Sets& sets, int count, CCsvFile& file, const support::Progress& progress) {
     if (sets.empty() || count == 0)
-        return;
+        return true;
     constexpr size_t kBatchValues = 12288; // fit into a core's own memory with their text
     const auto batch = static_cast<int64_t>(std::max<size_t>(kBatchValues / sets.size(), 1));
     const int64_t batches = (count + batch - 1) / batch;
@@ -99,7 +139,7 @@ void WriteRows(const Sets& sets, int count, CCsvFile& file) {
     for (int worker = 0; worker < support::WorkerCount(batches); ++worker)
         texts.emplace_back(sets, static_cast<size_t>(batch));
     CTurns turns;
-    support::ForEachParallel(batches, [&](int worker, int64_t item) {
+    const auto write = [&](int worker, int64_t item) {
         const int64_t first = item * batch;
         const auto rows = static_cast<size_t>(std::min(batch, count - first));
         CRowText& rowText = texts[static_cast<size_t>(worker)];
@@ -107,7 +147,8 @@ void WriteRows(const Sets& sets, int count, CCsvFile& file) {
         const std::string_view text = rowText.Format(static_cast<int>(first), rows);
         giveUp.dismiss();
         return turns.Take(item, [&] { file.AppendText(text); });
-    });
+    };
+    return support::ForEachParallel(batches, write, progress) == batches;
 }
 
 } // namespace
@@ -131,27 +172,17 @@ std::string_view CNumberLines::Format(std::span<const float> values, std::span<c
     return {text.data(), size};
 }
 
-void ExportCsv(const CGraphData& data, CCsvFile& file) {
-    Sets fixed;
-    Sets sampled;
-    int count = 0;
-    for (const auto& group : data.GetGroups()) {
-        for (const CGraphDataSet* set : group->m_Sets) {
-            if (dynamic_cast<const CGraphDataFixedSet*>(set)) {
-                fixed.push_back(set);
-            } else {
-                sampled.push_back(set);
-                count = std::max(count, set->GetCount());
-            }
-        }
-    }
-    WriteNames(fixed, file);
-    for (const CGraphDataSet* set : fixed)
+ExportEnd ExportCsv(const CGraphData& data, CCsvFile& file, const support::Progress& progress) {
+    const Table table = MakeTable(data);
+    if (!IsWithinLimits(table))
+        return ExportEnd::TooLarge;
+    WriteNames(table.fixed, file);
+    for (const CGraphDataSet* set : table.fixed)
         file.WriteNumberField(static_cast<float>(set->GetScaledValue(0, kNoReference)), set->GetPrecision());
     file.EndLine();
     file.EndLine();
-    WriteNames(sampled, file);
-    WriteRows(sampled, count, file);
+    WriteNames(table.sampled, file);
+    return WriteRows(table.sampled, table.rows, file, progress) ? ExportEnd::Complete : ExportEnd::Stopped;
 }
 
 } // namespace Tracelyn

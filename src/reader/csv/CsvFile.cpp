@@ -61,6 +61,12 @@ void CCsvFile::Close() {
         throw error;
 }
 
+void CCsvFile::Discard() {
+    m_Pending.clear();
+    m_pDevice = nullptr;
+    m_Output.reset();
+}
+
 bool CCsvFile::Finish() {
     return WritePending() && (!m_Output || m_Output->Commit());
 }

@@ -45,6 +45,8 @@ public:
     bool Open(QIODevice& device);
     // Throws CFileException when not everything could be written; the file is closed then, too.
     void Close();
+    // Closes without the file: what is at the path stays as it was before Open.
+    void Discard();
 
     void AppendText(std::string_view latin1);
     void EndLine();

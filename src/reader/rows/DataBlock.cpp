@@ -163,18 +163,16 @@ private:
 };
 
 // How many of the rows support/Limits.h allows. `columns` counts the variables that a line shows.
-int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, int64_t columns, int64_t valuesOfRow) {
+int64_t RowsWithinLimits(int64_t rows, const CSampleText& text, int64_t columns) {
     const int64_t samples =
         support::limits::kFreeSamples + text.GetSize() / support::limits::kRowBytesPerSample;
-    const int64_t values = std::max(samples, support::limits::kFreeValues);
-    return std::min({rows, samples / columns, values / std::max(valuesOfRow, columns),
-                     int64_t{std::numeric_limits<int>::max()}});
+    return std::min({rows, samples / columns, int64_t{std::numeric_limits<int>::max()}});
 }
 
 } // namespace
 
 std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
-                                     int64_t valuesOfRow, const support::Progress& progress) {
+                                     const support::Progress& progress) {
     while (!variables.empty() && !variables.back()->HasStore())
         variables = variables.first(variables.size() - 1);
     if (variables.empty())
@@ -184,12 +182,17 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
     constexpr double kCounted = 0.1;
     constexpr double kConverted = 0.95;
     const QString unreadable = QStringLiteral("The sample rows cannot be read to their end");
+    bool isStopped = false;
+    const support::Progress asked = [&](double done) {
+        isStopped = isStopped || !support::Report(progress, done);
+        return !isStopped;
+    };
     CBlockReader block(text);
-    const std::optional<int64_t> allRows = block.CountRows(support::StepOf(progress, 0, kCounted));
+    const std::optional<int64_t> allRows = block.CountRows(support::StepOf(asked, 0, kCounted));
     if (!allRows)
-        return unreadable;
-    const int64_t rows = RowsWithinLimits(
-        *allRows, text, std::ranges::count_if(variables, &TypedDataBase::HasStore), valuesOfRow);
+        return isStopped ? kStoppedBeforeRows : unreadable;
+    const int64_t rows =
+        RowsWithinLimits(*allRows, text, std::ranges::count_if(variables, &TypedDataBase::HasStore));
     block.KeepRows(rows);
 
     int64_t converted = 0;
@@ -203,8 +206,9 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
         });
         for (TypedDataBase* const variable : variables)
             columns.push_back(variable->Append(static_cast<int>(rows)));
-        converted = block.Convert(columns, support::StepOf(progress, kCounted, kConverted));
+        converted = block.Convert(columns, support::StepOf(asked, kCounted, kConverted));
     }
+    // What is left out when this is stopped is made by the first picture.
     support::ForEachParallel(
         static_cast<int64_t>(variables.size()),
         [&](int /*worker*/, int64_t item) {
@@ -212,6 +216,8 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
             return true;
         },
         support::StepOf(progress, kConverted, 1));
+    if (converted < rows && isStopped)
+        return QStringLiteral("Loading was stopped after %1 of %2 sample rows").arg(converted).arg(*allRows);
     if (converted < rows)
         return unreadable;
     if (rows < *allRows)

@@ -110,12 +110,13 @@ private:
     std::vector<char> m_Buffer;
 };
 
-std::optional<int64_t> FindTextStart(const CSharedFile& file, std::string_view tagName) {
+std::optional<int64_t> FindTextStart(const CSharedFile& file, std::string_view tagName,
+                                     const support::Progress& progress) {
     const std::string opening = std::string(1, '<').append(tagName);
     CWindow window(file, kMaxTagBytes);
     for (int64_t from = 0; from < file.GetSize(); from += kPieceBytes) {
         const std::string_view text = window.Read(from);
-        if (text.find('\0') != std::string_view::npos)
+        if (text.find('\0') != std::string_view::npos || !support::Report(progress, 0))
             return std::nullopt;
         for (size_t at = text.find(opening); at < kPieceBytes; at = text.find(opening, at + 1)) {
             if (const auto length = TagLength(text.substr(at, kMaxTagBytes), opening))
@@ -184,7 +185,7 @@ std::optional<TextRange> FindPlainText(const CSharedFile& file, std::string_view
                                        const support::Progress& progress) {
     if (file.GetSize() > support::limits::kMaxFileBytesWithRowsApart)
         return std::nullopt;
-    const std::optional<int64_t> from = FindTextStart(file, element);
+    const std::optional<int64_t> from = FindTextStart(file, element, progress);
     if (!from)
         return std::nullopt;
     return CPlainTextScan(file, *from).Run(progress);
@@ -240,7 +241,7 @@ bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument
     CFileWithGap rest(*file, *range);
     XmlTagWatch watch{.element = element, .tagEnd = {}};
     QString errorOfRest;
-    const bool isLoaded = document.LoadDevice(rest, path, errorOfRest, &watch);
+    const bool isLoaded = document.LoadDevice(rest, path, errorOfRest, &watch, progress);
     if (!isLoaded && !rest.HasFailed() && !rest.IsPastTheGap()) {
         error = errorOfRest;
         return false;

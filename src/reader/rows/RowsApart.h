@@ -16,6 +16,8 @@ class CXmlDomDocument;
 // text at the start of the root's first child named `element` is plain, that child comes out empty and `rows`
 // is its text, read from the open file; otherwise `rows` is null and the text is in the document.
 //
+// A load that is asked to stop fails.
+//
 // Plain means that the parser would change no more than its line ends: printable ASCII, tabs and line ends,
 // with something other than white space among them, and without references, "]" or lone carriage returns.
 bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument& document,
