@@ -166,6 +166,10 @@ void CMainFrame::SaveTo(const QString& path) {
 }
 
 void CMainFrame::ExportTo(const QString& path) {
+    if (support::IsSameFile(m_FileSet.GetFullPath(), path)) {
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\n'%1' is the opened recording.").arg(path));
+        return;
+    }
     ExportEnd end = ExportEnd::Complete;
     bool closes = false;
     {

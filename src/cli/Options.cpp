@@ -71,7 +71,10 @@ struct OptionEntry {
 constexpr std::array kCode{
     OptionEntry{"code", "C", true,
                 [](const QString& text, Options& options) {
-                    options.accessLevel = std::max(options.accessLevel, LevelGrantedBy(text));
+                    const int level = LevelGrantedBy(text);
+                    options.accessLevel = std::max(options.accessLevel, level);
+                    if (level == 0)
+                        options.uselessCodes.append(text);
                     return true;
                 }},
 };
@@ -147,10 +150,14 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
     QCommandLineParser parser;
     for (const OptionEntry& option : command.options)
         parser.addOption({QString::fromLatin1(option.name), QString(), QStringLiteral("value")});
+    const QCommandLineOption help(QStringLiteral("h"));
+    parser.addOption(help);
     if (!parser.parse(arguments)) {
         error = parser.errorText();
         return std::nullopt;
     }
+    if (parser.isSet(help))
+        return Options{};
     const QStringList files = parser.positionalArguments();
     if (static_cast<size_t>(files.size()) != command.files.size()) {
         error = QStringLiteral("%1 takes %2 file(s), not %3")
@@ -205,7 +212,7 @@ QString UsageText() {
     for (const CommandEntry& command : kCommands)
         text += UsageOf(command);
     return text + QStringLiteral(
-                      "  tracelyn-cli --help | --version\n"
+                      "  tracelyn-cli help | -h | --help | --version\n"
                       "\n"
                       "FILE is an analysis file, .xml or .paf.\n"
                       "exit code: 0 no problems, 1 nothing read or written, 2 wrong usage,\n"
@@ -217,7 +224,9 @@ std::optional<Options> ParseOptions(const QStringList& arguments, QString& error
         error = QStringLiteral("no command given");
         return std::nullopt;
     }
-    if (arguments.contains(QStringLiteral("--help")))
+    const bool isHelp =
+        arguments.first() == QLatin1String("help") || arguments.first() == QLatin1String("-h");
+    if (isHelp || arguments.contains(QStringLiteral("--help")))
         return Options{};
     if (arguments.first() == QLatin1String("--version")) {
         Options options;

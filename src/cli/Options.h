@@ -15,6 +15,8 @@ struct Options {
     Command command = Command::Help;
     // The highest that the given codes grant.
     int accessLevel = 0;
+    // Those that grant nothing.
+    QStringList uselessCodes;
     QString input;
     QString output;
 

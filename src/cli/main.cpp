@@ -1,5 +1,6 @@
 // tracelyn-cli: what the viewer reads, shows and exports, without a window.
 #include "cli/Commands.h"
+#include "support/OutputFile.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -64,6 +65,11 @@ ExitCode Main(int argc, char** argv) {
     const auto options = ParseOptions(Arguments(argc, argv), error);
     if (!options)
         return WrongUsage(error);
+    if (support::IsSameFile(options->input, options->output))
+        return WrongUsage(
+            QStringLiteral("'%1' is the file to read, which it would replace").arg(options->output));
+    for (const QString& code : options->uselessCodes)
+        std::fprintf(stderr, "tracelyn-cli: the code '%s' grants nothing\n", code.toUtf8().constData());
     int programOnly = 1;
     const auto application = MakeApplication(*options, programOnly, argv);
     return Run(*options);

@@ -22,6 +22,7 @@ constexpr std::array kTexts{
 
 constexpr size_t kRoomForAlways = 16;
 
+constexpr QLatin1String kThereIsOne("There is 1 more problem");
 constexpr QLatin1String kThereAre("There are ");
 constexpr QLatin1String kMoreProblems(" more problems");
 constexpr size_t kMaxDigits = 20;
@@ -69,9 +70,13 @@ void CProblems::Finish() noexcept {
         return;
     std::array<char, kMaxDigits> digits;
     const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), m_nFurther).ptr;
-    m_strFurther += kThereAre;
-    m_strFurther += QLatin1String(digits.data(), end);
-    m_strFurther += kMoreProblems;
+    if (m_nFurther == 1) {
+        m_strFurther += kThereIsOne;
+    } else {
+        m_strFurther += kThereAre;
+        m_strFurther += QLatin1String(digits.data(), end);
+        m_strFurther += kMoreProblems;
+    }
     m_nFurther = 0;
     AddAlways(ResultCode::UnknownError, std::exchange(m_strFurther, {}));
 }

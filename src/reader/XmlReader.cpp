@@ -9,6 +9,7 @@
 #include "support/FixedText.h"
 #include "support/Limits.h"
 #include "support/NumberText.h"
+#include "support/ShownText.h"
 #include "xmldom/XmlDomDocument.h"
 #include "xmldom/XmlDomElement.h"
 #include "xmldom/XmlDomNode.h"
@@ -263,14 +264,13 @@ Unit CXmlReader::ReadUnit(const CXmlDomElement& element) {
 }
 
 QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribute) {
-    QString text = element.GetAttribute(attribute);
+    const QString text = element.GetAttribute(attribute);
     if (text.size() > limits::kMaxNameLength) {
         Fail(ResultCode::UnknownError, QStringLiteral("A %1 of %2 characters is cut off")
                                            .arg(QLatin1String(attribute))
                                            .arg(text.size()));
-        text.truncate(limits::kMaxNameLength);
     }
-    return text;
+    return support::CutText(text, limits::kMaxNameLength);
 }
 
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {

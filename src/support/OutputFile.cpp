@@ -6,6 +6,9 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
+#include <filesystem>
+#include <system_error>
+
 #include <algorithm>
 
 #ifdef _WIN32
@@ -20,6 +23,14 @@
 namespace support {
 
 namespace {
+
+std::filesystem::path ToFilePath(const QString& path) {
+#ifdef _WIN32
+    return QDir::toNativeSeparators(path).toStdWString();
+#else
+    return QFile::encodeName(path).toStdString();
+#endif
+}
 
 bool CopyContents(QFile& source, QFile& target, const Progress& progress = {}) {
     constexpr qint64 kPiece = 1 << 20;
@@ -97,8 +108,8 @@ Placing PlaceByLink(QTemporaryFile&, const QString&) {
 
 Placing PlaceByRename(QTemporaryFile& file, const QString& to) {
     file.close(); // an open file cannot be moved
-    const auto native = [](const QString& path) { return QDir::toNativeSeparators(path).toStdWString(); };
-    if (::MoveFileExW(native(file.fileName()).c_str(), native(to).c_str(), MOVEFILE_WRITE_THROUGH) != 0)
+    if (::MoveFileExW(ToFilePath(file.fileName()).c_str(), ToFilePath(to).c_str(), MOVEFILE_WRITE_THROUGH) !=
+        0)
         return Placing::Done;
     return ::GetLastError() == ERROR_ALREADY_EXISTS ? Placing::NameExists : Placing::Unsupported;
 }
@@ -129,6 +140,11 @@ Placing PlaceByCopy(QTemporaryFile& file, const QString& to) {
         return Placing::Done;
     target.remove();
     return Placing::Unsupported;
+}
+
+bool IsSameFile(const QString& one, const QString& other) {
+    std::error_code error;
+    return std::filesystem::equivalent(ToFilePath(one), ToFilePath(other), error);
 }
 
 bool CopyToNewFile(const QString& from, const QString& to, const Progress& progress) {

@@ -39,6 +39,10 @@ private:
     std::unique_ptr<QFileDevice> m_pDevice;
 };
 
+// Whether both names lead to one file, be it through links or another spelling. False when either leads
+// nowhere.
+bool IsSameFile(const QString& one, const QString& other);
+
 // Copies a file with its permissions to a name that nothing has yet. `to` appears when the copy is complete,
 // and never replaces anything. False, and nothing is left behind, when something has that name, even if
 // another process made it a moment ago, when anything fails, or when the progress asks to stop.

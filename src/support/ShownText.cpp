@@ -4,12 +4,16 @@
 
 namespace support {
 
-QString ShownText(const QString& text) {
-    constexpr qsizetype kMaxLength = limits::kMaxShownLength;
-    if (text.size() <= kMaxLength)
+QString CutText(const QString& text, qsizetype most) {
+    if (text.size() <= most)
         return text;
-    const bool endsInsidePair = text[kMaxLength - 1].isHighSurrogate();
-    return text.left(kMaxLength - (endsInsidePair ? 1 : 0)) + QChar(0x2026);
+    const bool endsInsidePair = most > 0 && text[most - 1].isHighSurrogate();
+    return text.left(most - (endsInsidePair ? 1 : 0));
+}
+
+QString ShownText(const QString& text) {
+    const QString shown = CutText(text, limits::kMaxShownLength);
+    return shown.size() < text.size() ? shown + QChar(0x2026) : text;
 }
 
 } // namespace support

@@ -4,6 +4,7 @@
 #include "xmldom/LibXml.h"
 
 #include <QIODevice>
+#include <QStringDecoder>
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -14,6 +15,7 @@
 #include <cstdio>
 #include <exception>
 #include <span>
+#include <string_view>
 #include <utility>
 
 namespace Tracelyn {
@@ -255,6 +257,9 @@ int ReadDevice(void* opaque, char* buffer, int length) {
         state.Fail(xmlSAX2GetLineNumber(state.context), "The load was stopped");
         return -1;
     }
+    if (state.bytesRead == 0 &&
+        std::string_view(buffer, static_cast<size_t>(count)).starts_with("\xEF\xBB\xBF"))
+        state.context->options |= XML_PARSE_IGNORE_ENC; // the mark says more than the declaration
     state.bytesRead += count;
     return static_cast<int>(count);
 }
@@ -273,7 +278,8 @@ void InstallCallbacks(xmlParserCtxt& context, ParseState& state) {
 }
 
 QString WithoutLineEnd(const char* reason) {
-    QString text = QString::fromUtf8(reason);
+    // Leaves out a character of which the buffer had no room for the rest.
+    QString text = QStringDecoder(QStringDecoder::Utf8)(QByteArrayView(reason));
     while (text.endsWith(u'\n') || text.endsWith(u'\r'))
         text.chop(1);
     return text;

@@ -164,6 +164,24 @@ TEST_F(Files, StepsFollowTheSetAndKeepExpandedGroups) {
     }
 }
 
+TEST_F(Files, StepsShowTheWholeRecordingAndKeepTheFixedCursor) {
+    const auto screens = [this](int zooms) {
+        WindowUnderTest window({Path("bend01.paf")});
+        const auto fixed = static_cast<float>(window.Cursor());
+        window.Key(Qt::Key_Return);
+        for (int i = 0; i < zooms; ++i)
+            window.Key(Qt::Key_Up);
+        window.Key(Qt::Key_F3);
+        EXPECT_FALSE(window.IsEnabled(CommandId::ZoomOut));
+        const QImage whole = window.Screen();
+        const int column = window.Graph().GetCanvas().GetTimeAxis().WorldToPixelX(fixed);
+        EXPECT_EQ(whole.pixelColor(column, whole.height() - 2), QColor(64, 64, 128));
+        window.Key(Qt::Key_Up);
+        return std::pair(whole, window.Screen());
+    };
+    EXPECT_EQ(screens(0), screens(2)) << "the next zoom begins at 1, too";
+}
+
 TEST_F(Files, CloseEmptiesTheWindowAndKeepsTheTitle) {
     WindowUnderTest window({Path("bend01.paf")});
     window.Choose(CommandId::FileClose);
@@ -205,6 +223,17 @@ TEST_F(Files, SaveExportsForACsvName) {
     EXPECT_EQ(Read(upper), Read(Path("bend01.paf"))) << "only csv exports";
     EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("no/such/x.csv")), kCreated)
         << "also where nothing could be opened";
+}
+
+TEST_F(Files, SaveNeverPutsATableInThePlaceOfTheRecording) {
+    WindowUnderTest window({Path("bend01.paf")});
+    const QString link = Path("link.csv");
+    ASSERT_TRUE(QFile::link(Path("bend01.paf"), link));
+    const std::string refused = "stop|Tracelyn|File not exported.\n'@' is the opened recording.";
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("bend01.paf")), refused);
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("./bend01.paf")), refused);
+    EXPECT_EQ(Say(window, CommandId::FileSave, link), refused);
+    EXPECT_TRUE(Read(Path("bend01.paf")) == Read(SAMPLES_DIR "/bend01.paf"));
 }
 
 TEST_F(Files, SaveSaysWhenItCannotWrite) {

@@ -50,6 +50,8 @@ TEST_F(Cli, TellsWhyItFailed) {
 
 TEST_F(Cli, TellsItsUsageAndItsVersion) {
     EXPECT_EQ(Run({"--help"}).out.find("usage:\n"), 0U);
-    EXPECT_EQ(Run({"info", "no.xml", "--help"}), Run({"--help"}));
+    for (const QStringList& arguments :
+         {QStringList{"-h"}, {"help"}, {"info", "no.xml", "--help"}, {"csv", "-h"}, {"help", "csv"}})
+        EXPECT_EQ(Run(arguments), Run({"--help"})) << arguments.join(' ').toStdString();
     EXPECT_EQ(Run({"--version"}), (Outcome{0, "tracelyn-cli 2.3.16\n", ""}));
 }

@@ -1,6 +1,8 @@
 // What goes in and out of the tool as files.
 #include "CliTesting.h"
 
+#include <filesystem>
+
 TEST_F(Cli, CsvWritesScaledValuesAlsoOverAnExistingFile) {
     const QString out = Write("out.csv", QByteArray(100'000, 'x'));
     EXPECT_EQ(Run({"csv", TestData("eight_types.xml"), out}), (Outcome{0, "", ""}));
@@ -20,6 +22,31 @@ TEST_F(Cli, WritesNothingWhenNothingCouldBeRead) {
         EXPECT_EQ(outcome.code, 1);
         EXPECT_EQ(outcome.err.find("ERROR: Xml Parse error: "), 0U) << outcome.err;
         EXPECT_EQ(Read(existing), "as it was");
+    }
+}
+
+TEST_F(Cli, NeverReplacesTheFileItReads) {
+    for (const char* const sample : {"bend.xml", "bend01.paf"}) {
+        const QByteArray content = Read(Sample(sample));
+        const QString file = Write(sample, content);
+        const QString hardLink = Path("hard");
+        const QString link = Path("link");
+        std::filesystem::create_hard_link(file.toStdString(), hardLink.toStdString());
+        std::filesystem::create_symlink(file.toStdString(), link.toStdString());
+        const QStringList before = Entries();
+        for (const char* const command : {"csv", "render", file.endsWith("xml") ? "pack" : "expand"}) {
+            for (const QString& target : {file, Path("./" + QString(sample)), hardLink, link}) {
+                const Outcome outcome = Run({command, file, target});
+                EXPECT_EQ(outcome.code, 2) << command;
+                EXPECT_EQ(
+                    outcome.err.find("tracelyn-cli: '" + target.toStdString() + "' is the file to read"), 0U)
+                    << outcome.err;
+                EXPECT_EQ(Entries(), before);
+                EXPECT_TRUE(Read(file) == content && Read(target) == content);
+            }
+        }
+        QFile::remove(hardLink);
+        QFile::remove(link);
     }
 }
 

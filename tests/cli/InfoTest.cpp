@@ -54,4 +54,18 @@ TEST_F(Cli, InfoShowsWhatTheHighestCodeGrants) {
     EXPECT_TRUE(shows({"--code", "60418"}, "Pressure"));
     EXPECT_FALSE(shows({"--code=83206", "--code=60418"}, "Encoder"));
     EXPECT_TRUE(shows({"--code=47195", "--code=60418"}, "Encoder"));
+    const QString file = TestData("eight_types.xml");
+    EXPECT_EQ(
+        Run({"info", "--code=3", "--code=60418", "--code=", file}),
+        (Outcome{0, Run({"info", "--code=60418", file}).out,
+                 "tracelyn-cli: the code '3' grants nothing\ntracelyn-cli: the code '' grants nothing\n"}));
+}
+
+TEST_F(Cli, InfoCutsALongNameBetweenTwoCharacters) {
+    QByteArray document = Read(TestData("eight_types.xml"));
+    const QByteArray begin(4999, 'x');
+    document.replace("Description=\"Speed\"", "Description=\"" + begin + "\U0001F527\"");
+    const Outcome outcome = Run({"info", Write("long.xml", document)});
+    EXPECT_NE(outcome.out.find(("\"name\": \"" + begin + "\"").toStdString()), std::string::npos);
+    EXPECT_EQ(outcome.err, "ERROR: Unknown error: A Description of 5001 characters is cut off\n");
 }

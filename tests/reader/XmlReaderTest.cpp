@@ -231,7 +231,7 @@ TEST(XmlReader, ReservesNothingForMoreSamplesThanTheTextCanJustify) {
 
 TEST(XmlReader, KeepsTheFirstThousandProblemsAndCountsTheRest) {
     for (const auto& [bad, last] : {std::pair{1000, "Invalid node name: Bad"},
-                                    {1001, "Unknown error: There are 1 more problems"},
+                                    {1001, "Unknown error: There is 1 more problem"},
                                     {40'000, "Unknown error: There are 39000 more problems"}}) {
         const Reading reading(Document(QByteArray("<Bad/>").repeated(bad), "<Group Name='A'/>"));
         EXPECT_EQ(std::ranges::count(reading.problems, ';'), bad == 1000 ? 999 : 1000);

@@ -4,6 +4,9 @@
 
 namespace {
 
+// The byte order mark of UTF-8, which says more than what is declared behind it.
+const QByteArray kMark = "\xEF\xBB\xBF";
+
 QByteArray Declared(const char* encoding, const QByteArray& text) {
     return QByteArray("<?xml version='1.0' encoding='") + encoding + "'?>\n<r a='" + text + "'>" + text +
            "</r>";
@@ -30,9 +33,11 @@ TEST(XmlEncoding, ReadsEveryEncoding) {
     const QByteArray plain = "<r a='" + text + "'>" + text + "</r>";
     using Converter = QStringConverter;
     for (const QByteArray& bytes :
-         {plain, "\xEF\xBB\xBF" + plain, Declared("utf-8", text), Utf16(Converter::Utf16LE, plain),
+         {plain, kMark + plain, Declared("utf-8", text), Utf16(Converter::Utf16LE, plain),
           Utf16(Converter::Utf16BE, plain), Utf16(Converter::Utf16LE, Declared("UTF-16", text)),
-          Utf16(Converter::Utf16BE, Declared("UTF-16", text))})
+          Utf16(Converter::Utf16BE, Declared("UTF-16", text)), kMark + Declared("utf-8", text),
+          kMark + Declared("ISO-8859-1", text), kMark + Declared("UTF-16", text),
+          kMark + Declared("none", text)})
         ExpectText(bytes, QString::fromUtf8("Kör€\U0001F527<"));
     ExpectText(Declared("ISO-8859-1", "\xE4\xB0\xFF"), QString::fromUtf8("ä°ÿ"));
     ExpectText(Declared("US-ASCII", "plain&#xE4;"), QString::fromUtf8("plainä"));
