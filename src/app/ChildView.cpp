@@ -12,7 +12,6 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -259,12 +258,7 @@ PixelRect CChildView::GetClientRect() const {
 }
 
 void CChildView::Invalidate(const PixelRect& area, Contents contents) {
-    QRect rect = area.ToQRect();
-    // Between whole scale factors a pixel of the picture ends inside one of the screen.
-    const double scale = viewport()->devicePixelRatioF();
-    if (scale != std::floor(scale))
-        rect.adjust(-1, -1, 1, 1);
-    rect &= viewport()->rect();
+    const QRect rect = area.ToQRect() & viewport()->rect();
     m_Invalid.Add(rect, contents);
     viewport()->update(rect);
 }
