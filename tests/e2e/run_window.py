@@ -10,6 +10,7 @@ import tempfile
 import time
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
 from desktop import SCREEN, Desktop
 from viewer import Checks, Failed, Tool, Viewer
 

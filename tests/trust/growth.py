@@ -22,6 +22,7 @@ import threading
 import time
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "fuzz"))
 from hostile import CONTAINERS, DOCUMENTS, MB
 
 COMMANDS = {"info": lambda file: ["info", file], "render": lambda file: ["render", file, "/dev/null"],

@@ -15,6 +15,7 @@ import sys
 import tempfile
 import time
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "fuzz"))
 from hostile import with_columns
 
 OLD = b"what was there before\n"

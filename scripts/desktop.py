@@ -1,10 +1,15 @@
-"""An X display of its own: synthetic keys and mouse, window titles, and screenshots read from its frame buffer."""
+"""An X display of its own: synthetic keys and mouse, window titles, and screenshots read from its frame buffer.
+
+    desktop.py COMMAND [ARGUMENT]...    runs the command with the display as its DISPLAY and gives its exit code
+"""
 import ctypes
 import mmap
 import os
 import signal
 import struct
 import subprocess
+import sys
+import tempfile
 import time
 from dataclasses import dataclass
 from pathlib import Path
@@ -118,3 +123,14 @@ class Desktop:
         message.data[0] = x11.XInternAtom(display, b"WM_DELETE_WINDOW", False)
         x11.XSendEvent(display, ctypes.c_ulong(int(window)), False, ctypes.c_long(0), ctypes.byref(message))
         x11.XCloseDisplay(display)
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    with tempfile.TemporaryDirectory() as folder, Desktop(Path(folder)) as desktop:
+        return subprocess.run(sys.argv[1:], env=os.environ | {"DISPLAY": desktop.name}, check=False).returncode
+
+
+if __name__ == "__main__":
+    sys.exit(main())
