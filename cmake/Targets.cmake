@@ -29,13 +29,14 @@ function(tracelyn_library name)
 endfunction()
 
 # tracelyn_test(NAME SOURCES a.cpp... LINKS target...)
+# A test that needs a Qt application object brings a main function of its own.
 function(tracelyn_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
         TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data" SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples")
-    target_link_libraries(${name} PRIVATE ${ARG_LINKS} tracelyn_options GTest::gtest)
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} tracelyn_options GTest::gtest GTest::gtest_main)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;UBSAN_OPTIONS=print_stacktrace=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")

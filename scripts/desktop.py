@@ -44,9 +44,6 @@ class Picture:
     def pixel(self, x, y):
         return self.rgb[3 * (y * self.width + x):][:3]
 
-    def row(self, y):
-        return self.rgb[3 * y * self.width:3 * (y + 1) * self.width]
-
     def column(self, x):
         return [self.pixel(x, y) for y in range(self.height)]
 

@@ -65,19 +65,6 @@ TEST_F(Files, OpenLoadsTheFileAndShowsItsNameEverywhere) {
     EXPECT_TRUE(window.View().IsDataLoaded()) << "cancelling changes nothing";
 }
 
-TEST_F(Files, OpenFindsNamesInAnyCaseAndWithAnyCharacters) {
-    for (const char* const name : {"RUN05.PAF", "Bänder %1 \U0001F600 n.paf", "a[*]b.paf"}) {
-        WindowUnderTest window;
-        Open(window, Copy("bend01.paf", name));
-        EXPECT_TRUE(window.View().IsDataLoaded()) << name;
-    }
-    WindowUnderTest window;
-    Open(window, Path("RUN05.PAF"));
-    EXPECT_EQ(PaneText(window), "run 05");
-    Open(window, Path("a[*]b.paf"));
-    EXPECT_EQ(PaneText(window), "a[*]b (new)");
-}
-
 TEST_F(Files, OpenReportsEveryProblemBeforeTheTitleChangesAndShowsWhatWasRead) {
     WindowUnderTest window;
     QString titleDuringBox;

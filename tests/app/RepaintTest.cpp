@@ -1,26 +1,7 @@
 // What the window shows after partial repaints, and how little it paints for them.
 #include "WindowTesting.h"
 
-#include <QPaintEvent>
-
 namespace {
-
-// The pixels that a widget paints.
-class PaintCounter : public QObject {
-public:
-    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
-
-    int64_t area = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            for (const QRect& rect : static_cast<QPaintEvent*>(event)->region())
-                area += int64_t{rect.width()} * rect.height();
-        }
-        return QObject::eventFilter(watched, event);
-    }
-};
 
 struct WindowRepaint : ::testing::Test, WindowUnderTest {
     WindowRepaint() : WindowUnderTest({"47195", SAMPLES_DIR "/bend04.paf"}) {}

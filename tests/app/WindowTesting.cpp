@@ -1,6 +1,7 @@
 #include "WindowTesting.h"
 
 #include <QApplication>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
@@ -76,6 +77,15 @@ SampleFolder::SampleFolder() {
 QString SampleFolder::Copy(const QString& sample, const QString& name) const {
     EXPECT_TRUE(QFile::copy(SAMPLES_DIR "/" + sample, Path(name)));
     return Path(name);
+}
+
+bool PaintCounter::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        ++paints;
+        for (const QRect& rect : static_cast<QPaintEvent*>(event)->region())
+            area += int64_t{rect.width()} * rect.height();
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 namespace {

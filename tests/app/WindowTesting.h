@@ -83,6 +83,18 @@ public:
     QString Copy(const QString& sample, const QString& name) const;
 };
 
+// How often and how much of it a widget has painted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+
+    int paints = 0;
+    int64_t area = 0; // in pixels
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
 // Where the text begins in what the widget shows, in pixels; -1 when the text is not to be seen there. "&"
 // stands before an underlined letter.
 int PaintedAt(QWidget& widget, const QString& text);

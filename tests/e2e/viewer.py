@@ -69,7 +69,7 @@ class Tool:
 class Viewer:
     """A run of the viewer in a home and a temporary folder of its own."""
 
-    def __init__(self, bench, *arguments, scale=None):
+    def __init__(self, bench, *arguments):
         self.bench, self.desktop, self.checks = bench, bench.desktop, bench.checks
         self.folder = bench.new_folder("viewer")
         environment = {name: os.environ[name] for name in os.environ if name == "PATH" or name.endswith("SAN_OPTIONS")}
@@ -78,8 +78,6 @@ class Viewer:
         for variable in ("HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"):
             (self.folder / variable).mkdir(mode=0o700)
             environment[variable] = str(self.folder / variable)
-        if scale:
-            environment["QT_SCALE_FACTOR"] = str(scale)
         with open(self.folder / "errors", "wb") as errors:
             self.process = subprocess.Popen([bench.binary, *map(str, arguments)], env=environment, stderr=errors)
         # What the window should show, as options of the tool.

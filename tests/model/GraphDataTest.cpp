@@ -37,12 +37,6 @@ TEST(Selection, StepsAndCountsAmongTheGroupsShownAsGraph) {
             EXPECT_EQ(Letters(data), row[i + 1]) << row[0] << " " << i;
         }
     }
-    for (const auto& [number, letters] : {std::pair{2, "CgnB"}, {3, "Cgnb"}}) {
-        CGraphData data;
-        AddGroups(data, "CGnB");
-        EXPECT_EQ(data.SelectGroupByNumber(number), number == 2);
-        EXPECT_EQ(Letters(data), letters);
-    }
 }
 
 TEST(ExpandedStates, AreRememberedByNameAndOnlyZeroCollapses) {

@@ -1,4 +1,4 @@
-// The mapping between world and pixels, the visible range, and the clickable rectangles.
+// The mapping between world and pixels, and the zoom.
 #include "render/Canvas.h"
 #include "Testing.h"
 
@@ -26,18 +26,6 @@ TEST(Mapping, GivesTheNearestSampleOfAPixelAndOneEdgeForNoRange) {
     EXPECT_EQ(std::pair(noPixels.PixelToIndex(12), noPixels.GetSamplesPerPixel()), std::pair(7, 1));
 }
 
-TEST(VisibleExtent, IsMovedIntoTheFullExtentOrWidenedToIt) {
-    using Case = std::array<float, 4>;
-    for (const auto& [from, to, shownFrom, shownTo] :
-         {Case{200, 300, 200, 300}, Case{-50, 50, 0, 100}, Case{950, 1050, 900, 1000},
-          Case{-10, 1200, 0, 1000}, Case{0, 1000, 0, 1000}, Case{300, 300, 300, 300}}) {
-        CCanvas canvas;
-        canvas.SetWorld({0, 0, 1000, 80});
-        canvas.SetVisible({from, 0, to, 80});
-        EXPECT_EQ(canvas.GetVisible(), (WorldRect{shownFrom, 0, shownTo, 80})) << from;
-    }
-}
-
 TEST(Zoom, KeepsTheFactorWithinItsBoundsAndSaysWhatIsPossible) {
     CCanvas canvas;
     canvas.SetWorld({0, 0, 1000, 80});
@@ -49,25 +37,6 @@ TEST(Zoom, KeepsTheFactorWithinItsBoundsAndSaysWhatIsPossible) {
         EXPECT_EQ(canvas.GetZoom(), kept);
         EXPECT_EQ(std::pair(canvas.CanZoomIn(), canvas.CanZoomOut()), std::pair(in, out)) << factor;
     }
-    for (const float centre : {500.0F, 0.0F}) {
-        canvas.Zoom(4, centre);
-        const float from = centre == 0 ? 0 : 375;
-        EXPECT_EQ(canvas.GetVisible(), (WorldRect{from, 0, from + 250, 80}));
-    }
-}
-
-TEST(ScreenRects, AreHitInOrderWithInclusiveBounds) {
-    CCanvas canvas;
-    canvas.AddScreenRect(GroupNameRect("#Value#"), 10, 10, 20, 20);
-    canvas.AddScreenRect(kValueRect, 20, 20, 30, 30);
-    canvas.AddScreenRect(kValueRect, 50, 50, 60, 60);
-    EXPECT_EQ(canvas.HitTest(20, 20)->key, GroupNameRect("#Value#"));
-    EXPECT_EQ(canvas.HitTest(30, 30)->key, kValueRect);
-    EXPECT_EQ(canvas.HitTest(9, 10), nullptr);
-    EXPECT_EQ(canvas.FindScreenRect(kValueRect)->left, 20);
-    std::vector<SCREENRECT> values;
-    canvas.CollectScreenRects(kValueRect, values);
-    EXPECT_EQ(values.size(), 2U);
-    canvas.ClearScreenRects();
-    EXPECT_EQ(canvas.FindScreenRect(kValueRect), nullptr);
+    canvas.Zoom(4, 0);
+    EXPECT_EQ(canvas.GetVisible(), (WorldRect{0, 0, 250, 80}));
 }

@@ -72,22 +72,6 @@ TEST_F(Layout, SharesTheClientHeight) {
     }
 }
 
-TEST_F(Layout, SurvivesAbsurdRatios) {
-    for (const int ratio : {INT32_MAX, INT32_MIN, -5, 6, INT32_MAX}) {
-        CGraphDataGroup& group = AddGroup("g");
-        group.m_nSizeRatio = ratio;
-        AddSignals(group);
-    }
-    for (int i = 0; i < 4000; ++i)
-        AddGroup("g").m_nSizeRatio = i % 2 == 0 ? INT32_MAX : INT32_MIN + 2;
-    LayOut();
-    int top = 0;
-    for (const auto& group : Groups()) {
-        EXPECT_GE(group->m_nHeight, 12);
-        EXPECT_GE(group->m_nTop, std::exchange(top, group->m_nTop));
-    }
-}
-
 // Ratios that double the missing room with every band, up to the largest band, and then meet it with the
 // smallest number divided by minus one.
 TEST_F(Layout, SurvivesRoomMissingBeyondAllNumbers) {
@@ -104,6 +88,9 @@ TEST_F(Layout, SurvivesRoomMissingBeyondAllNumbers) {
     EXPECT_EQ(Groups()[8399]->m_nHeight, 1 << 20) << "or no room is missing";
     EXPECT_EQ(Groups()[ratios.size() - 2]->m_nHeight, 12);
     EXPECT_EQ(Groups().back()->m_nHeight, 12);
+    int top = 0;
+    for (const auto& group : Groups())
+        EXPECT_GE(group->m_nTop, std::exchange(top, group->m_nTop));
 }
 
 TEST_F(Layout, OfTheConsoleCountsLinesAndMeasuresTheWidestTexts) {
@@ -118,9 +105,6 @@ TEST_F(Layout, OfTheConsoleCountsLinesAndMeasuresTheWidestTexts) {
         graph.GetData(), [](const QString& text) { return 10 * static_cast<int>(text.size()); });
     EXPECT_EQ(Groups()[0]->m_nConsoleLines, 2);
     EXPECT_EQ(Groups()[1]->m_nConsoleLines, 2 + 1 + 1);
-    EXPECT_EQ(console.widestName, 90);
-    EXPECT_EQ(console.widestUnit, 40);
-    EXPECT_EQ(console.numberWidth, 110);
     EXPECT_EQ(console.width, 40 + 4 + 2 + 110 + 90);
     EXPECT_EQ(console.height, 12 * 2 + 4 + 12 * 4);
 }

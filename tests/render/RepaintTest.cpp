@@ -90,16 +90,3 @@ TEST(PartialRepaint, AfterAFileWasOpenedDrawsThePlotsOnceInTheValueCells) {
     EXPECT_FALSE(TakeFileJustOpened());
     EXPECT_FALSE(isCellRightAfterStepTo(1011)) << "the plot beside the console was drawn for nothing";
 }
-
-// Far apart strips: what lies between them costs nothing.
-TEST(PartialRepaint, OfALongJumpLooksAtTheTwoStripsOnly) {
-    Busy data(20000);
-    const auto lines = [&] { return data.graph.GetCanvas().GetLineCount(); };
-    const int all = lines();
-    data.graph.SetCursorPosition(data.window, 9900);
-    const int step = lines();
-    data.graph.SetCursorPosition(data.window, 1000);
-    EXPECT_LT(lines(), 2 * step);
-    EXPECT_LT(4 * step, all);
-    EXPECT_EQ(data.window.GetImage(), data.Full()) << "after the jump";
-}

@@ -7,9 +7,7 @@ TEST(XmlDomElement, GivesAttributesOrTheirDefaults) {
         EXPECT_EQ(r.GetAttribute(name, "def", &found), value);
         EXPECT_EQ(found, *value == '\0');
     }
-    EXPECT_EQ(r.GetAttributeInt("A", 7), 7);
     EXPECT_EQ(r.GetAttributeFloat("A", 7), 7.0F);
-    EXPECT_TRUE(r.GetAttributeBool("A", true) && !r.GetAttributeBool("A", false));
     EXPECT_EQ(r.GetAttribute("p:q"), "ns");
     EXPECT_FALSE(r.HasAttribute("q"));
     EXPECT_EQ(r.GetAttributeRaw("a"), "ä <€");
@@ -46,15 +44,4 @@ TEST(XmlDomElement, TextIsTheFirstChildIfThatIsText) {
           Case{"<r><![CDATA[1]]></r>", ""}, Case{"<r>1<![CDATA[2]]></r>", "1"},
           Case{"<r>a&amp;b&#65;\r\nc\rd</r>", "a&bA\nc\nd"}})
         EXPECT_EQ(RootOf(xml).GetText(), expected) << xml;
-}
-
-TEST(XmlDomElement, FindsTheFirstChildElementOfAName) {
-    const CXmlDomElement r =
-        RootOf("<r><x><a n='0'/></x><!--a--><a n='1'/><a n='2'/><p:b xmlns:p='u' n='3'/></r>");
-    CXmlDomElement child;
-    ASSERT_TRUE(r.GetChildByName("a", child));
-    EXPECT_FALSE(r.GetChildByName("A", child) || r.GetChildByName("b", child));
-    EXPECT_EQ(child.GetAttributeInt("n"), 1) << "a miss leaves the wrapper as it was";
-    ASSERT_TRUE(r.GetChildByName("p:b", child));
-    EXPECT_EQ(child.GetAttributeInt("n"), 3);
 }
