@@ -125,7 +125,7 @@ TEST_F(Scratch, ManyProcessesAtTheSameMomentKeepTheirFolders) {
         ASSERT_GE(child, 0);
         if (child != 0)
             continue;
-        for (int round = 0; round < 50; ++round) {
+        for (int round = 0; round < 400; ++round) {
             const CScratchFolder folder;
             const QString file = folder.GetPath() + "file";
             if (!folder.IsValid() || !WriteTo(file) || !CScratchFolder().IsValid() || !QFile::exists(file))
