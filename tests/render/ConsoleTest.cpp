@@ -80,7 +80,7 @@ TEST_F(Console, TakesMixedRowsOneAfterTheOtherAndOverdrawsNone) {
     graph.GetData().Clear();
     // A letter a set: b for a bit that is on, s for a signal.
     for (const QString kinds : {"bsbbbsbsbsbsbsbs", "bsbsbsbsbsbsbsbs"}) {
-        CGraphDataGroup& group = AddGroup("g", DisplayType::Console);
+        CGraphDataGroup& group = AddGroup("Group", DisplayType::Console);
         for (const QChar kind : kinds)
             kind == 'b' ? AddBit(group, 100, [](int) { return true; })
                         : AddSignal(group, 100, [](int) { return 1.0; });
