@@ -209,17 +209,6 @@ TEST(XmlReader, TurnsAnExceptionIntoAResultWhicheverAllocationFails) {
     EXPECT_GT(failures, 20);
 }
 
-TEST(XmlReader, KeepsTheFirstThousandProblemsAndCountsTheRest) {
-    for (const auto& [bad, last] : {std::pair{1000, "Invalid node name: Bad"},
-                                    {1001, "Unknown error: There is 1 more problem"},
-                                    {40'000, "Unknown error: There are 39000 more problems"}}) {
-        const Reading reading(Document(QByteArray("<Bad/>").repeated(bad), "<Group Name='A'/>"));
-        EXPECT_EQ(std::ranges::count(reading.problems, ';'), bad == 1000 ? 999 : 1000);
-        EXPECT_EQ(reading.problems.substr(reading.problems.rfind("; ") + 2), last);
-        EXPECT_EQ(reading.data.GetGroups().size(), 2U);
-    }
-}
-
 TEST(XmlReader, ShowsOnlyTheBeginningOfLongDetails) {
     const QByteArray longName(500'000, 'x');
     const std::string shown = std::string(400, 'x') + "\u2026";
