@@ -5,6 +5,11 @@ add_library(tracelyn_options INTERFACE)
 target_compile_features(tracelyn_options INTERFACE cxx_std_20)
 target_compile_options(tracelyn_options INTERFACE
     -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+# A report names files of the project, not of the machine that built it. ccache gives the compiler paths from the build
+# folder.
+cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_BINARY_DIR} OUTPUT_VARIABLE from_build)
+target_compile_options(tracelyn_options INTERFACE
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${from_build}/=)
 # What turns a fault in a released program into a stop instead of a way in.
 if(NOT WIN32)
     set(hardened $<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${TRACELYN_FUZZ}>>>)

@@ -35,6 +35,19 @@ void CTracelynCommandLineInfo::ParseParam(const QString& param, bool /*flag*/, b
     m_strFileName = param.startsWith(QLatin1String(".paf")) ? QString() : param;
 }
 
+std::optional<QString> TextForTerminal(const QStringList& arguments) {
+    if (arguments.endsWith(QStringLiteral("--version")))
+        return QStringLiteral("tracelyn " TRACELYN_VERSION "\n");
+    if (arguments.endsWith(QStringLiteral("--help")))
+        return CTracelynApp::tr("usage:\n"
+                                "  tracelyn [CODE]... [FILE]\n"
+                                "  tracelyn --help | --version\n"
+                                "\n"
+                                "FILE is an analysis file, .paf or .xml; codes show more of its signals.\n"
+                                "F1 in the window shows the keys.\n");
+    return std::nullopt;
+}
+
 CTracelynApp::CTracelynApp(CShellUi& ui) : m_Ui(ui) {}
 
 CTracelynApp::~CTracelynApp() = default;

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace Tracelyn {
 
@@ -33,6 +34,11 @@ private:
     int m_nAccessLevel = 0;
     QString m_strFileName;
 };
+
+// What the program prints instead of opening a window: when the last argument, which no file can be loaded
+// by, is
+// "--help" or "--version".
+std::optional<QString> TextForTerminal(const QStringList& arguments);
 
 class CTracelynApp : public QObject {
     Q_OBJECT

@@ -1,9 +1,5 @@
 #include "support/Assertion.h"
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
-
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -15,12 +11,6 @@ namespace {
 
 void PrintAssertion(const QString& text) {
     std::fprintf(stderr, "%s\n", text.toUtf8().constData());
-#ifdef _WIN32
-    // A window program has no terminal there.
-    if (GetConsoleWindow() == nullptr)
-        MessageBoxW(nullptr, reinterpret_cast<const wchar_t*>(text.utf16()), L"Tracelyn",
-                    MB_OK | MB_ICONERROR);
-#endif
 }
 
 AssertionReporter& CurrentReporter() {

@@ -1,5 +1,5 @@
-// The report of what stops a program: a programming error, or memory that runs out. The window program
-// replaces the reporter to show the texts; by default they go to stderr.
+// The report of what stops a program: a programming error, or memory that runs out. By default the
+// texts go to stderr; the window program installs the reporter of FaultBox.h.
 #pragma once
 
 #include <QString>
@@ -17,7 +17,7 @@ AssertionReporter SetAssertionReporter(AssertionReporter reporter);
 // Hands the text to the current reporter and returns.
 void ReportAssertion(const QString& text);
 
-// Reports the text with its place and aborts.
+// Reports the text with its place, a file below the project's folder and a line, and aborts.
 [[noreturn]] void FailAssertion(const char* text, const char* file, int line);
 
 // Nothing when `ok`; otherwise FailAssertion with the place of the caller. (The oldest system that we build

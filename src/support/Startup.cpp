@@ -7,8 +7,8 @@
 #ifdef _WIN32
 #include <QLibrary>
 #include <windows.h>
-#elif defined(__linux__)
-#include <pthread.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
 #endif
 
 #include <algorithm>
@@ -37,8 +37,6 @@ void NameMainThread() {
     if (const auto setDescription = reinterpret_cast<SetDescription>(
             QLibrary::resolve(QStringLiteral("kernel32"), "SetThreadDescription")))
         setDescription(::GetCurrentThread(), L"<main>");
-#elif defined(__linux__)
-    ::pthread_setname_np(::pthread_self(), "<main>");
 #endif
 }
 
@@ -90,6 +88,21 @@ std::string ProcessCommandLine([[maybe_unused]] int argc, [[maybe_unused]] const
 #endif
 }
 
+QStringList ProcessArguments([[maybe_unused]] int argc, [[maybe_unused]] const char* const* argv) {
+    QStringList arguments;
+#ifdef _WIN32
+    int count = 0;
+    wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    for (int i = 1; i < count; ++i)
+        arguments += QString::fromWCharArray(wide[i]);
+    ::LocalFree(wide);
+#else
+    for (int i = 1; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+#endif
+    return arguments;
+}
+
 double GetFpuSelfTestResult() {
     return g_fpuSelfTestResult;
 }
@@ -99,7 +112,7 @@ int RunMain(std::string_view commandLine, const MainFunction& mainFunction, doub
         ReportAssertion(QStringLiteral("FPU error"));
         return -1;
     }
-    SplitCommandLine(commandLine); // the main function takes its arguments from the toolkit
+    SplitCommandLine(commandLine); // counts; the main function has ProcessArguments
     NameMainThread();
     return mainFunction();
 }

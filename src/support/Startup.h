@@ -1,6 +1,8 @@
-// How a program starts: its command line as one narrow (UTF-8) text, the floating-point self-test, and the
-// main function under the name "<main>".
+// How a program starts: its command line as one narrow (UTF-8) text and as arguments, the floating-point
+// self-test, and the main function.
 #pragma once
+
+#include <QStringList>
 
 #include <functional>
 #include <string>
@@ -23,14 +25,19 @@ std::string JoinArguments(int argc, const char* const* argv);
 // is not UTF-8), argv joined elsewhere.
 std::string ProcessCommandLine(int argc, const char* const* argv);
 
+// Every argument after the program's name, as the user typed it: a toolkit's application object takes those
+// out that it knows.
+QStringList ProcessArguments(int argc, const char* const* argv);
+
 using MainFunction = std::function<int()>;
 
 // What the self-test computed before main began; exactly 1.0 on a working floating-point unit.
 double GetFpuSelfTestResult();
 
 // Reports "FPU error" and returns -1 when fpuResult is not exactly 1.0. Otherwise splits the command line,
-// which fails on too many arguments, names the calling thread "<main>", runs mainFunction on it and returns
-// its result.
+// which fails on too many arguments, runs mainFunction on the calling thread and returns its result. On
+// Windows the thread's name is "<main>" then. On Linux the main thread keeps its name, which is the one of
+// the process: ps and top would call the program "<main>".
 int RunMain(std::string_view commandLine, const MainFunction& mainFunction,
             double fpuResult = GetFpuSelfTestResult());
 

@@ -53,4 +53,13 @@ bool IsTerminal(std::FILE* stream) {
 
 #endif
 
+void PrintToTerminal(const QString& text) {
+#ifdef _WIN32
+    if (::GetStdHandle(STD_OUTPUT_HANDLE) == nullptr && ::AttachConsole(ATTACH_PARENT_PROCESS) != 0)
+        static_cast<void>(std::freopen("CONOUT$", "w", stdout));
+#endif
+    std::fputs(text.toUtf8().constData(), stdout);
+    std::fflush(stdout);
+}
+
 } // namespace support

@@ -2,6 +2,8 @@
 // terminal.
 #pragma once
 
+#include <QString>
+
 #include <cstdio>
 
 namespace support {
@@ -20,5 +22,9 @@ LockKeys ReadLockKeys(void* x11Display);
 
 // True when the stream is shown on a terminal, false when it goes into a file or to another program.
 bool IsTerminal(std::FILE* stream);
+
+// Prints on the standard output. On Windows a program with a window has none of its own: the text goes to the
+// terminal from which it was started, if there is one.
+void PrintToTerminal(const QString& text);
 
 } // namespace support

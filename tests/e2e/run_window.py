@@ -5,6 +5,8 @@
 """
 import itertools
 import shutil
+import signal
+import subprocess
 import sys
 import tempfile
 import time
@@ -96,6 +98,23 @@ def empty_window(bench):
     viewer = bench.measure_margins()
     viewer.menu("f", "x")
     viewer.expect_exit("File > Exit")
+
+
+def command_line(bench):
+    viewer = bench.start("-style", "-platform", bench.sample(1))
+    viewer.find_main(f"{bench.name(1)}- bend 01")
+    viewer.shows("no argument is the toolkit's", file=bench.sample(1))
+    process = Path(f"/proc/{viewer.process.pid}/comm").read_text()
+    bench.checks.check(f"the process is called {process}", process == "tracelyn\n")
+    viewer = bench.start(*range(11))
+    viewer.find("Tracelyn", "a box for eleven arguments")
+    bench.checks.check("before the end", viewer.process.poll() is None)
+    viewer.answer("Tracelyn", "Return")
+    bench.checks.expect("which then comes", lambda: viewer.process.poll() == -signal.SIGABRT)
+    bench.checks.check(f"a place in the project: {viewer.errors()}", "])), src/support/" in viewer.errors())
+    for option, begin in (("--version", "tracelyn "), ("--help", "usage:")):
+        run = subprocess.run([bench.binary, option], env={}, capture_output=True, text=True, timeout=30)
+        bench.checks.check(f"{option} prints", run.returncode == 0 and run.stdout.startswith(begin))
 
 
 def keys(bench):
@@ -234,7 +253,7 @@ def resizing(bench):
     viewer.expect_exit("closing the window")
 
 
-SCENARIOS = [empty_window, keys, mouse, scroll_bar, file_set, saving, opening, resizing]
+SCENARIOS = [empty_window, command_line, keys, mouse, scroll_bar, file_set, saving, opening, resizing]
 
 
 def main():
