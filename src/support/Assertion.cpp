@@ -41,9 +41,9 @@ void ReportAssertion(const QString& text) {
     CurrentReporter()(text);
 }
 
-void FailAssertion(const char* text, const char* file, int line) {
+void FailAssertion(const char* text, const char* path, int line) {
     ReportAssertion(QStringLiteral("%1, %2:%3")
-                        .arg(QString::fromUtf8(text), QString::fromUtf8(file), QString::number(line)));
+                        .arg(QString::fromUtf8(text), QString::fromUtf8(path), QString::number(line)));
     std::abort();
 }
 

@@ -17,15 +17,15 @@ AssertionReporter SetAssertionReporter(AssertionReporter reporter);
 // Hands the text to the current reporter and returns.
 void ReportAssertion(const QString& text);
 
-// Reports the text with its place, a file below the project's folder and a line, and aborts.
-[[noreturn]] void FailAssertion(const char* text, const char* file, int line);
+// Reports the text with its place, a path below the project's folder and a line, and aborts.
+[[noreturn]] void FailAssertion(const char* text, const char* path, int line);
 
 // Nothing when `ok`; otherwise FailAssertion with the place of the caller. (The oldest system that we build
 // on has checking tools that do not know std::source_location.)
-inline void Assert(bool ok, const char* text, const char* file = __builtin_FILE(),
+inline void Assert(bool ok, const char* text, const char* path = __builtin_FILE(),
                    int line = __builtin_LINE()) {
     if (!ok)
-        FailAssertion(text, file, line);
+        FailAssertion(text, path, line);
 }
 
 // Reports "out of memory allocating <size in hexadecimal> bytes" and throws std::bad_alloc. Works with little
