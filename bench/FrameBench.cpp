@@ -1,4 +1,4 @@
-// Frames: the first after a load, those after zooming and scrolling, and what a cursor step repaints.
+// A load, and frames: the first after it, those after zooming and scrolling, and what a cursor step repaints.
 #include "Recording.h"
 #include "StripWindow.h"
 
@@ -10,6 +10,12 @@ namespace {
 
 constexpr QSize kSize(1280, 720);
 constexpr int kShape = 10'000;
+
+void Load(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state)
+        LoadAgain();
+}
+BENCHMARK(Load)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // The given frame after a load of the recording, the first being number 0.
 void FrameAfterLoad(benchmark::State& state, int number) {

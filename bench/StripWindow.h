@@ -26,20 +26,20 @@ public:
     void Invalidate(const PixelRect& area, Contents contents) override {
         m_Invalid.Add(area.ToQRect() & QRect(QPoint(), m_Size), contents);
     }
-    void Invalidate() override { m_Invalid = PaintArea(QRect(QPoint(), m_Size)); }
+    void Invalidate() override { m_Invalid = CPaintArea(QRect(QPoint(), m_Size)); }
     void UpdateNow() override { PaintInvalid(); }
     void SetScrollBar(const ScrollBarState& /*state*/) override {}
 
-    void PaintAll() { Paint(PaintArea(QRect(QPoint(), m_Size))); }
+    void PaintAll() { Paint(CPaintArea(QRect(QPoint(), m_Size))); }
     void PaintInvalid() { Paint(std::exchange(m_Invalid, {})); }
     // What is not painted again stays wrong.
     void Spoil() { m_Image.fill(Qt::magenta); }
 
     const QImage& GetImage() const { return m_Image; }
-    const PaintArea& GetInvalid() const { return m_Invalid; }
+    const CPaintArea& GetInvalid() const { return m_Invalid; }
 
 private:
-    void Paint(const PaintArea& area) {
+    void Paint(const CPaintArea& area) {
         m_Invalid = {};
         if (area.IsEmpty())
             return;
@@ -53,7 +53,7 @@ private:
     CGraph& m_Graph;
     QSize m_Size;
     QImage m_Image;
-    PaintArea m_Invalid;
+    CPaintArea m_Invalid;
 };
 
 } // namespace Tracelyn

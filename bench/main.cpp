@@ -26,7 +26,9 @@ const BenchOptions& Options() {
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
+#ifndef Q_OS_WIN // which has no fonts without a display
     qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
     const QGuiApplication application(argc, argv);
     for (const QString& argument : QGuiApplication::arguments().mid(1)) {
         if (const QString file = ValueOf(argument, "file"); !file.isEmpty())

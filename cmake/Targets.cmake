@@ -11,11 +11,14 @@ cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_BINARY_DIR}
 target_compile_options(tracelyn_options INTERFACE
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${from_build}/=)
 # What turns a fault in a released program into a stop instead of a way in.
-if(NOT WIN32)
-    set(hardened $<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${TRACELYN_FUZZ}>>>)
-    target_compile_options(tracelyn_options INTERFACE
-        $<${hardened}:-fstack-protector-strong> $<${hardened}:-U_FORTIFY_SOURCE> $<${hardened}:-D_FORTIFY_SOURCE=2>
-        $<${hardened}:-D_GLIBCXX_ASSERTIONS>)
+set(hardened $<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${TRACELYN_FUZZ}>>>)
+target_compile_options(tracelyn_options INTERFACE
+    $<${hardened}:-fstack-protector-strong> $<${hardened}:-U_FORTIFY_SOURCE> $<${hardened}:-D_FORTIFY_SOURCE=2>
+    $<${hardened}:-D_GLIBCXX_ASSERTIONS>)
+if(WIN32)
+    target_link_options(tracelyn_options INTERFACE
+        -fstack-protector-strong -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+else()
     target_link_options(tracelyn_options INTERFACE $<${hardened}:-Wl,-z,relro,-z,now>)
 endif()
 target_compile_definitions(tracelyn_options INTERFACE
@@ -33,6 +36,11 @@ function(tracelyn_library name)
     target_compile_options(${name} PRIVATE -fno-semantic-interposition)
 endfunction()
 
+# How a test program names files of the machine that builds it: for a Windows program they are on a drive.
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+    set(TRACELYN_TEST_DRIVE "Z:")
+endif()
+
 # tracelyn_test(NAME SOURCES a.cpp... LINKS target...)
 # A test that needs a Qt application object brings a main function of its own.
 function(tracelyn_test name)
@@ -40,8 +48,13 @@ function(tracelyn_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
-        TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data" SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples")
+        TEST_DATA_DIR="${TRACELYN_TEST_DRIVE}${PROJECT_SOURCE_DIR}/tests/data"
+        SAMPLES_DIR="${TRACELYN_TEST_DRIVE}${PROJECT_SOURCE_DIR}/samples")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} tracelyn_options GTest::gtest GTest::gtest_main)
+    # A static Qt brings the screen's platform alone.
+    if(TARGET Qt6::QOffscreenIntegrationPlugin AND ARG_LINKS MATCHES "app|render")
+        qt_import_plugins(${name} INCLUDE Qt6::QOffscreenIntegrationPlugin Qt6::QWindowsIntegrationPlugin)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;UBSAN_OPTIONS=print_stacktrace=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")

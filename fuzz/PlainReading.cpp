@@ -1,5 +1,7 @@
 #include "PlainReading.h"
 
+#include "PlainNumbers.h"
+
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
 #include "xmldom/XmlDomDocument.h"
@@ -75,7 +77,7 @@ std::vector<Row> RowsOf(const CXmlDomElement& root) {
 
 double Sample(const std::string& field, const QString& type) {
     if (type == u"Float")
-        return static_cast<float>(std::strtod(field.c_str(), nullptr));
+        return PlainFloat(field);
     const long value =
         std::clamp<long>(std::strtol(field.c_str(), nullptr, 10), std::numeric_limits<int32_t>::min(),
                          std::numeric_limits<int32_t>::max());

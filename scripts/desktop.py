@@ -60,6 +60,8 @@ class Desktop:
 
     def __init__(self, folder: Path):
         self._folder = folder
+        # Titles of windows that are none of the program's.
+        self.uncounted = set()
 
     def __enter__(self):
         read_end, write_end = os.pipe()
@@ -100,11 +102,20 @@ class Desktop:
     def windows(self):
         """The visible windows: {title: window}."""
         visible = self.input("search", "--onlyvisible", "--name", ".").split()
-        return {self.input("getwindowname", window).rstrip("\n"): window for window in visible}
+        titles = {self.input("getwindowname", window).rstrip("\n"): window for window in visible}
+        return {title: window for title, window in titles.items() if title not in self.uncounted}
+
+    def _geometry(self, window, *names):
+        values = dict(line.split("=") for line in self.input("getwindowgeometry", "--shell", window).split())
+        return tuple(int(values[name]) for name in names)
 
     def size(self, window):
-        values = dict(line.split("=") for line in self.input("getwindowgeometry", "--shell", window).split())
-        return int(values["WIDTH"]), int(values["HEIGHT"])
+        return self._geometry(window, "WIDTH", "HEIGHT")
+
+    def move_to_corner(self, window):
+        """To the upper left one, where a window is without a window manager unless it chooses another place."""
+        if self._geometry(window, "X", "Y") != (0, 0):
+            self.input("windowmove", "--sync", window, 0, 0)
 
     def focus(self, window):
         self.input("windowfocus", window)

@@ -14,6 +14,7 @@
 #include <bit>
 #include <climits>
 #include <cmath>
+#include <filesystem>
 #include <functional>
 #include <initializer_list>
 #include <limits>
@@ -56,3 +57,15 @@ public:
 private:
     const QTemporaryDir m_Folder;
 };
+
+// Makes another way to a file: a symbolic link, or on Windows, where only some users may make those, a second
+// name.
+inline bool LinkTo(const QString& file, const QString& link) {
+#ifdef Q_OS_WIN
+    std::error_code error;
+    std::filesystem::create_hard_link(file.toStdWString(), link.toStdWString(), error);
+    return !error;
+#else
+    return QFile::link(file, link);
+#endif
+}

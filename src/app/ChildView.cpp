@@ -192,10 +192,10 @@ void CChildView::ToggleGroupByDigit(int digit) {
 }
 
 void CChildView::paintEvent(QPaintEvent* event) {
-    PaintArea area = std::exchange(m_Invalid, {});
+    CPaintArea area = std::exchange(m_Invalid, {});
     // When more is asked for than was marked, the window has lost pixels, and contents are drawn everywhere.
     if (event->region() != area.GetRegion())
-        area = PaintArea(event->region());
+        area = CPaintArea(event->region());
     QPainter painter(viewport());
     if (m_bLoading)
         m_Graph.DrawBackground(painter, event->region());
@@ -264,7 +264,7 @@ void CChildView::Invalidate(const PixelRect& area, Contents contents) {
 }
 
 void CChildView::Invalidate() {
-    m_Invalid = PaintArea(viewport()->rect());
+    m_Invalid = CPaintArea(viewport()->rect());
     viewport()->update();
 }
 

@@ -71,7 +71,7 @@ private:
     QBasicTimer m_Timer;
     bool m_bLoading = false;
     // What was marked and not painted yet.
-    PaintArea m_Invalid;
+    CPaintArea m_Invalid;
 };
 
 } // namespace Tracelyn

@@ -15,15 +15,15 @@ namespace {
 constexpr int kMaxDigits = 2;
 
 #ifdef Q_OS_WIN
-constexpr bool kDirectoryIsLowered = true;
+constexpr bool kIsDirectoryLowered = true;
 constexpr QStringView kDirectoryEnds = u"/\\:";
 #else
-constexpr bool kDirectoryIsLowered = false;
+constexpr bool kIsDirectoryLowered = false;
 constexpr QStringView kDirectoryEnds = u"/";
 #endif
 
 struct SplitPath {
-    QString directory;
+    QString directory; // as given
     QString baseName;
     uint32_t number = CFileSetDescriptor::kNoNumber;
     QString extension;
@@ -38,7 +38,7 @@ SplitPath Split(const QString& path) {
     const auto end =
         std::find_if(path.crbegin(), path.crend(), [](QChar c) { return kDirectoryEnds.contains(c); });
     const qsizetype nameStart = std::distance(end, path.crend());
-    parts.directory = kDirectoryIsLowered ? path.left(nameStart).toLower() : path.left(nameStart);
+    parts.directory = path.left(nameStart);
 
     const QString name = path.mid(nameStart).toLower();
     const qsizetype dot = name.lastIndexOf(u'.');
@@ -57,6 +57,12 @@ SplitPath Split(const QString& path) {
     return parts;
 }
 
+// A directory with a letter whose small form is written differently has no other name than its own.
+QString KeptDirectory(const QString& given) {
+    const QString lowered = given.toLower();
+    return kIsDirectoryLowered && (given.isEmpty() || QDir(lowered).exists()) ? lowered : given;
+}
+
 QString NumberText(uint32_t number) {
     return QStringLiteral("%1").arg(number, kMaxDigits, 10, QLatin1Char('0'));
 }
@@ -71,7 +77,7 @@ QStringList FilesIn(const QString& directory) {
 bool CFileSetDescriptor::SetFile(const QString& path) {
     const SplitPath parts = Split(path);
     m_nNumber = parts.number;
-    m_strDirectory = parts.directory;
+    m_strDirectory = KeptDirectory(parts.directory);
     m_strBaseName = parts.baseName;
     m_strExtension = parts.extension;
     m_strGivenName = path.mid(parts.directory.size());

@@ -67,13 +67,23 @@ QString ExtensionOf(const QString& nameFilter, const QList<FileFilter>& filters)
     return shown == filters.end() ? QString() : ExtensionOf(*shown);
 }
 
-// Adds the extension unless the path ends in one of the program's own. (The toolkit takes whatever follows a
-// dot for an extension, so that "run.v2-05" would stay without one.)
-QString WithExtension(const QString& path, const QString& extension) {
+// Whether the path ends in one of the program's own extensions.
+bool IsComplete(const QString& path) {
     static const QStringList kKnown{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
-    const bool isComplete =
-        extension.isEmpty() || kKnown.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
-    return isComplete ? path : path + QLatin1Char('.') + extension;
+    return kKnown.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+// Adds the extension unless the path is complete. (The toolkit takes whatever follows a dot for an extension,
+// so that "run.v2-05" would stay without one.)
+QString WithExtension(const QString& path, const QString& extension) {
+    return extension.isEmpty() || IsComplete(path) ? path : path + QLatin1Char('.') + extension;
+}
+
+// Whether a dialog has added the extension to a complete path. Some systems' dialogs do so with every
+// extension that they do not know.
+bool IsAdded(const QString& path, const QString& extension) {
+    return !extension.isEmpty() && path.endsWith(u'.' + extension) &&
+           IsComplete(path.chopped(extension.size() + 1));
 }
 
 // True when the box offers to skip the rest and the user does.
@@ -110,11 +120,14 @@ public:
         header.setSectionResizeMode(0, QHeaderView::Stretch);
     }
 
+    // Whether it is the system's own dialog.
+    bool IsOfSystem() const { return m_pList == nullptr; }
+
 protected:
     // A file can be saved in an existing folder only.
     void accept() override {
         const QStringList files = selectedFiles();
-        if (m_pList == nullptr || acceptMode() == AcceptOpen || files.isEmpty() ||
+        if (IsOfSystem() || acceptMode() == AcceptOpen || files.isEmpty() ||
             QFileInfo(files.constFirst()).absoluteDir().exists()) {
             QFileDialog::accept();
             return;
@@ -126,7 +139,7 @@ protected:
     }
 
 private:
-    // Null while the system's own dialog is in use.
+    // Null in the system's own dialog.
     QTreeView* m_pList;
 };
 
@@ -139,8 +152,9 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    if (!request.title.isEmpty())
-        dialog.setWindowTitle(request.title);
+    // Without a title of ours, some systems show none.
+    const QString usual = mode == QFileDialog::AcceptOpen ? QObject::tr("Open") : QObject::tr("Save As");
+    dialog.setWindowTitle(request.title.isEmpty() ? usual : request.title);
     QStringList nameFilters;
     std::ranges::transform(request.filters, std::back_inserter(nameFilters), NameFilterOf);
     dialog.setNameFilters(nameFilters);
@@ -157,8 +171,12 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QString path = dialog.selectedFiles().constFirst();
+    if (mode == QFileDialog::AcceptOpen)
+        return QDir::toNativeSeparators(path);
     const QString extension = ExtensionOf(dialog.selectedNameFilter(), request.filters);
-    return QDir::toNativeSeparators(mode == QFileDialog::AcceptSave ? WithExtension(path, extension) : path);
+    const bool isAdded = dialog.IsOfSystem() && IsAdded(path, extension);
+    return QDir::toNativeSeparators(isAdded ? path.chopped(extension.size() + 1)
+                                            : WithExtension(path, extension));
 }
 
 } // namespace

@@ -27,7 +27,7 @@ struct FileFilter {
 };
 
 struct FileRequest {
-    // Empty for the platform's own title.
+    // Empty for the usual one: "Open" or "Save As".
     QString title;
     // The first one is chosen when the dialog opens.
     QList<FileFilter> filters;

@@ -12,12 +12,13 @@ namespace Tracelyn {
 
 namespace {
 
-bool IsSwitchCharacter(QChar c) {
+bool IsSwitch(const QString& argument) {
 #ifdef Q_OS_WIN
-    return c == u'-' || c == u'/';
-#else
-    return c == u'-';
+    // Two slashes begin the path of a file on another machine.
+    if (argument.startsWith(u'/') && !argument.startsWith(u"//"))
+        return true;
 #endif
+    return argument.startsWith(u'-');
 }
 
 } // namespace
@@ -25,7 +26,7 @@ bool IsSwitchCharacter(QChar c) {
 void CTracelynCommandLineInfo::ParseCommandLine(const QStringList& arguments) {
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString& argument = arguments.at(i);
-        const bool flag = !argument.isEmpty() && IsSwitchCharacter(argument.front());
+        const bool flag = IsSwitch(argument);
         ParseParam(flag ? argument.mid(1) : argument, flag, i + 1 == arguments.size());
     }
 }

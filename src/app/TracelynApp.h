@@ -18,7 +18,7 @@ class CShellUi;
 class CTracelynCommandLineInfo {
 public:
     // Hands each argument (the program's name is not one of them) to ParseParam in order, without a leading
-    // switch character: "-", and where paths do not begin with it also "/".
+    // switch character: "-", and where paths do not begin with one also a single "/".
     void ParseCommandLine(const QStringList& arguments);
 
     // An access code raises the level. Every argument becomes the file name, a code included, so that the
@@ -35,9 +35,8 @@ private:
     QString m_strFileName;
 };
 
-// What the program prints instead of opening a window: when the last argument, which no file can be loaded
-// by, is
-// "--help" or "--version".
+// What the program prints instead of opening a window, when the last argument is "--help" or "--version": no
+// file can be loaded by these names.
 std::optional<QString> TextForTerminal(const QStringList& arguments);
 
 class CTracelynApp : public QObject {

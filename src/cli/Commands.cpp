@@ -5,6 +5,7 @@
 #include "reader/container/zip.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
+#include "support/Interrupt.h"
 #include "support/OutputFile.h"
 #include "support/UserDevices.h"
 
@@ -26,12 +27,18 @@ QString WithoutLineEnd(QString text) {
     return text;
 }
 
+bool MayGoOn(double /*done*/) {
+    return !support::IsInterrupted();
+}
+
 ExitCode CopyToOutput(const QString& from, const QString& to) {
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly))
         return Fail(QStringLiteral("Cannot read file: %1").arg(from));
     support::COutputFile output(to);
     while (output.IsOpen() && !source.atEnd()) {
+        if (support::IsInterrupted())
+            return ExitCode::Failed;
         const QByteArray chunk = source.read(kCopyChunk);
         if (chunk.isEmpty())
             return FailToWrite(to, source.errorString());
@@ -61,12 +68,11 @@ ExitCode FailToExpand(const QString& path, ExpandProblem problem) {
 
 Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
     CProgressLine line(stderr);
-    support::Progress progress;
-    if (support::IsTerminal(stderr))
-        progress = [&line](double done) {
+    const auto progress = [&line, isShown = support::IsTerminal(stderr)](double done) {
+        if (isShown)
             line.Show(done);
-            return true; // Ctrl+C stops the tool
-        };
+        return MayGoOn(done);
+    };
     return LoadAnalysis(options.input, options.accessLevel, data, progress);
 }
 
@@ -89,6 +95,8 @@ std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
     const QFileInfo input(options.input);
     const bool isReadable = input.isFile() && input.isReadable();
     const Analysis analysis = LoadShowingProgress(options, data);
+    if (support::IsInterrupted())
+        return std::nullopt;
     switch (analysis.status) {
     case LoadStatus::Read:
         break;
@@ -138,8 +146,14 @@ ExitCode RunCsv(const Options& options) {
     try {
         CCsvFile file;
         file.Open(output.GetDevice());
-        if (ExportCsv(data, file) == ExportEnd::TooLarge)
+        switch (ExportCsv(data, file, MayGoOn)) {
+        case ExportEnd::Complete:
+            break;
+        case ExportEnd::Stopped:
+            return ExitCode::Failed;
+        case ExportEnd::TooLarge:
             return FailToWrite(options.output, QStringLiteral("the table would be too large"));
+        }
         file.Close();
     } catch (const CFileException&) {
         return FailToWrite(options.output, output.GetErrorText());
@@ -158,7 +172,9 @@ ExitCode RunPack(const Options& options) {
         return FailToWrite(options.output, output.GetErrorText());
     CZip zip;
     zip.AddFileAs(options.input, AnalysisEntryName());
-    const bool packed = zip.Pack(output.GetDevice());
+    const bool packed = zip.Pack(output.GetDevice(), MayGoOn);
+    if (support::IsInterrupted())
+        return ExitCode::Failed;
     if (output.GetDevice().error() != QFileDevice::NoError)
         return FailToWrite(options.output, output.GetErrorText());
     if (!packed)
@@ -167,7 +183,9 @@ ExitCode RunPack(const Options& options) {
 }
 
 ExitCode RunExpand(const Options& options) {
-    const CExpandedAnalysis expanded(options.input);
+    const CExpandedAnalysis expanded(options.input, MayGoOn);
+    if (support::IsInterrupted())
+        return ExitCode::Failed;
     if (!expanded.IsExpanded() || !QFile::exists(expanded.GetPath()))
         return FailToExpand(options.input, expanded.GetProblem());
     return CopyToOutput(expanded.GetPath(), options.output);

@@ -1,5 +1,5 @@
 // The tool's commands. Each writes its problems to the error output and returns what the tool's exit code
-// tells its caller.
+// tells its caller. Interrupted by Ctrl+C, each returns soon, writes no output and says nothing.
 #pragma once
 
 #include "cli/Options.h"
@@ -28,7 +28,7 @@ ExitCode RunExpand(const Options& options);
 // The rest is shared by the commands.
 
 // Reads the input that the options name, with a progress line on a terminal. Empty, with the reason printed,
-// when nothing could be read at all; problems inside the file are results.
+// when nothing could be read at all; problems inside the file are results. Empty, too, when interrupted.
 std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
 void PrintError(const QString& text);
 // Prints why nothing was read or written and returns ExitCode::Failed.

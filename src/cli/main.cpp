@@ -1,6 +1,8 @@
 // tracelyn-cli: what the viewer reads, shows and exports, without a window.
 #include "cli/Commands.h"
+#include "support/Interrupt.h"
 #include "support/OutputFile.h"
+#include "support/UserDevices.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -52,11 +54,14 @@ QStringList Arguments(int argc, char** argv) {
     return QCoreApplication::arguments().mid(1);
 }
 
-// Drawing needs a QGuiApplication for its fonts, but no display.
+// Drawing needs a QGuiApplication for its fonts, but no display. On Windows the toolkit's platform without a
+// display has no fonts, and the usual one is always there.
 std::unique_ptr<QCoreApplication> MakeApplication(const Options& options, int& argc, char** argv) {
     if (options.command != Command::Render)
         return std::make_unique<QCoreApplication>(argc, argv);
+#ifndef Q_OS_WIN
     qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
@@ -81,8 +86,13 @@ ExitCode Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     Tracelyn::g_printMessage = qInstallMessageHandler(Tracelyn::PrintMessage);
+    support::PassBytesOn();
+    support::CatchInterrupts();
     try {
-        return static_cast<int>(Tracelyn::Main(argc, argv));
+        const auto code = static_cast<int>(Tracelyn::Main(argc, argv));
+        if (support::IsInterrupted())
+            support::EndInterrupted();
+        return code;
     } catch (const std::bad_alloc&) {
         Tracelyn::PrintError(QStringLiteral("Out of memory"));
     } catch (const std::exception& exception) {

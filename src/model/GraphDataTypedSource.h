@@ -122,7 +122,7 @@ private:
 
     UninitializedVector<T> m_Values;
     int m_nCount = 0;
-    mutable MinMaxIndex<Sample> m_Index;
+    mutable CMinMaxIndex<Sample> m_Index;
 };
 
 } // namespace Tracelyn

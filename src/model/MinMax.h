@@ -75,7 +75,7 @@ struct Extreme {
 // Keeps the extremes of every whole block of the samples it has seen, of blocks of blocks and so on; what it
 // finds is exact. T is the type that samples read as.
 template <class T, size_t kBlock = 256>
-class MinMaxIndex {
+class CMinMaxIndex {
 public:
     // Takes in what was appended to the samples since the last call; earlier samples must not have changed.
     void Extend(std::span<const T> samples) {

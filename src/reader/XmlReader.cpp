@@ -47,11 +47,11 @@ DisplayType ReadDisplayType(const CXmlDomElement& element, bool graphDefault, bo
 
 } // namespace
 
-ColorRef AutomaticColors::NextOrdinary() {
+ColorRef CAutomaticColors::NextOrdinary() {
     return kOrdinaryColors[m_nOrdinary++ % kOrdinaryColors.size()];
 }
 
-ColorRef AutomaticColors::NextBinary() {
+ColorRef CAutomaticColors::NextBinary() {
     return kBinaryColors[m_nBinary++ % kBinaryColors.size()];
 }
 
@@ -73,7 +73,7 @@ bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
 }
 
 CXmlReader::CXmlReader() {
-    TypedDataRegistry::Instance().Clear();
+    CTypedDataRegistry::Instance().Clear();
 }
 
 void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {

@@ -21,7 +21,7 @@ class TypedDataBase;
 struct Unit;
 
 // The colours that lines get when the file names none: one palette for on/off signals and one for all others.
-class AutomaticColors {
+class CAutomaticColors {
 public:
     // Each group begins again with the first colours.
     void Restart() { *this = {}; }
@@ -83,7 +83,7 @@ private:
     // The first variable of each name. No QHash: it ends the program when memory runs out.
     std::map<QString, TypedDataBase*> m_VariablesByName;
     QString m_strAnalysisName;
-    AutomaticColors m_Colors;
+    CAutomaticColors m_Colors;
 };
 
 } // namespace Tracelyn

@@ -24,12 +24,12 @@ CGraphDataSet& BinaryData::CreateSet() {
     return GetOwner().Make<CGraphDataBinarySet>(GetDescription(), GetSource());
 }
 
-TypedDataRegistry& TypedDataRegistry::Instance() {
-    static TypedDataRegistry registry;
+CTypedDataRegistry& CTypedDataRegistry::Instance() {
+    static CTypedDataRegistry registry;
     return registry;
 }
 
-TypedDataBase& TypedDataRegistry::Add(std::unique_ptr<TypedDataBase> variable) {
+TypedDataBase& CTypedDataRegistry::Add(std::unique_ptr<TypedDataBase> variable) {
     m_Variables.push_back(std::move(variable));
     return *m_Variables.back();
 }
@@ -62,7 +62,7 @@ constexpr std::array kTypes{
 TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner) {
     for (const TypeEntry& type : kTypes) {
         if (typeName == QLatin1String(type.name))
-            return &TypedDataRegistry::Instance().Add(type.make(owner));
+            return &CTypedDataRegistry::Instance().Add(type.make(owner));
     }
     return nullptr;
 }

@@ -145,9 +145,9 @@ public:
 
 // Owns the variables of the file that was read last, for the whole process. The signals of the loaded model
 // point into it, so the model is cleared before the next reader is constructed.
-class TypedDataRegistry {
+class CTypedDataRegistry {
 public:
-    static TypedDataRegistry& Instance();
+    static CTypedDataRegistry& Instance();
 
     TypedDataBase& Add(std::unique_ptr<TypedDataBase> variable);
     void Clear() { m_Variables.clear(); }

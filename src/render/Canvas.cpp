@@ -9,7 +9,7 @@ namespace Tracelyn {
 
 namespace {
 
-constexpr int kNoPixel = Mapping::kNoPixel;
+constexpr int kNoPixel = CMapping::kNoPixel;
 
 // Moves the request [r1, r2] into the full range [f1, f2]; a request that is wider becomes the full range.
 void ClampRange(float f1, float f2, float& r1, float& r2) {

@@ -65,12 +65,12 @@ public:
     bool CanZoomIn() const { return m_bCanZoomIn; }
     bool CanZoomOut() const { return m_bCanZoomOut; }
     // The mapping of what is drawn now.
-    const Mapping& GetMapping() const { return m_Mapping; }
+    const CMapping& GetMapping() const { return m_Mapping; }
     int WorldToPixelX(float x) const { return m_Mapping.WorldToPixelX(x); }
     int WorldToPixelY(float y) const { return m_Mapping.WorldToPixelY(y); }
     // The visible extent over the client area of the last frame, whatever was drawn after it: where a sample
     // is on the screen, and which sample is under the mouse.
-    Mapping GetTimeAxis() const { return {m_Pixels, m_Visible}; }
+    CMapping GetTimeAxis() const { return {m_Pixels, m_Visible}; }
 
     // Drawing in world coordinates with the painter's pen and brush. Lines leave their end point out; a
     // coordinate that is not a number draws nothing.
@@ -105,7 +105,7 @@ private:
     bool m_bCanZoomOut = false;
     std::vector<SCREENRECT> m_ScreenRects;
     // Of the frame that is being drawn.
-    Mapping m_Mapping;
+    CMapping m_Mapping;
     int m_nPenX = 0;
     int m_nPenY = 0;
     int m_nLines = 0;

@@ -32,7 +32,7 @@ struct SampleWalk {
     int step;
 };
 
-SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const ColumnRange& columns) {
+SampleWalk WalkFor(const CMapping& mapping, const PixelRect& client, const ColumnRange& columns) {
     const int step = mapping.GetSamplesPerPixel();
     const int64_t first =
         std::clamp<int64_t>(mapping.PixelToIndex(client.left - kOverlap), 0, kLargestIndex - kMinimumSpan);
@@ -45,9 +45,9 @@ SampleWalk WalkFor(const Mapping& mapping, const PixelRect& client, const Column
 }
 
 // Reads the samples of a walk some at a time.
-class SampleCursor {
+class CSampleCursor {
 public:
-    SampleCursor(const CGraphDataSet& set, const SampleWalk& walk)
+    CSampleCursor(const CGraphDataSet& set, const SampleWalk& walk)
         : m_Set(set), m_Walk(walk), m_nIndex(walk.from) {}
 
     int64_t GetIndex() const { return m_nIndex; }
@@ -84,7 +84,7 @@ float World(int64_t index) {
 
 // Runs of equal values become one horizontal line, every change one sloped line.
 void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
-    SampleCursor samples(set, walk);
+    CSampleCursor samples(set, walk);
     int64_t index = samples.GetIndex();
     double previous = samples.Take();
     canvas.MoveTo(World(index), static_cast<float>(previous));
@@ -111,7 +111,7 @@ void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk)
 void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
     canvas.MoveTo(World(walk.from), 0.5F);
     canvas.LineTo(World(walk.last), 0.5F);
-    SampleCursor samples(set, walk);
+    CSampleCursor samples(set, walk);
     const int64_t half = walk.step / 2;
     const auto isOn = [](double value) { return value >= 0.5; };
     std::optional<int64_t> onSince;

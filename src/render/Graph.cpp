@@ -26,7 +26,7 @@ bool TakeFileJustOpened() {
     return std::exchange(g_bFileJustOpened, false);
 }
 
-void CGraph::Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area) {
+void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& area) {
     const PixelRect client = window.GetClientRect();
     if (!m_Font)
         m_Font.emplace();

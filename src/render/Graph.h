@@ -68,7 +68,7 @@ public:
     int GetLastIndex() const { return m_nLastIndex; }
 
     // Draws one frame. Beyond the area it may draw some pixels more, which the painter must cut off.
-    void Draw(CGraphWindow& window, QPainter& painter, const PaintArea& area);
+    void Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& area);
 
     // Draws the picture of an empty model, without a look at the model.
     void DrawBackground(QPainter& painter, const QRegion& region) const;

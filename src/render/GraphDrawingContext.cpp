@@ -37,7 +37,7 @@ const ColorScheme& ColorScheme::Light() {
 }
 
 CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
-                                           const PaintArea& area, const CGraphData& data, bool dark)
+                                           const CPaintArea& area, const CGraphData& data, bool dark)
     : m_Data(data), m_Client(client), m_Area(area),
       m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()),
       m_Painter(painter, font, area.GetRegion()) {

@@ -35,19 +35,19 @@ struct ColorScheme {
 // Lives for one frame and borrows the painter, the font and the model.
 class CGraphDrawingContext {
 public:
-    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client, const PaintArea& area,
+    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client, const CPaintArea& area,
                          const CGraphData& data, bool dark);
 
     CPixelPainter& GetPainter() { return m_Painter; }
     const PixelRect& GetClient() const { return m_Client; }
-    const PaintArea& GetArea() const { return m_Area; }
+    const CPaintArea& GetArea() const { return m_Area; }
     const CGraphData& GetData() const { return m_Data; }
     const ColorScheme& GetColors() const { return m_Colors; }
 
 private:
     const CGraphData& m_Data;
     PixelRect m_Client;
-    PaintArea m_Area;
+    CPaintArea m_Area;
     const ColorScheme& m_Colors;
     CPixelPainter m_Painter;
 };

@@ -14,7 +14,7 @@ COffscreenWindow::COffscreenWindow(QSize size, double scale)
 
 const QImage& COffscreenWindow::Paint(CGraph& graph) {
     QPainter painter(&m_Image);
-    graph.Draw(*this, painter, PaintArea(GetClientRect().ToQRect()));
+    graph.Draw(*this, painter, CPaintArea(GetClientRect().ToQRect()));
     return m_Image;
 }
 

@@ -16,11 +16,11 @@ class CGraph;
 enum class Contents { Draw, Keep };
 
 // The pixels that one frame brings up to date.
-class PaintArea {
+class CPaintArea {
 public:
-    PaintArea() = default;
+    CPaintArea() = default;
     // With all contents.
-    explicit PaintArea(const QRegion& region) : m_Contents(region) {}
+    explicit CPaintArea(const QRegion& region) : m_Contents(region) {}
 
     // Contents are drawn wherever one of the regions added asks for it.
     void Add(const QRegion& region, Contents contents) {

@@ -155,7 +155,7 @@ void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, flo
 }
 
 MinMax CGroupDrawing::GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
-    const Mapping mapping(plot, m_Canvas.GetVisible());
+    const CMapping mapping(plot, m_Canvas.GetVisible());
     return set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right));
 }
 

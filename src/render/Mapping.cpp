@@ -23,21 +23,21 @@ int TruncateToInt(double value) {
     return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -kLimit, kLimit));
 }
 
-Mapping::Mapping(const PixelRect& pixels, const WorldRect& world)
+CMapping::CMapping(const PixelRect& pixels, const WorldRect& world)
     : m_Pixels(pixels), m_World(world), m_fScaleX(ScaleOf(pixels.GetWidth(), double{world.x2} - world.x1)),
       m_fScaleY(ScaleOf(pixels.GetHeight(), double{world.y2} - world.y1)) {}
 
-double Mapping::PixelToWorldX(int px) const {
+double CMapping::PixelToWorldX(int px) const {
     const int width = m_Pixels.GetWidth();
     const double worldWidth = double{m_World.x2} - m_World.x1;
     return width == 0 ? m_World.x1 : double(px) / width * worldWidth + m_World.x1;
 }
 
-int Mapping::PixelToIndex(int px) const {
+int CMapping::PixelToIndex(int px) const {
     return TruncateToInt(PixelToWorldX(px) + 0.5);
 }
 
-int Mapping::GetSamplesPerPixel() const {
+int CMapping::GetSamplesPerPixel() const {
     return std::max(1, TruncateToInt((PixelToWorldX(2) + 0.5) - (PixelToWorldX(1) + 0.5)));
 }
 

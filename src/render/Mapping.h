@@ -43,14 +43,14 @@ struct WorldRect {
 };
 
 // A pixel rectangle that shows a world rectangle, x1 at its left edge and y1 at its top.
-class Mapping {
+class CMapping {
 public:
     // The pixel of a world coordinate that is not a number.
     static constexpr int kNoPixel = std::numeric_limits<int>::min();
 
-    Mapping() = default;
+    CMapping() = default;
     // A world rectangle without width or height is shown at the left or top edge.
-    Mapping(const PixelRect& pixels, const WorldRect& world);
+    CMapping(const PixelRect& pixels, const WorldRect& world);
 
     // The pixel of a world coordinate, truncated toward zero. Far outside the pixel rectangle it saturates.
     int WorldToPixelX(float x) const { return ToPixel((x - m_World.x1) * m_fScaleX, m_Pixels.left); }

@@ -29,6 +29,16 @@ public:
     CReportingScope& operator=(const CReportingScope&) = delete;
 };
 
+[[noreturn]] void Abort() {
+#ifdef _WIN32
+    // The C library's own way would open another box.
+    constexpr int kShellsCode = 134; // what shells of other systems give for an aborted program
+    std::_Exit(kShellsCode);
+#else
+    std::abort();
+#endif
+}
+
 } // namespace
 
 AssertionReporter SetAssertionReporter(AssertionReporter reporter) {
@@ -44,7 +54,7 @@ void ReportAssertion(const QString& text) {
 void FailAssertion(const char* text, const char* path, int line) {
     ReportAssertion(QStringLiteral("%1, %2:%3")
                         .arg(QString::fromUtf8(text), QString::fromUtf8(path), QString::number(line)));
-    std::abort();
+    Abort();
 }
 
 void ReportOutOfMemory(std::size_t size) {

@@ -17,7 +17,8 @@ AssertionReporter SetAssertionReporter(AssertionReporter reporter);
 // Hands the text to the current reporter and returns.
 void ReportAssertion(const QString& text);
 
-// Reports the text with its place, a path below the project's folder and a line, and aborts.
+// Reports the text with its place, a path below the project's folder and a line, and aborts; on Windows the
+// program ends with the code 134.
 [[noreturn]] void FailAssertion(const char* text, const char* path, int line);
 
 // Nothing when `ok`; otherwise FailAssertion with the place of the caller. (The oldest system that we build

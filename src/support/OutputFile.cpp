@@ -4,15 +4,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringList>
 #include <QTemporaryFile>
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
-#include <algorithm>
-
 #ifdef _WIN32
-#include <windows.h>
+#include <io.h>
 #else
 #include <cerrno>
 #include <cstdio>
@@ -26,7 +27,10 @@ namespace {
 
 std::filesystem::path ToFilePath(const QString& path) {
 #ifdef _WIN32
-    return QDir::toNativeSeparators(path).toStdWString();
+    // The prefix allows more than 260 characters.
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    const QString prefix = QStringLiteral("\\\\?\\");
+    return (absolute.startsWith(u"\\\\") ? absolute : prefix + absolute).toStdWString();
 #else
     return QFile::encodeName(path).toStdString();
 #endif
@@ -51,11 +55,16 @@ void CopyPermissions(const QFile& source, QFile& target) {
     target.setPermissions(source.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser));
 }
 
+// Some systems remove no file that is read-only.
+void MakeRemovable(QFile& file) {
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
+
 // Puts the contents on the disk. Called before the file gets its name, so that a crash of the system never
 // leaves the name with only a part of the contents.
 bool Sync(QFile& file) {
 #ifdef _WIN32
-    return file.flush();
+    return file.flush() && ::_commit(file.handle()) == 0;
 #else
     return file.flush() && ::fdatasync(file.handle()) == 0;
 #endif
@@ -84,10 +93,37 @@ bool WriteAll(QIODevice& device, std::string_view bytes) {
     return true;
 }
 
-COutputFile::COutputFile(const QString& path) {
+bool IsDeviceName(const QString& name) {
+    static const QStringList devices{
+        QStringLiteral("CON"),    QStringLiteral("PRN"),     QStringLiteral("AUX"),   QStringLiteral("NUL"),
+        QStringLiteral("CONIN$"), QStringLiteral("CONOUT$"), QStringLiteral("CLOCK$")};
+    const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
+    const bool isPort = stem.size() == 4 &&
+                        (stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT"))) &&
+                        QStringLiteral("0123456789\u00b9\u00b2\u00b3").contains(stem.back());
+    return isPort || devices.contains(stem);
+}
+
+namespace {
+
+// The name by which to open the device or pipe that the path leads to; nothing when it leads to a file or
+// nowhere.
+std::optional<QString> DevicePath(const QString& path) {
+#ifdef _WIN32
+    // The toolkit would make a file of that name in the current folder.
+    if (IsDeviceName(path))
+        return QStringLiteral("\\\\.\\") + path.section(u'.', 0, 0).trimmed();
+#endif
     const QFileInfo existing(path);
-    if (existing.exists() && !existing.isFile() && !existing.isDir())
-        m_pDevice = std::make_unique<QFile>(path);
+    const bool isDevice = existing.exists() && !existing.isFile() && !existing.isDir();
+    return isDevice ? std::optional(path) : std::nullopt;
+}
+
+} // namespace
+
+COutputFile::COutputFile(const QString& path) {
+    if (const auto devicePath = DevicePath(path))
+        m_pDevice = std::make_unique<QFile>(*devicePath);
     else
         m_pDevice = std::make_unique<QSaveFile>(path);
     m_pDevice->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
@@ -107,11 +143,12 @@ Placing PlaceByLink(QTemporaryFile&, const QString&) {
 }
 
 Placing PlaceByRename(QTemporaryFile& file, const QString& to) {
-    file.close(); // an open file cannot be moved
-    if (::MoveFileExW(ToFilePath(file.fileName()).c_str(), ToFilePath(to).c_str(), MOVEFILE_WRITE_THROUGH) !=
-        0)
+    // An open file cannot be moved, and only the toolkit's own call really closes this one.
+    if (file.rename(to)) {
+        file.setAutoRemove(false);
         return Placing::Done;
-    return ::GetLastError() == ERROR_ALREADY_EXISTS ? Placing::NameExists : Placing::Unsupported;
+    }
+    return QFileInfo::exists(to) ? Placing::NameExists : Placing::Unsupported;
 }
 
 #else
@@ -136,8 +173,13 @@ Placing PlaceByCopy(QTemporaryFile& file, const QString& to) {
     if (!target.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return QFileInfo::exists(to) ? Placing::NameExists : Placing::Unsupported;
     CopyPermissions(file, target);
-    if ((file.isOpen() || file.open()) && file.seek(0) && CopyContents(file, target))
+    // To open a temporary file again would make another one.
+    QFile named(file.fileName());
+    QFile& source = file.isOpen() ? file : named;
+    if ((source.isOpen() || source.open(QIODevice::ReadOnly)) && source.seek(0) &&
+        CopyContents(source, target))
         return Placing::Done;
+    MakeRemovable(target);
     target.remove();
     return Placing::Unsupported;
 }
@@ -146,6 +188,20 @@ bool IsSameFile(const QString& one, const QString& other) {
     std::error_code error;
     return std::filesystem::equivalent(ToFilePath(one), ToFilePath(other), error);
 }
+
+namespace {
+
+// Gives the finished file its name in the first way that the file system allows.
+bool Place(QTemporaryFile& file, const QString& to) {
+    for (const auto place : {PlaceByLink, PlaceByRename, PlaceByCopy}) {
+        const Placing placing = place(file, to);
+        if (placing != Placing::Unsupported)
+            return placing == Placing::Done;
+    }
+    return false;
+}
+
+} // namespace
 
 bool CopyToNewFile(const QString& from, const QString& to, const Progress& progress) {
     QFile source(from);
@@ -158,14 +214,10 @@ bool CopyToNewFile(const QString& from, const QString& to, const Progress& progr
     if (!copy.open() || !CopyContents(source, copy, progress))
         return false;
     CopyPermissions(source, copy);
-    if (!Sync(copy))
-        return false;
-    for (const auto place : {PlaceByLink, PlaceByRename, PlaceByCopy}) {
-        const Placing placing = place(copy, to);
-        if (placing != Placing::Unsupported)
-            return placing == Placing::Done;
-    }
-    return false;
+    const bool isPlaced = Sync(copy) && Place(copy, to);
+    if (!isPlaced)
+        MakeRemovable(copy);
+    return isPlaced;
 }
 
 } // namespace support

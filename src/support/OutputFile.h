@@ -39,6 +39,10 @@ private:
     std::unique_ptr<QFileDevice> m_pDevice;
 };
 
+// Whether Windows takes the name of a file for one of its devices, in whatever folder the file is: "con",
+// "COM1.txt", "nul .xml" (whatever follows the first dot).
+bool IsDeviceName(const QString& name);
+
 // Whether both names lead to one file, be it through links or another spelling. False when either leads
 // nowhere.
 bool IsSameFile(const QString& one, const QString& other);

@@ -1,6 +1,8 @@
 #include "support/UserDevices.h"
 
 #ifdef _WIN32
+#include <cstdlib>
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 #else
@@ -23,6 +25,15 @@ LockKeys ReadLockKeys(void* /*x11Display*/) {
 
 bool IsTerminal(std::FILE* stream) {
     return ::_isatty(::_fileno(stream)) != 0;
+}
+
+void PassBytesOn() {
+    ::_setmode(::_fileno(stdout), _O_BINARY);
+    ::_setmode(::_fileno(stderr), _O_BINARY);
+    // The terminal is the caller's too, so it gets back what it had.
+    static const UINT before = ::GetConsoleOutputCP();
+    if (before != 0 && ::SetConsoleOutputCP(CP_UTF8) != 0)
+        std::atexit([] { ::SetConsoleOutputCP(before); });
 }
 
 #else
@@ -50,6 +61,8 @@ LockKeys ReadLockKeys(void* x11Display) {
 bool IsTerminal(std::FILE* stream) {
     return ::isatty(::fileno(stream)) != 0;
 }
+
+void PassBytesOn() {}
 
 #endif
 

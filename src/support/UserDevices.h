@@ -23,6 +23,10 @@ LockKeys ReadLockKeys(void* x11Display);
 // True when the stream is shown on a terminal, false when it goes into a file or to another program.
 bool IsTerminal(std::FILE* stream);
 
+// For a program whose output others read: from now on the standard output and the error output take bytes as
+// they are, line ends too, and a terminal shows them as UTF-8. Only Windows needs to be told.
+void PassBytesOn();
+
 // Prints on the standard output. On Windows a program with a window has none of its own: the text goes to the
 // terminal from which it was started, if there is one.
 void PrintToTerminal(const QString& text);

@@ -181,15 +181,15 @@ void KeepFirstFatalError(void* context, xmlErrorPtr error) {
 }
 
 // Errors of the library's decoders know no context; the library would print them.
-class ContextFreeErrors {
+class CContextFreeErrors {
 public:
-    explicit ContextFreeErrors(xmlParserCtxt& context)
+    explicit CContextFreeErrors(xmlParserCtxt& context)
         : m_pOldHandler(xmlStructuredError), m_pOldContext(xmlStructuredErrorContext) {
         xmlSetStructuredErrorFunc(&context, Keep);
     }
-    ContextFreeErrors(const ContextFreeErrors&) = delete;
-    ContextFreeErrors& operator=(const ContextFreeErrors&) = delete;
-    ~ContextFreeErrors() { xmlSetStructuredErrorFunc(m_pOldContext, m_pOldHandler); }
+    CContextFreeErrors(const CContextFreeErrors&) = delete;
+    CContextFreeErrors& operator=(const CContextFreeErrors&) = delete;
+    ~CContextFreeErrors() { xmlSetStructuredErrorFunc(m_pOldContext, m_pOldHandler); }
 
 private:
     static void Keep(void* context, xmlErrorPtr error) {
@@ -297,7 +297,7 @@ XmlParseResult ParseXml(QIODevice& device, const XmlParseOptions& options) {
     ParseState state{.device = device, .options = options};
     state.context = context.get();
     InstallCallbacks(*context, state);
-    const ContextFreeErrors contextFreeErrors(*context);
+    const CContextFreeErrors contextFreeErrors(*context);
     constexpr int kFlags = XML_PARSE_HUGE | XML_PARSE_NONET;
     std::shared_ptr<xmlDoc> document(
         xmlCtxtReadIO(context.get(), ReadDevice, nullptr, &state, nullptr, options.encoding, kFlags),

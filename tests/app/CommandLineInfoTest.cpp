@@ -8,7 +8,10 @@ TEST(CommandLine, GrantsTheHighestLevelAndOpensTheLastArgument) {
           Case{"47195|dir/a.paf", 3, "dir/a.paf"}, Case{"dir/a.paf|47195", 3, "47195"},
           Case{"a.paf|b c.paf", 0, "b c.paf"}, Case{"471950", 0, "471950"}, Case{"a.paf|.paf", 0, ""},
           Case{"a.paf|.pafx", 0, ""}, Case{".paf|a.paf", 0, "a.paf"}, Case{"-47195|-a.paf", 3, "a.paf"},
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+          Case{"/47195|/a.paf", 3, "a.paf"}, Case{"//server/share/a.paf", 0, "//server/share/a.paf"},
+          Case{"\\\\server\\share\\a.paf", 0, "\\\\server\\share\\a.paf"}
+#else
           Case{"/data/run05.paf", 0, "/data/run05.paf"}
 #endif
          }) {

@@ -215,7 +215,7 @@ TEST_F(Files, SaveExportsForACsvName) {
 TEST_F(Files, SaveNeverPutsATableInThePlaceOfTheRecording) {
     WindowUnderTest window({Path("bend01.paf")});
     const QString link = Path("link.csv");
-    ASSERT_TRUE(QFile::link(Path("bend01.paf"), link));
+    ASSERT_TRUE(LinkTo(Path("bend01.paf"), link));
     const std::string refused = "stop|Tracelyn|File not exported.\n'@' is the opened recording.";
     EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("bend01.paf")), refused);
     EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("./bend01.paf")), refused);

@@ -11,6 +11,15 @@ protected:
             Write(name);
     }
 
+    // The form in which a folder is kept.
+    static QString Kept(const QString& folder) {
+#ifdef Q_OS_WIN
+        return folder.toLower();
+#else
+        return folder;
+#endif
+    }
+
     CFileSetDescriptor Open(const QString& name) const {
         CFileSetDescriptor set;
         EXPECT_TRUE(set.SetFile(Path(name)));
@@ -43,7 +52,7 @@ TEST_F(FileSet, TakesANameApart) {
           Case{"\U0001F600 1.paf", "\U0001F600 |01|.paf", "\U0001F600 01.paf"}}) {
         const CFileSetDescriptor set = Open(name);
         EXPECT_EQ(set.GetBaseName() + '|' + set.GetNumberText() + '|' + set.GetExtension(), parts);
-        EXPECT_EQ(set.GetFullPath(), Path(composed)) << name;
+        EXPECT_EQ(set.GetFullPath(), Kept(Folder() + '/') + composed) << name;
     }
 }
 
@@ -84,7 +93,19 @@ TEST_F(FileSet, LooksAtTheDirectoryOnlyWhenAFileIsSet) {
     EXPECT_EQ(set.GetCount(), 0);
 }
 
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+TEST_F(FileSet, LowersTheFolderUnlessThatWouldBeAnother) {
+    ASSERT_TRUE(QDir(Folder()).mkpath("DATEN/\u0130"));
+    Create("DATEN/RUN05.PAF|DATEN/RUN06.PAF|DATEN/\u0130/\u013005.paf");
+    CFileSetDescriptor set = Open("DATEN\\RUN05.PAF");
+    EXPECT_EQ(set.GetFullPath(), Kept(Path("DATEN\\")) + "RUN05.PAF");
+    EXPECT_EQ(set.StepToNext(), 6u);
+    EXPECT_TRUE(QFile::exists(set.GetFullPath()));
+    EXPECT_EQ(Open("DATEN/\u0130/\u013005.paf").GetFullPath(), Path("DATEN/\u0130/\u013005.paf"));
+    EXPECT_TRUE(set.SetFile("C:run05.paf"));
+    EXPECT_EQ(set.GetFullPath(), "c:run05.paf");
+}
+#else
 TEST_F(FileSet, FindsFilesWithoutRegardToCaseTheChosenFirst) {
     Create("RUN05.PAF|Run06.paf|Ärger08.PAF|TWO1.paf|two1.paf|TWO01.paf|two01.paf");
     ASSERT_TRUE(QDir(Folder()).mkdir("run05.paf") && QDir(Folder()).mkdir("Daten") &&

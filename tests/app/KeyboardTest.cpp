@@ -117,7 +117,7 @@ TEST_F(Keyboard, IsTheMenusAfterATapOnAltOrF10) {
             EXPECT_FALSE(bar.grab().toImage() == plain) << "a title is highlighted";
             Key(Qt::Key_Return);
             ASSERT_NE(menu(), nullptr) << tap;
-            EXPECT_NE(PaintedAt(*menu(), "&Status Bar"), -1) << "the arrows chose the menu";
+            EXPECT_NE(PaintedAt(*menu(), "tatus Bar"), -1) << "the arrows chose the menu";
             Key(Qt::Key_2);
             Key(end);
             if (end == Qt::Key_Escape)

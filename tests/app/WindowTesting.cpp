@@ -121,14 +121,14 @@ int PaintedAt(QWidget& widget, const QString& text) {
     const QRect box = metrics.boundingRect(QString(text).remove('&'));
     const QImage shown = GrayOf(widget.grab());
     int at = -1;
-    // What is aligned to the right may begin between two pixels.
-    for (int part = 0; part < 16 && at == -1; ++part) {
+    // What is aligned to the right may begin between two pixels. Some styles have menus of another colour.
+    for (int i = 0; i < 32 && at == -1; ++i) {
         QPixmap ink(box.size());
-        ink.fill(widget.palette().color(QPalette::Window));
+        ink.fill(widget.palette().color(i % 2 == 0 ? QPalette::Window : QPalette::Base));
         QPainter painter(&ink);
         painter.setFont(widget.font());
         painter.setPen(widget.palette().color(QPalette::WindowText));
-        painter.drawText(QRectF(part / 16.0 - box.left(), -box.top() - metrics.ascent(), 1000, 1000),
+        painter.drawText(QRectF(i / 2 / 16.0 - box.left(), -box.top() - metrics.ascent(), 1000, 1000),
                          Qt::TextShowMnemonic | Qt::TextSingleLine, text);
         painter.end();
         at = Find(shown, GrayOf(ink));

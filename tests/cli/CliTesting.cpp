@@ -9,13 +9,14 @@
 #include <sys/resource.h>
 #endif
 
-Outcome Cli::Run(const QStringList& arguments, unsigned limit) const {
+Outcome Cli::Run(const QStringList& arguments, [[maybe_unused]] unsigned limit) const {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "LANG"})
         environment.remove(name);
     environment.insert("LC_ALL", "C");
-    environment.insert("TMPDIR", m_Temporary.path());
+    for (const char* name : {"TMPDIR", "TMP", "TEMP"})
+        environment.insert(name, QDir::toNativeSeparators(m_Temporary.path()));
     process.setProcessEnvironment(environment);
 #ifdef Q_OS_UNIX
     if (limit != 0) {

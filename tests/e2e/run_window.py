@@ -5,7 +5,6 @@
 """
 import itertools
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
@@ -13,7 +12,8 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
-from desktop import SCREEN, Desktop
+from desktop import Desktop
+from platforms import Native, platform_of
 from viewer import Checks, Failed, Tool, Viewer
 
 SAMPLES = Path(__file__).resolve().parents[2] / "samples"
@@ -23,9 +23,9 @@ HEADER_BOX = bytes((0, 128, 0))
 class Bench:
     """What the scenarios share: programs, display, copies of the samples in a folder with an awkward name."""
 
-    def __init__(self, binary, tool, folder: Path, desktop):
-        self.binary, self.folder, self.desktop = binary, folder, desktop
-        self.tool = Tool(tool, folder)
+    def __init__(self, binary, tool, folder: Path, desktop, platform):
+        self.binary, self.folder, self.desktop, self.platform = binary, folder, desktop, platform
+        self.tool = Tool(tool, folder, platform)
         self.checks = Checks(desktop, Path(tempfile.gettempdir()) / time.strftime("tracelyn-e2e-%Y%m%d-%H%M%S"))
         self.viewer = self.margins = None
         self._numbers = itertools.count()
@@ -104,16 +104,18 @@ def command_line(bench):
     viewer = bench.start("-style", "-platform", bench.sample(1))
     viewer.find_main(f"{bench.name(1)}- bend 01")
     viewer.shows("no argument is the toolkit's", file=bench.sample(1))
-    process = Path(f"/proc/{viewer.process.pid}/comm").read_text()
-    bench.checks.check(f"the process is called {process}", process == "tracelyn\n")
+    if isinstance(bench.platform, Native):
+        process = Path(f"/proc/{viewer.process.pid}/comm").read_text()
+        bench.checks.check(f"the process is called {process}", process == "tracelyn\n")
     viewer = bench.start(*range(11))
     viewer.find("Tracelyn", "a box for eleven arguments")
     bench.checks.check("before the end", viewer.process.poll() is None)
     viewer.answer("Tracelyn", "Return")
-    bench.checks.expect("which then comes", lambda: viewer.process.poll() == -signal.SIGABRT)
+    bench.checks.expect("which then comes", lambda: viewer.process.poll() == bench.platform.abort_code)
     bench.checks.check(f"a place in the project: {viewer.errors()}", "])), src/support/" in viewer.errors())
     for option, begin in (("--version", "tracelyn "), ("--help", "usage:")):
-        run = subprocess.run([bench.binary, option], env={}, capture_output=True, text=True, timeout=30)
+        run = subprocess.run(bench.platform.command(bench.binary, option), env=bench.platform.tool_environment() or {},
+                             capture_output=True, text=True, timeout=30)
         bench.checks.check(f"{option} prints", run.returncode == 0 and run.stdout.startswith(begin))
 
 
@@ -244,7 +246,7 @@ def opening(bench):
 
 def resizing(bench):
     viewer = bench.open_sample(1)
-    for viewer.size in ((900, 600), SCREEN, (640, 480)):
+    for viewer.size in ((900, 600), bench.platform.largest_size, (640, 480)):
         viewer.desktop.input("windowsize", viewer.main, *viewer.size)
         viewer.shows(f"resized to {viewer.size}")
     viewer.keys("Right")
@@ -260,8 +262,9 @@ def main():
     if len(sys.argv) < 3:
         sys.exit(__doc__)
     binary, tool = (Path(argument).resolve() for argument in sys.argv[1:3])
-    with tempfile.TemporaryDirectory(prefix="tracelyn-e2e-") as folder, Desktop(Path(folder)) as desktop:
-        bench = Bench(binary, tool, Path(folder), desktop)
+    with (tempfile.TemporaryDirectory(prefix="tracelyn-e2e-") as folder, Desktop(Path(folder)) as desktop,
+          platform_of(binary, desktop) as platform):
+        bench = Bench(binary, tool, Path(folder), desktop, platform)
         for scenario in SCENARIOS:
             if sys.argv[3:] and scenario.__name__ not in sys.argv[3:] and scenario is not empty_window:
                 continue

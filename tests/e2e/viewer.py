@@ -1,7 +1,6 @@
 """The two programs under test: the viewer in its window, and the tool whose pictures the window must match."""
 import functools
 import json
-import os
 import subprocess
 from pathlib import Path
 
@@ -40,12 +39,13 @@ class Checks:
 class Tool:
     """tracelyn-cli."""
 
-    def __init__(self, binary, folder: Path):
-        self._binary, self._output = binary, folder / "tool-output"
+    def __init__(self, binary, folder: Path, platform):
+        self._binary, self._output, self._platform = binary, folder / "tool-output", platform
 
     def run(self, *arguments):
-        command = [self._binary, *map(str, arguments)]
-        return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+        command = self._platform.command(self._binary, *arguments)
+        environment = self._platform.tool_environment()
+        return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, env=environment).stdout
 
     @functools.cache
     def info(self, file):
@@ -72,14 +72,9 @@ class Viewer:
     def __init__(self, bench, *arguments):
         self.bench, self.desktop, self.checks = bench, bench.desktop, bench.checks
         self.folder = bench.new_folder("viewer")
-        environment = {name: os.environ[name] for name in os.environ if name == "PATH" or name.endswith("SAN_OPTIONS")}
-        environment |= {"DISPLAY": self.desktop.name, "QT_QPA_PLATFORM": "xcb", "LC_ALL": "C.UTF-8",
-                        "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
-        for variable in ("HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"):
-            (self.folder / variable).mkdir(mode=0o700)
-            environment[variable] = str(self.folder / variable)
+        command = bench.platform.command(bench.binary, *arguments)
         with open(self.folder / "errors", "wb") as errors:
-            self.process = subprocess.Popen([bench.binary, *map(str, arguments)], env=environment, stderr=errors)
+            self.process = subprocess.Popen(command, env=bench.platform.environment(self.folder), stderr=errors)
         # What the window should show, as options of the tool.
         self.state = {}
         self.main = self.active = self.size = None
@@ -90,7 +85,9 @@ class Viewer:
 
     def find_main(self, title):
         self.find(title)
-        self.main, self.size = self.active, self.desktop.size(self.active)
+        self.main = self.active
+        self.desktop.move_to_corner(self.main)
+        self.size = self.desktop.size(self.main)
 
     def answer(self, title, key, text=""):
         """Waits for a dialog and answers it with a text and a key."""
@@ -122,7 +119,8 @@ class Viewer:
     def keys(self, *keys, text=""):
         self.desktop.focus(self.active)
         if text:
-            self.desktop.input("type", text)
+            self.desktop.input("key", "Home", "shift+End")  # not every dialog has its name selected
+            self.desktop.input("type", self.bench.platform.name(text))
         self.desktop.input("key", *keys)
 
     def menu(self, menu, *keys):

@@ -27,7 +27,7 @@ protected:
 
     template <size_t kBlock>
     static void ExpectEveryRangeAsWalked(std::span<const T> samples) {
-        MinMaxIndex<T, kBlock> index;
+        CMinMaxIndex<T, kBlock> index;
         for (const size_t known : {samples.size() / 3, samples.size()}) {
             index.Extend(samples.first(known));
             for (size_t from = 0; from < known; ++from) {
@@ -55,7 +55,7 @@ TYPED_TEST(Samples, HaveAnIndexThatAnswersEveryRangeAsAWalkAndTakesLittleMemory)
         this->template ExpectEveryRangeAsWalked<64>(samples);
     }
     const std::vector<TypeParam> many(1'000'000);
-    MinMaxIndex<TypeParam> index;
+    CMinMaxIndex<TypeParam> index;
     index.Extend(many);
     EXPECT_LE(index.GetBytes() * 20, many.size() * sizeof(TypeParam));
 }

@@ -18,11 +18,12 @@ void* operator new(size_t size) {
     return memory ? memory : throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept {
+// Inlined, they would look to the compiler as if they freed what another operator had made.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, size_t /*size*/) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, size_t /*size*/) noexcept {
     std::free(memory);
 }
 

@@ -151,7 +151,11 @@ TEST_F(Zip, RefusesNamesAndTargetsThatCouldLieElsewhere) {
     for (const QByteArray& name : QByteArray(names).replace('#', '\0').split('|'))
         EXPECT_TRUE(Refuses(Archive(Hello(name)))) << name.toStdString();
     Write("a.paf", Archive(Hello("tmpandat.bin")));
-    for (const QString& target : {QString(), QString("relative/"), Path("a.paf/")})
+    for (const QString& target : {QString(), QString("relative/"), Path("a.paf/"),
+#ifdef Q_OS_WIN
+                                  QString("\\\\server\\share\\"), QString("/windows/")
+#endif
+         })
         EXPECT_FALSE(CZip(Path("a.paf")).Expand(target, kEntry)) << target.toStdString();
 }
 

@@ -25,7 +25,7 @@ protected:
 
 TEST(Assertion, NamesItsTextAndPlaceAndStopsTheProgram) {
     support::Assert(true, "never seen");
-    EXPECT_DEATH(support::Assert(false, "p!=0"), "p!=0, tests/support/AssertionTest.cpp:[0-9]+");
+    EXPECT_DEATH(support::Assert(false, "p!=0"), "p!=0, tests/support/AssertionTest.cpp:");
 }
 
 TEST_F(Reports, TheSizeThatMemoryLacksInHexadecimal) {

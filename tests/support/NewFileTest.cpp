@@ -32,8 +32,8 @@ TEST_F(NewFile, IsAWholeCopyWithThePermissionsAndNeverAPart) {
         EXPECT_TRUE(Read(to) == content);
         EXPECT_EQ(QFile::permissions(to), QFile::permissions(from));
         EXPECT_EQ(Entries(), QStringList({"from", "Kopie ü"}));
-        QFile::remove(from);
-        QFile::remove(to);
+        for (const QString& path : {from, to}) // some systems remove no file that is read-only
+            EXPECT_TRUE(QFile::setPermissions(path, QFile::WriteOwner) && QFile::remove(path));
     }
 }
 
@@ -59,10 +59,14 @@ TEST_F(NewFile, EveryWayOfPlacingItRefusesANameThatExists) {
         {
             QTemporaryFile file(Path("XXXXXX"));
             ASSERT_TRUE(file.open() && file.write("new") == 3 && file.flush());
+#ifdef Q_OS_WIN
+            if (place == support::PlaceByLink)
+                continue; // the system moves files without it
+#endif
             EXPECT_EQ(place(file, taken), Placing::NameExists);
             EXPECT_NE(place(file, Path("dangling")), Placing::Done);
             const Placing placing = place(file, Path("free"));
-#ifdef Q_OS_LINUX
+#if defined(Q_OS_LINUX) || defined(Q_OS_WIN)
             EXPECT_EQ(placing, Placing::Done);
 #endif
             EXPECT_EQ(Read(Path("free")), placing == Placing::Done ? "new" : "no such file");

@@ -2,24 +2,25 @@
 #include "support/ScratchFolder.h"
 #include "Testing.h"
 
-#ifndef _WIN32
+#include <QCoreApplication>
+#include <QProcess>
 
-#include <csignal>
+#ifndef _WIN32
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 using support::CScratchFolder;
 using support::PrivateTemporaryFolder;
 
 namespace {
 
-unsigned ModeOf(const QString& path) {
-    struct stat status = {};
-    EXPECT_EQ(::stat(QFile::encodeName(path), &status), 0);
-    return status.st_mode & 0777U;
-}
+#ifdef _WIN32
+const char* const kVariables[] = {"TMP", "TEMP"};
+#else
+const char* const kVariables[] = {"TMPDIR"};
+#endif
 
 bool WriteTo(const QString& path) {
     QFile file(path);
@@ -29,12 +30,15 @@ bool WriteTo(const QString& path) {
 // Of the environment's temporary folder.
 class Temporary : public testing::Test, protected TestFolder {
 protected:
-    Temporary() { qputenv("TMPDIR", Folder().toUtf8()); }
-    ~Temporary() override { qputenv("TMPDIR", m_before); }
+    Temporary() { SetFolder(QDir::toNativeSeparators(Folder())); }
+    ~Temporary() override { SetFolder(m_before); }
 
-    const QByteArray m_before = qgetenv("TMPDIR");
-    const QString m_private = Path(QStringLiteral("tracelyn-%1").arg(::geteuid()));
-    const QByteArray m_path = m_private.toUtf8();
+    static void SetFolder(const QString& folder) {
+        for (const char* const variable : kVariables)
+            qputenv(variable, folder.toUtf8());
+    }
+
+    const QString m_before = qEnvironmentVariable(kVariables[0]);
 };
 
 class Scratch : public Temporary {
@@ -44,18 +48,113 @@ protected:
         return QDir(*PrivateTemporaryFolder())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
+
+    // Starts this program again, to run one of the disabled tests below with this temporary folder.
+    static void Start(QProcess& process, const char* test) {
+        const QString program = QString::fromStdString(testing::internal::GetArgvs().front());
+        process.start(program,
+                      {"--gtest_also_run_disabled_tests", QString("--gtest_filter=Child.DISABLED_") + test});
+    }
+    static int CodeOf(QProcess& process) { return process.waitForFinished(60'000) ? process.exitCode() : -1; }
+
+    int m_argc = 0;
+    QCoreApplication m_Application{m_argc, nullptr};
 };
 
 } // namespace
 
-TEST_F(Temporary, IsMadeForTheUserAloneAndFoundAgain) {
+TEST(Child, DISABLED_EndsInTheMiddle) {
+    const CScratchFolder folder;
+    QDir().mkdir(folder.GetPath() + "sub");
+    WriteTo(folder.GetPath() + "sub/file");
+    QFile::link(QDir::tempPath() + "/victim", folder.GetPath() + "link");
+    std::_Exit(7);
+}
+
+TEST(Child, DISABLED_MakesFolders) {
+    for (int round = 0; round < 200; ++round) {
+        const CScratchFolder folder;
+        const QString file = folder.GetPath() + "file";
+        ASSERT_TRUE(folder.IsValid() && WriteTo(file) && CScratchFolder().IsValid() && QFile::exists(file));
+    }
+}
+
+TEST_F(Scratch, HasANameOfItsOwnAndGoesWithItsObject) {
+    {
+        const CScratchFolder one;
+        const CScratchFolder other;
+        ASSERT_TRUE(one.IsValid() && other.IsValid());
+        EXPECT_NE(one.GetPath(), other.GetPath());
+        EXPECT_TRUE(one.GetPath().endsWith(QDir::separator()) && QDir::isAbsolutePath(one.GetPath()));
+        EXPECT_TRUE(QDir(one.GetPath()).mkpath("a/b") && WriteTo(one.GetPath() + "a/b/file"));
+        EXPECT_EQ(support::CFolderLock::Take(one.GetPath()), nullptr);
+    }
+    EXPECT_EQ(Scratches(), QStringList());
+    SetFolder(Path("nowhere"));
+    EXPECT_FALSE(CScratchFolder().IsValid());
+}
+
+TEST_F(Scratch, OfAnEndedProcessIsRemovedByTheNextAndThatOfALivingOneIsNot) {
+    const QString parent = *PrivateTemporaryFolder();
+    ASSERT_TRUE(QDir().mkpath(Path("victim")));
+    const QString victim = Write("victim/file");
+    const CScratchFolder living;
+    ASSERT_TRUE(WriteTo(living.GetPath() + "file"));
+    QProcess process;
+    Start(process, "EndsInTheMiddle");
+    ASSERT_EQ(CodeOf(process), 7);
+    // As a process leaves it that is killed before it can lock its folder.
+    ASSERT_TRUE(QDir().mkpath(parent + "tracelyn-run-1"));
+    EXPECT_EQ(QDir(parent).entryList({"tracelyn-run-*"}).size(), 3);
+    CScratchFolder::RemoveStale();
+    EXPECT_EQ(QDir(parent).entryList({"tracelyn-run-*"}).size(), 1);
+    EXPECT_TRUE(QFile::exists(living.GetPath() + "file") && QFile::exists(victim));
+}
+
+// Every process removes what is stale while others have only just made their folders.
+TEST_F(Scratch, ManyProcessesAtTheSameMomentKeepTheirFolders) {
+    std::array<QProcess, 8> children;
+    for (QProcess& child : children)
+        Start(child, "MakesFolders");
+    for (QProcess& child : children)
+        EXPECT_EQ(CodeOf(child), 0) << child.readAllStandardOutput().toStdString();
+    EXPECT_EQ(Scratches(), QStringList());
+}
+
+#ifdef _WIN32
+
+TEST_F(Temporary, IsTheUsersOwn) {
+    EXPECT_EQ(PrivateTemporaryFolder(), QDir::toNativeSeparators(Folder()) + '\\');
+}
+
+#else
+
+namespace {
+
+class PrivateFolder : public Temporary {
+protected:
+    static unsigned ModeOf(const QString& path) {
+        struct stat status = {};
+        EXPECT_EQ(::stat(QFile::encodeName(path), &status), 0);
+        return status.st_mode & 0777U;
+    }
+
+    const QString m_private = Path(QStringLiteral("tracelyn-%1").arg(::geteuid()));
+    const QByteArray m_path = m_private.toUtf8();
+};
+
+} // namespace
+
+TEST_F(PrivateFolder, IsMadeForTheUserAloneAndFoundAgain) {
     EXPECT_EQ(PrivateTemporaryFolder(), m_private + '/');
     EXPECT_EQ(ModeOf(m_private), 0700U);
-    qputenv("TMPDIR", QDir::current().relativeFilePath(Folder()).toUtf8());
+    const CScratchFolder folder;
+    EXPECT_EQ(ModeOf(folder.GetPath()), 0700U);
+    SetFolder(QDir::current().relativeFilePath(Folder()));
     EXPECT_EQ(PrivateTemporaryFolder(), m_private + '/') << "absolute also below a relative folder";
 }
 
-TEST_F(Temporary, RefusesAnythingElseUnderItsName) {
+TEST_F(PrivateFolder, RefusesAnythingElseUnderItsName) {
     ASSERT_TRUE(QDir().mkdir(m_private + "-other") && QFile::link(m_private + "-other", m_private));
     EXPECT_EQ(PrivateTemporaryFolder(), std::nullopt) << "symbolic link";
     ASSERT_TRUE(QFile::remove(m_private) && WriteTo(m_private));
@@ -72,73 +171,17 @@ TEST_F(Temporary, RefusesAnythingElseUnderItsName) {
     EXPECT_EQ(PrivateTemporaryFolder(), std::nullopt);
 }
 
-TEST_F(Scratch, IsTheOwnersAloneAndGoesWithItsObject) {
-    {
-        const CScratchFolder one;
-        const CScratchFolder other;
-        ASSERT_TRUE(one.IsValid() && other.IsValid());
-        EXPECT_NE(one.GetPath(), other.GetPath());
-        EXPECT_EQ(ModeOf(one.GetPath()), 0700U);
-        EXPECT_TRUE(QDir(one.GetPath()).mkpath("a/b") && WriteTo(one.GetPath() + "a/b/file"));
-    }
-    // No file can be opened, so none can be locked.
+TEST_F(PrivateFolder, GivesNoScratchFolderThatCannotBeLocked) {
     EXPECT_EXIT(
         {
             rlimit none{};
-            none.rlim_cur = none.rlim_max = 3;
+            none.rlim_cur = none.rlim_max = 3; // no further file can be opened
             ::setrlimit(RLIMIT_NOFILE, &none);
             std::_Exit(CScratchFolder().IsValid() ? 1 : 0);
         },
         testing::ExitedWithCode(0), "");
-    EXPECT_EQ(Scratches(), QStringList());
-    qputenv("TMPDIR", "/nowhere");
-    EXPECT_FALSE(CScratchFolder().IsValid());
-}
-
-TEST_F(Scratch, OfAKilledProcessIsRemovedByTheNextAndThatOfALivingOneIsNot) {
-    ASSERT_TRUE(QDir().mkpath(Path("victim")));
-    const QString victim = Write("victim/file");
-    const CScratchFolder living;
-    ASSERT_TRUE(WriteTo(living.GetPath() + "file"));
-    EXPECT_EXIT(
-        {
-            const CScratchFolder folder;
-            QDir().mkdir(folder.GetPath() + "sub");
-            WriteTo(folder.GetPath() + "sub/file");
-            QFile::link(Path("victim"), folder.GetPath() + "link");
-            std::raise(SIGKILL);
-        },
-        testing::KilledBySignal(SIGKILL), "");
-    // As a process leaves it that is killed before it can lock its folder.
-    ASSERT_TRUE(QDir().mkpath(*PrivateTemporaryFolder() + "tracelyn-run-1"));
-    EXPECT_EQ(Scratches().size(), 3);
-    CScratchFolder::RemoveStale();
-    EXPECT_EQ(Scratches().size(), 1);
-    EXPECT_TRUE(QFile::exists(living.GetPath() + "file") && QFile::exists(victim));
-}
-
-// Every process removes what is stale while others have only just made their folders.
-TEST_F(Scratch, ManyProcessesAtTheSameMomentKeepTheirFolders) {
-    std::array<pid_t, 8> children{};
-    for (pid_t& child : children) {
-        child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child != 0)
-            continue;
-        for (int round = 0; round < 400; ++round) {
-            const CScratchFolder folder;
-            const QString file = folder.GetPath() + "file";
-            if (!folder.IsValid() || !WriteTo(file) || !CScratchFolder().IsValid() || !QFile::exists(file))
-                std::_Exit(1);
-        }
-        std::_Exit(0);
-    }
-    for (const pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    }
-    EXPECT_EQ(Scratches(), QStringList());
+    EXPECT_EQ(QDir(m_private).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList());
 }
 
 #endif

@@ -10,6 +10,7 @@ import pathlib
 import random
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -136,10 +137,13 @@ def read_only_folder(bench):
     print("read-only folder          9 runs, with and without a file that could be written over")
 
 
-def killed(bench, runs):
+def stopped(bench, runs, how):
+    """Stops the commands at random moments; returns what was found then."""
     wholes = bench.wholes()
     counts = {"old": 0, "new": 0, "beside": 0, "temporary": 0}
     for name, command, replaces in bench.commands(bench.out / "target"):
+        if how == signal.SIGINT and name == "save":
+            continue  # no program of its own outside the window
         bench.fresh_out(replaces)
         start = time.monotonic()
         bench.run(command, check=True)
@@ -149,17 +153,28 @@ def killed(bench, runs):
             process = bench.start(command)
             process.stdin.close()
             time.sleep(random.uniform(0, duration))
-            process.kill()
-            process.wait()
+            process.send_signal(how)
+            bench.check(process.wait() in (0, -how), f"{how.name} {name}: told by the exit code {process.returncode}")
             content = target.read_bytes() if target.exists() else None
-            bench.check(content in (OLD if replaces else None, wholes[name]), f"killed {name}: the file is whole")
+            bench.check(content in (OLD if replaces else None, wholes[name]), f"{how.name} {name}: the file is whole")
             counts["new" if content == wholes[name] else "old"] += 1
             counts["beside"] += sum(1 for entry in os.listdir(bench.out) if entry != "target")
             counts["temporary"] += len(bench.left_in_temporary())
+    return counts
+
+
+def killed(bench, runs):
+    counts = stopped(bench, runs, signal.SIGKILL)
     bench.run(bench.command("info", bench.paf[0]), check=True)
     bench.check(not bench.left_in_temporary(), f"the next load removes what is left: {bench.left_in_temporary()}")
     print(f"killed at random moments  {5 * runs} runs: {counts['old']} old files, {counts['new']} whole new ones, "
           f"{counts['beside']} files left beside, {counts['temporary']} temporary folders, which the next run removed")
+
+
+def interrupted(bench, runs):
+    counts = stopped(bench, runs, signal.SIGINT)
+    bench.check(counts["beside"] + counts["temporary"] == 0, f"Ctrl+C leaves nothing behind: {counts}")
+    print(f"Ctrl+C at random moments  {4 * runs} runs: {counts['old']} old files, {counts['new']} whole new ones")
 
 
 def save_races(bench, runs):
@@ -204,6 +219,7 @@ def main():
         full_file_system(bench)
         read_only_folder(bench)
         killed(bench, options.runs)
+        interrupted(bench, options.runs)
         save_races(bench, options.runs)
         parallel_loads(bench, options.runs)
         shutil.rmtree(bench.out)

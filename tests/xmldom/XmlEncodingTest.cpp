@@ -53,6 +53,8 @@ TEST(XmlEncoding, BytesThatTheEncodingDoesNotHaveAreParseErrorsAndPrintNothing) 
     for (const QByteArray& bytes : {QByteArray("<r>\xE4</r>"), Declared("UTF-8", "\xC3"),
                                     Declared("US-ASCII", "\xE4"), Declared("no-such-encoding", "x")})
         EXPECT_TRUE(ErrorOf(bytes).endsWith(" (Error)\n")) << bytes.constData();
+#ifndef Q_OS_WIN // which does not know the encoding
     EXPECT_TRUE(ErrorOf(Declared("Shift_JIS", "\xff\xfe\xff")).contains("input conversion failed"));
+#endif
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

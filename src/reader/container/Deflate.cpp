@@ -50,7 +50,8 @@ bool WriteBytes(QIODevice& device, std::span<const char> bytes) {
     return support::WriteAll(device, {bytes.data(), bytes.size()});
 }
 
-std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive) {
+std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive,
+                                        const support::Progress& progress) {
     auto left = static_cast<uint64_t>(source.size());
     z_stream stream{};
     if (left > kMaxBytes || deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS,
@@ -67,7 +68,8 @@ std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive) {
     OutputPiece output;
     do {
         const auto piece = std::span(input).first(std::min<size_t>(left, input.size()));
-        if (!ReadBytes(source, piece))
+        const double done = 1 - static_cast<double>(left) / std::max(contents.uncompressedSize, 1U);
+        if (!support::Report(progress, done) || !ReadBytes(source, piece))
             return std::nullopt;
         left -= piece.size();
         adler = adler32_z(adler, BytesOf(piece), piece.size());

@@ -30,9 +30,10 @@ struct DeflatedContents {
 };
 
 // Compresses the whole source and appends the raw deflate data to the archive: the same bytes as zlib's
-// compress2 makes at level 9. Nothing when reading, writing or compressing fails or a size does not fit into
-// 32 bits.
-std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive);
+// compress2 makes at level 9. Nothing when reading, writing or compressing fails, when a size does not fit
+// into 32 bits, or when it is asked to stop.
+std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive,
+                                        const support::Progress& progress);
 
 // Expands the raw deflate data at the archive's position into `output`. Never reads or writes more than the
 // announced sizes. False when a size or one of the two checksums is not the announced one, or when reading or

@@ -1,5 +1,7 @@
 #include "reader/container/EntryPath.h"
 
+#include "support/OutputFile.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
@@ -10,21 +12,9 @@ namespace Tracelyn {
 
 namespace {
 
-// "con", "COM1.txt", "nul .xml": Windows opens a device whatever follows the first dot.
-bool IsDeviceName(const QString& name) {
-    static const QStringList devices{
-        QStringLiteral("CON"),    QStringLiteral("PRN"),     QStringLiteral("AUX"),   QStringLiteral("NUL"),
-        QStringLiteral("CONIN$"), QStringLiteral("CONOUT$"), QStringLiteral("CLOCK$")};
-    const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
-    const bool isPort = stem.size() == 4 &&
-                        (stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT"))) &&
-                        QStringLiteral("0123456789\u00b9\u00b2\u00b3").contains(stem.back());
-    return isPort || devices.contains(stem);
-}
-
 // A file's or folder's name that means the same on every system. Windows drops dots and blanks at the end.
 bool IsPlainName(const QString& name) {
-    return !name.isEmpty() && !name.endsWith(u'.') && !name.endsWith(u' ') && !IsDeviceName(name) &&
+    return !name.isEmpty() && !name.endsWith(u'.') && !name.endsWith(u' ') && !support::IsDeviceName(name) &&
            std::ranges::none_of(name, [](QChar c) { return c < u' ' || c == u':'; });
 }
 

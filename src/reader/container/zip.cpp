@@ -114,12 +114,12 @@ std::optional<Entry> ReadEntry(QFile& archive, const LocalHeader& header) {
 }
 
 // Files of a call that are to go unless it succeeds.
-class FilesBegun {
+class CFilesBegun {
 public:
-    FilesBegun() = default;
-    FilesBegun(const FilesBegun&) = delete;
-    FilesBegun& operator=(const FilesBegun&) = delete;
-    ~FilesBegun() {
+    CFilesBegun() = default;
+    CFilesBegun(const CFilesBegun&) = delete;
+    CFilesBegun& operator=(const CFilesBegun&) = delete;
+    ~CFilesBegun() {
         for (const QString& path : m_Paths)
             QFile::remove(path);
     }
@@ -162,30 +162,31 @@ bool CZip::Pack() {
     return archive.open(QIODevice::WriteOnly) && Pack(archive) && archive.commit();
 }
 
-bool CZip::Pack(QIODevice& archive) {
+bool CZip::Pack(QIODevice& archive, const support::Progress& progress) {
     if (!archive.isSequential())
-        return PackFiles(archive);
+        return PackFiles(archive, progress);
     try {
         QBuffer whole;
-        return whole.open(QIODevice::WriteOnly) && PackFiles(whole) && WriteBytes(archive, whole.data());
+        return whole.open(QIODevice::WriteOnly) && PackFiles(whole, progress) &&
+               WriteBytes(archive, whole.data());
     } catch (const std::bad_alloc&) {
         return false;
     }
 }
 
-bool CZip::PackFiles(QIODevice& archive) {
+bool CZip::PackFiles(QIODevice& archive, const support::Progress& progress) {
     const auto storable = [](const TZIPFILEINFO& file) { return StoredName(file).has_value(); };
     if (m_Files.size() > std::numeric_limits<uint16_t>::max() || !std::ranges::all_of(m_Files, storable))
         return false;
     for (TZIPFILEINFO& file : m_Files) {
-        if (!PackFile(file, archive))
+        if (!PackFile(file, archive, progress))
             return false;
     }
     return WriteDirectory(archive);
 }
 
 // The header is written twice: to make room, and when everything it says is known.
-bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
+bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive, const support::Progress& progress) const {
     QFile source(file.path.isEmpty() ? m_strBaseFolder + file.folder + file.name : file.path);
     if (!QFileInfo(source).isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return !file.required;
@@ -199,7 +200,7 @@ bool CZip::PackFile(TZIPFILEINFO& file, QIODevice& archive) const {
     };
     if (!writeHeader({}))
         return false;
-    const std::optional<DeflatedContents> contents = Deflate(source, archive);
+    const std::optional<DeflatedContents> contents = Deflate(source, archive, progress);
     if (!contents)
         return false;
     file.crc = contents->crc;
@@ -244,7 +245,7 @@ ExpandProblem CZip::ExpandEntries(const QString& targetFolder, const QString& en
     // To open a pipe would wait for somebody who writes into it.
     if (!QFileInfo(archive).isFile() || !archive.open(QIODevice::ReadOnly))
         return ExpandProblem::NotReadable;
-    FilesBegun files;
+    CFilesBegun files;
     for (;;) {
         LocalHeader header;
         if (!ReadBytes(archive, header.bytes))

@@ -58,7 +58,8 @@ public:
     // empty.
     bool Pack();
     // The same into a device that is open and at its start. What is written when it fails is no archive.
-    bool Pack(QIODevice& archive);
+    // Progress is that of one file; false, too, when it asks to stop.
+    bool Pack(QIODevice& archive, const support::Progress& progress = {});
 
     // Writes the entry of that stored name, or every entry when the name is empty, to target folder + stored
     // name and creates missing folders. A file or link that is there is replaced. True when the archive has
@@ -71,8 +72,8 @@ public:
     ExpandProblem GetProblem() const { return m_Problem; }
 
 private:
-    bool PackFiles(QIODevice& archive);
-    bool PackFile(TZIPFILEINFO& file, QIODevice& archive) const;
+    bool PackFiles(QIODevice& archive, const support::Progress& progress);
+    bool PackFile(TZIPFILEINFO& file, QIODevice& archive, const support::Progress& progress) const;
     bool WriteDirectory(QIODevice& archive) const;
 
     ExpandProblem ExpandEntries(const QString& targetFolder, const QString& entryName,

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# packaging/windows/test.sh: shows under wine that the programs of build.sh work: all unit tests, the tool's output
+# beside that of Linux, the real window, the registry, the setup. Screenshots come to build/windows/screenshots.
+set -euo pipefail
+. "$(dirname "$(readlink -f "$0")")/common.sh"
+
+need_packages "${build_packages[@]}" "${wine_packages[@]}"
+[ -d "$windows_build/programs" ] || "$windows_folder/build.sh"
+build release tracelyn-cli
+screenshots=$windows_build/screenshots
+rm -rf "$screenshots"
+mkdir -p "$screenshots"
+
+on_display() {
+    env -u WAYLAND_DISPLAY python3 -B "$project_folder/scripts/desktop.py" "$@"
+}
+
+say "unit tests (wine)"
+on_display "$windows_folder/wine.py" ctest --test-dir "$windows_build" --output-on-failure -LE e2e
+say "the tool's output (wine)"
+on_display "$windows_folder/wine.py" "$windows_folder/compare-with-linux" \
+    "$windows_build/programs/tracelyn-cli.exe" "$project_folder/build/release/src/cli/tracelyn-cli"
+say "the window (wine)"
+python3 -B "$project_folder/tests/e2e/run_window.py" "$windows_build/programs/tracelyn.exe" \
+    "$windows_build/programs/tracelyn-cli.exe" --pictures "$screenshots"

@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""A Windows of its own, which wine makes in a scratch folder.
+
+    wine.py COMMAND [ARGUMENT]...    runs the command with it as its WINEPREFIX and gives its exit code
+"""
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+FONTS = Path("/usr/share/wine/fonts")
+
+
+class Wine:
+    """Exists while it is entered. Its programs show their windows on the given X display."""
+
+    def __init__(self, display):
+        self._folder = tempfile.TemporaryDirectory(prefix="tracelyn-wine-")
+        self.prefix = Path(self._folder.name)
+        # wine hands no variable that begins with QT_ to a program, and one with WINE before it without that.
+        self.environment = {name: value for name, value in os.environ.items() if not name.startswith("QT_")}
+        self.environment |= {"DISPLAY": display, "WINEPREFIX": str(self.prefix), "WINEDEBUG": "-all",
+                             "WINEDLLOVERRIDES": "mscoree,mshtml="}
+
+    def __enter__(self):
+        self.run("wineboot", "-i")
+        for font in FONTS.glob("*.ttf"):
+            shutil.copy(font, self.prefix / "drive_c/windows/Fonts")
+        self.run("winecfg", "-v", "win10")
+        self.keep_desktop()
+        return self
+
+    def __exit__(self, *_):
+        self.settle()
+        self._folder.cleanup()
+
+    def keep_desktop(self):
+        """Keeps a small window open from now on, titled "About Wine".
+
+        While the process behind all windows ends, the next window may wait for it for ever; with this one it does not
+        end.
+        """
+        self.start("wine", "winver")
+
+    def start(self, *command):
+        return subprocess.Popen([*map(str, command)], env=self.environment, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL)
+
+    def run(self, *command):
+        """Returns when the program has ended; raises when it ends badly."""
+        subprocess.run([*map(str, command)], env=self.environment, check=True, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
+
+    def settle(self):
+        """Ends all programs; the registry is in its files then."""
+        subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
+        subprocess.run(["wineserver", "-w"], env=self.environment, check=False)
+
+    def registry(self):
+        """All keys and values, without the times of their last change: {key: lines}."""
+        self.settle()
+        keys, lines = {}, []
+        for file in ("user.reg", "system.reg"):
+            for line in (self.prefix / file).read_text(errors="replace").splitlines():
+                if key := re.match(r"\[(.*)\] \d+", line):
+                    lines = keys.setdefault(f"{file}: {key[1]}", [])
+                elif line and not line.startswith("#time="):
+                    lines.append(line)
+        return keys
+
+
+def windows_path(path):
+    """The name by which Windows programs know a file of this machine."""
+    return "Z:" + str(path).replace("/", "\\")
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    with Wine(os.environ["DISPLAY"]) as wine:
+        return subprocess.run(sys.argv[1:], env=wine.environment, check=False).returncode
+
+
+if __name__ == "__main__":
+    sys.exit(main())
