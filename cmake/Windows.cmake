@@ -13,8 +13,12 @@ add_custom_command(OUTPUT ${TRACELYN_ICON}
     DEPENDS ${packaging}/make-icon.py ${icon_pictures})
 add_custom_target(tracelyn_icon DEPENDS ${TRACELYN_ICON})
 
-# tracelyn_windows_resources(PROGRAM DESCRIPTION): for the directory that makes the program.
+# tracelyn_windows_resources(PROGRAM DESCRIPTION [UTF8]): for the directory that makes the program. With UTF8 the
+# narrow texts that it exchanges with the system are UTF-8.
 function(tracelyn_windows_resources PROGRAM PROGRAM_DESCRIPTION)
+    if("UTF8" IN_LIST ARGN)
+        set(CODE_PAGE "<activeCodePage xmlns=\"http://schemas.microsoft.com/SMI/2019/WindowsSettings\">UTF-8</activeCodePage>")
+    endif()
     set(TRACELYN_MANIFEST ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}.manifest)
     configure_file(${packaging}/manifest.xml.in ${TRACELYN_MANIFEST} @ONLY)
     configure_file(${packaging}/resources.rc.in ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}.rc @ONLY)

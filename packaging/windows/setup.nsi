@@ -173,5 +173,10 @@ Section "Uninstall"
     DeleteRegKey SHCTX "${CLASSES}\Applications\tracelyn.exe"
     !insertmacro DeleteEmptyKey "${CLASSES}\Applications"
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+    ${If} $MultiUser.InstallMode == "CurrentUser"
+        ; What a user who never installed anything does not have.
+        RMDir "$LOCALAPPDATA\Programs" ; only when it is empty
+        !insertmacro DeleteEmptyKey "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+    ${EndIf}
     !insertmacro TellDesktop
 SectionEnd

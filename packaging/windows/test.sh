@@ -11,15 +11,19 @@ screenshots=$windows_build/screenshots
 rm -rf "$screenshots"
 mkdir -p "$screenshots"
 
-on_display() {
-    env -u WAYLAND_DISPLAY python3 -B "$project_folder/scripts/desktop.py" "$@"
+in_wine() {
+    env -u WAYLAND_DISPLAY python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/wine.py" "$@"
 }
 
 say "unit tests (wine)"
-on_display "$windows_folder/wine.py" ctest --test-dir "$windows_build" --output-on-failure -LE e2e
+in_wine ctest --test-dir "$windows_build" --output-on-failure -LE e2e -j 2
 say "the tool's output (wine)"
-on_display "$windows_folder/wine.py" "$windows_folder/compare-with-linux" \
-    "$windows_build/programs/tracelyn-cli.exe" "$project_folder/build/release/src/cli/tracelyn-cli"
+in_wine "$windows_folder/compare-with-linux" "$windows_build/programs/tracelyn-cli.exe" \
+    "$project_folder/build/release/src/cli/tracelyn-cli"
 say "the window (wine)"
-python3 -B "$project_folder/tests/e2e/run_window.py" "$windows_build/programs/tracelyn.exe" \
-    "$windows_build/programs/tracelyn-cli.exe" --pictures "$screenshots"
+python3 -B "$project_folder/tests/e2e/run_window.py" "$windows_build"/programs/tracelyn{,-cli}.exe
+say "the registry, and pictures of windows and dialogs (wine)"
+"$windows_folder/look-at-windows" "$windows_build/programs/tracelyn.exe" "$screenshots"
+say "the setup (wine)"
+"$windows_folder/setup.sh"
+"$windows_folder/test-setup" "$windows_build"/tracelyn-*-setup.exe "$project_folder/samples/bend01.paf" "$screenshots"

@@ -54,6 +54,16 @@ class Wine:
         subprocess.run([*map(str, command)], env=self.environment, check=True, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL)
 
+    def output(self, *command):
+        """What a program prints, however it ends."""
+        run = subprocess.run([*map(str, command)], env=self.environment, check=False, stdout=subprocess.PIPE,
+                             stderr=subprocess.DEVNULL)
+        return run.stdout.decode(errors="replace")
+
+    def path(self, file):
+        """The name of a file on the system drive."""
+        return "C:\\" + str(file.relative_to(self.prefix / "drive_c")).replace("/", "\\")
+
     def settle(self):
         """Ends all programs; the registry is in its files then."""
         subprocess.run(["wineserver", "-k"], env=self.environment, check=False)

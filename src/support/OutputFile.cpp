@@ -119,13 +119,27 @@ std::optional<QString> DevicePath(const QString& path) {
     return isDevice ? std::optional(path) : std::nullopt;
 }
 
+// The path as the toolkit makes files by it: it puts the prefix of Windows before long paths itself, and
+// takes none that has it.
+QString WithoutPrefix(const QString& path) {
+#ifdef _WIN32
+    const QString prefix = QStringLiteral("\\\\?\\");
+    const QString networkPrefix = prefix + QStringLiteral("UNC\\");
+    if (path.startsWith(networkPrefix, Qt::CaseInsensitive))
+        return QStringLiteral("\\\\") + path.mid(networkPrefix.size());
+    if (path.startsWith(prefix))
+        return path.mid(prefix.size());
+#endif
+    return path;
+}
+
 } // namespace
 
 COutputFile::COutputFile(const QString& path) {
     if (const auto devicePath = DevicePath(path))
         m_pDevice = std::make_unique<QFile>(*devicePath);
     else
-        m_pDevice = std::make_unique<QSaveFile>(path);
+        m_pDevice = std::make_unique<QSaveFile>(WithoutPrefix(path));
     m_pDevice->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
 }
 

@@ -192,6 +192,11 @@ TEST_F(Files, SaveCopiesTheFileAndNeverOverwrites) {
     EXPECT_EQ(Say(window, CommandId::FileSave, target), kNotSaved);
     EXPECT_EQ(Read(target), "kept");
     EXPECT_EQ(Say(window, CommandId::FileSave, "/nowhere/x.paf"), kNotSaved);
+    // Like a stick that is pulled out: no file is held open.
+    ASSERT_TRUE(QFile::remove(Path("bend01.paf")));
+    EXPECT_EQ(Say(window, CommandId::FileSave, Path("late.paf")), kNotSaved);
+    EXPECT_EQ(Say(window, CommandId::SaveCsv, Path("late.csv")), kCreated);
+    EXPECT_GT(Read(Path("late.csv")).size(), 100000);
     EXPECT_EQ(Say(window, CommandId::FileSave, std::nullopt), "") << "cancelled";
 }
 

@@ -25,6 +25,27 @@ TEST_F(Cli, WritesNothingWhenNothingCouldBeRead) {
     }
 }
 
+TEST_F(Cli, ReadsAndWritesUnderLongAndOddNames) {
+    const QString plain = Path("plain.csv");
+    ASSERT_EQ(Run({"csv", Sample("bend01.paf"), plain}).code, 0);
+    const QString folder = Path("very ") + QString(5, QChar(u'\u00fc')).repeated(10) + "/%1/%1/%1";
+    const QString deep = folder.arg(QString(100, 'x'));
+    ASSERT_TRUE(QDir().mkpath(deep));
+    const QString input = deep + QStringLiteral("/\u0130 \u03a9 \U0001F600 01.paf");
+    ASSERT_TRUE(QFile::copy(Sample("bend01.paf"), input));
+    EXPECT_EQ(Run({"csv", input, deep + "/out.csv"}), (Outcome{0, "", ""}));
+    EXPECT_EQ(Read(deep + "/out.csv"), Read(plain));
+    EXPECT_EQ(Run({"csv", input, input}).code, 2) << "itself";
+#ifdef Q_OS_WIN
+    const auto verbatim = [](const QString& path) { return "\\\\?\\" + QDir::toNativeSeparators(path); };
+    EXPECT_EQ(Run({"csv", verbatim(input), verbatim(deep) + "\\out2.csv"}), (Outcome{0, "", ""}));
+    EXPECT_EQ(Read(deep + "/out2.csv"), Read(plain));
+    for (const char* device : {"NUL", "nul.csv"})
+        EXPECT_EQ(Run({"csv", input, device}), (Outcome{0, "", ""}));
+    EXPECT_FALSE(QDir().entryList().contains("nul", Qt::CaseInsensitive));
+#endif
+}
+
 TEST_F(Cli, NeverReplacesTheFileItReads) {
     for (const char* const sample : {"bend.xml", "bend01.paf"}) {
         const QByteArray content = Read(Sample(sample));
