@@ -60,7 +60,7 @@ class Desktop:
 
     def __init__(self, folder: Path):
         self._folder = folder
-        # Titles of windows that are none of the program's.
+        # How the titles of windows begin that are none of the program's.
         self.uncounted = set()
 
     def __enter__(self):
@@ -103,7 +103,7 @@ class Desktop:
         """The visible windows: {title: window}."""
         visible = self.input("search", "--onlyvisible", "--name", ".").split()
         titles = {self.input("getwindowname", window).rstrip("\n"): window for window in visible}
-        return {title: window for title, window in titles.items() if title not in self.uncounted}
+        return {title: window for title, window in titles.items() if not title.startswith(tuple(self.uncounted))}
 
     def _geometry(self, window, *names):
         values = dict(line.split("=") for line in self.input("getwindowgeometry", "--shell", window).split())

@@ -8,7 +8,7 @@ set -euo pipefail
 
 case ${1:-} in
 '') ;;
---clean) rm -rf "$cache_folder" "$windows_build" ;;
+--clean) rm -rf "$cache_folder/installed" "$cache_folder/work" "$windows_build" ;;
 *)
     sed -n '2,5s/^# //p' "$0"
     exit 2
@@ -23,11 +23,12 @@ cmake -S "$project_folder" -B "$windows_build" -G Ninja -DCMAKE_BUILD_TYPE=Relea
     "-DCMAKE_PREFIX_PATH=$dependencies_folder" "-DCMAKE_CROSSCOMPILING_EMULATOR=$windows_folder/wine-run" >/dev/null
 cmake --build "$windows_build" -- --quiet
 
-programs=$windows_build/programs
-rm -rf "$programs"
+programs=$windows_build/unchecked
+rm -rf "$programs" "$windows_build/programs"
 mkdir "$programs"
 for program in app/tracelyn.exe cli/tracelyn-cli.exe; do
     x86_64-w64-mingw32-strip -o "$programs/$(basename "$program")" "$windows_build/src/$program"
 done
 "$windows_folder/check-programs" "$programs"/*.exe
-ls -l "$programs"
+mv "$programs" "$windows_build/programs"
+ls -l "$windows_build/programs"

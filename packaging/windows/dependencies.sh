@@ -30,14 +30,19 @@ fetch_source() {
         -o "Dir::State::lists=$PWD/apt/lists" -o "Dir::Cache=$PWD/apt/cache" -o APT::Sandbox::User=root)
     "${apt[@]}" update
     "${apt[@]}" source --download-only "$1"
-    dpkg-source --no-check -x ./*.dsc source >/dev/null 2>&1
+    dpkg-source --no-check -x ./*.dsc source
+}
+
+# The version of the source that an installed package was made from.
+source_version() {
+    # shellcheck disable=SC2016 # dpkg-query's own variable
+    dpkg-query -W -f '${source:Version}' "$1"
 }
 
 # The tools of the build machine's Qt are part of the build: both have to be of one version. The build machine's
 # folders stay out of the programs.
 build_qt() {
-    # shellcheck disable=SC2016 # dpkg-query's own variable
-    fetch_source "qt6-base=$(dpkg-query -W -f '${source:Version}' qt6-base-dev-tools)"
+    fetch_source "qt6-base=$(source_version qt6-base-dev-tools)"
     # Every file dialog would write the folders that it has seen to the registry.
     sed -i 's/QT_CONFIG(settings)/0/' source/src/widgets/dialogs/qfiledialog.cpp
     local flags="$hardening -ffile-prefix-map=$PWD/source="
@@ -52,7 +57,7 @@ build_qt() {
 }
 
 build_libxml2() {
-    fetch_source libxml2
+    fetch_source "libxml2=$(source_version libxml2-dev)"
     cmake -S source -B build "${toolchain[@]}" -DCMAKE_BUILD_TYPE=Release \
         "-DCMAKE_C_FLAGS=$hardening -ffile-prefix-map=$PWD/source=" -DLIBXML2_WITH_ICONV=OFF -DLIBXML2_WITH_LZMA=OFF \
         -DLIBXML2_WITH_PYTHON=OFF -DLIBXML2_WITH_ZLIB=OFF -DLIBXML2_WITH_TESTS=OFF -DLIBXML2_WITH_PROGRAMS=OFF \
@@ -72,10 +77,14 @@ build_benchmark() {
 # What decides whether a library is built again: how it is built, and the versions.
 stamp_of() {
     declare -f fetch_source "build_$1"
-    echo "$hardening" "${toolchain[@]}"
+    echo "$hardening" "${toolchain[@]/$windows_folder/}"
     cat "$windows_folder/toolchain.cmake"
-    dpkg-query -W -f '${Package} ${Version}\n' qt6-base-dev-tools googletest libz-mingw-w64-dev \
-        g++-mingw-w64-x86-64-posix
+    dpkg-query -W -f '${Package} ${Version}\n' g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
+    case $1 in
+    qt) source_version qt6-base-dev-tools ;;
+    libxml2) source_version libxml2-dev ;;
+    googletest) source_version googletest ;;
+    esac
 }
 
 provide() {
@@ -83,7 +92,7 @@ provide() {
     stamp=$(stamp_of "$1" | sha256sum)
     [ "$(cat "$stamps/$1" 2>/dev/null)" != "$stamp" ] || return 0
     say "building $1 for Windows${2:-}"
-    rm -rf "$work"
+    rm -rf "$work" "${stamps:?}/$1"
     mkdir -p "$work" "$stamps"
     cd "$work"
     {
@@ -96,6 +105,10 @@ provide() {
     echo "$stamp" >"$stamps/$1"
 }
 
+# Other checkouts share the folder.
+mkdir -p "$cache_folder"
+exec 9>"$cache_folder/lock"
+flock 9
 # A step that fails shows the end of its log.
 trap '[ $? -eq 0 ] || tail -n 30 "$work/log"' EXIT
 provide libxml2

@@ -1,6 +1,6 @@
 ; The setup of Tracelyn: for one user without administrator's rights, or for all users.
 ;   setup.exe [/S] [/AllUsers | /CurrentUser] [/D=FOLDER]
-; /S asks nothing. setup.sh calls makensis with VERSION, PROGRAMS, ICON, MANUAL and OUTPUT.
+; /S asks nothing; /D counts with it alone. setup.sh calls makensis with VERSION, PROGRAMS, ICON, MANUAL and OUTPUT.
 
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -25,10 +25,14 @@ ManifestDPIAware true
 !include LogicLib.nsh
 !include x64.nsh
 !include WinVer.nsh
+!include FileFunc.nsh
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
-!define MUI_FINISHPAGE_RUN "$INSTDIR\tracelyn.exe"
+; Through the desktop, which has the user's own rights and drives; the setup may have an administrator's.
+!define MUI_FINISHPAGE_RUN "$WINDIR\explorer.exe"
+!define MUI_FINISHPAGE_RUN_PARAMETERS "$\"$INSTDIR\tracelyn.exe$\""
+!define MUI_FINISHPAGE_RUN_TEXT "Run Tracelyn"
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
@@ -50,31 +54,48 @@ VIAddVersionKey LegalCopyright ""
 ; What a double click on .paf opened before Tracelyn came.
 !define PREVIOUS "Tracelyn.Previous"
 
-; Files that are in use cannot be replaced or removed: asks for the viewer to be closed, or gives up.
-!macro RequireNoViewer
+; Files that are in use cannot be replaced or removed: asks for the program to be closed, or gives up.
+!macro RequireUnused PROGRAM
+    StrCpy $1 0
     ${Do}
-        ${IfNot} ${FileExists} "$INSTDIR\tracelyn.exe"
+        ${IfNot} ${FileExists} "$INSTDIR\${PROGRAM}.exe"
             ${Break}
         ${EndIf}
         ClearErrors
-        FileOpen $0 "$INSTDIR\tracelyn.exe" a
+        FileOpen $0 "$INSTDIR\${PROGRAM}.exe" a
         ${IfNot} ${Errors}
             FileClose $0
             ${Break}
         ${EndIf}
-        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Tracelyn is open. Close it and try again." /SD IDCANCEL IDCANCEL`
+        ; A program that has just been closed needs a moment to end.
+        ${If} $1 < 10
+            IntOp $1 $1 + 1
+            Sleep 500
+            ${Continue}
+        ${EndIf}
+        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "${PROGRAM} is in use, or you may not change it. Close it and try again." /SD IDCANCEL IDCANCEL`
             SetErrorLevel 2
             Quit
         ${EndIf}
     ${Loop}
 !macroend
 
-; Removes a key that holds neither values nor keys.
-!macro DeleteEmptyKey KEY
-    ${If} $MultiUser.InstallMode == "AllUsers"
-        System::Call 'shlwapi::SHDeleteEmptyKey(p 0x80000002, t "${KEY}")'
-    ${Else}
-        System::Call 'shlwapi::SHDeleteEmptyKey(p 0x80000001, t "${KEY}")'
+; With /AllUsers asks for an administrator, who may be somebody else; silently it gives up.
+!macro RequireRights PROGRAM
+    ${GetParameters} $R8
+    ClearErrors
+    ${GetOptions} "$R8" "/AllUsers" $R7
+    ${IfNot} ${Errors}
+        UserInfo::GetAccountType
+        Pop $R7
+        ${If} $R7 != "Admin"
+            ${If} ${Silent}
+                SetErrorLevel 2
+                Quit
+            ${EndIf}
+            ExecShell "runas" "${PROGRAM}" "$R8"
+            Quit
+        ${EndIf}
     ${EndIf}
 !macroend
 
@@ -91,6 +112,7 @@ Function .onInit
         Quit
     ${EndIf}
     SetRegView 64
+    !insertmacro RequireRights "$EXEPATH"
     StrCpy $R9 $INSTDIR ; of /D
     !insertmacro MULTIUSER_INIT
     ${If} $R9 != ""
@@ -100,11 +122,13 @@ FunctionEnd
 
 Function un.onInit
     SetRegView 64
+    !insertmacro RequireRights "$INSTDIR\uninstall.exe"
     !insertmacro MULTIUSER_UNINIT
 FunctionEnd
 
 Section
-    !insertmacro RequireNoViewer
+    !insertmacro RequireUnused "tracelyn"
+    !insertmacro RequireUnused "tracelyn-cli"
     SetOutPath "$INSTDIR"
     File "${PROGRAMS}/tracelyn.exe"
     File "${PROGRAMS}/tracelyn-cli.exe"
@@ -145,7 +169,8 @@ Section
 SectionEnd
 
 Section "Uninstall"
-    !insertmacro RequireNoViewer
+    !insertmacro RequireUnused "tracelyn"
+    !insertmacro RequireUnused "tracelyn-cli"
     Delete "$SMPROGRAMS\Tracelyn.lnk"
     Delete "$INSTDIR\tracelyn.exe"
     Delete "$INSTDIR\tracelyn-cli.exe"
@@ -165,18 +190,18 @@ Section "Uninstall"
     DeleteRegValue SHCTX "${CLASSES}\.paf" "${PREVIOUS}"
     DeleteRegValue SHCTX "${CLASSES}\.paf\OpenWithProgids" "${TYPE}"
     DeleteRegValue SHCTX "${CLASSES}\.xml\OpenWithProgids" "${TYPE}"
-    !insertmacro DeleteEmptyKey "${CLASSES}\.paf\OpenWithProgids"
-    !insertmacro DeleteEmptyKey "${CLASSES}\.paf"
-    !insertmacro DeleteEmptyKey "${CLASSES}\.xml\OpenWithProgids"
-    !insertmacro DeleteEmptyKey "${CLASSES}\.xml"
+    DeleteRegKey /ifempty SHCTX "${CLASSES}\.paf\OpenWithProgids"
+    DeleteRegKey /ifempty SHCTX "${CLASSES}\.paf"
+    DeleteRegKey /ifempty SHCTX "${CLASSES}\.xml\OpenWithProgids"
+    DeleteRegKey /ifempty SHCTX "${CLASSES}\.xml"
     DeleteRegKey SHCTX "${CLASSES}\${TYPE}"
     DeleteRegKey SHCTX "${CLASSES}\Applications\tracelyn.exe"
-    !insertmacro DeleteEmptyKey "${CLASSES}\Applications"
+    DeleteRegKey /ifempty SHCTX "${CLASSES}\Applications"
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
     ${If} $MultiUser.InstallMode == "CurrentUser"
         ; What a user who never installed anything does not have.
         RMDir "$LOCALAPPDATA\Programs" ; only when it is empty
-        !insertmacro DeleteEmptyKey "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+        DeleteRegKey /ifempty SHCTX "Software\Microsoft\Windows\CurrentVersion\Uninstall"
     ${EndIf}
     !insertmacro TellDesktop
 SectionEnd

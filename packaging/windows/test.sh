@@ -5,7 +5,7 @@ set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
 need_packages "${build_packages[@]}" "${wine_packages[@]}"
-[ -d "$windows_build/programs" ] || "$windows_folder/build.sh"
+"$windows_folder/build.sh"
 build release tracelyn-cli
 screenshots=$windows_build/screenshots
 rm -rf "$screenshots"

@@ -12,6 +12,10 @@ import tempfile
 from pathlib import Path
 
 FONTS = Path("/usr/share/wine/fonts")
+# How the title of a window begins that tests do not count.
+KEEPER = "About Wine"
+# Seconds for a program that shows no window.
+PATIENCE = 180
 
 
 class Wine:
@@ -26,11 +30,18 @@ class Wine:
                              "WINEDLLOVERRIDES": "mscoree,mshtml="}
 
     def __enter__(self):
-        self.run("wineboot", "-i")
-        for font in FONTS.glob("*.ttf"):
-            shutil.copy(font, self.prefix / "drive_c/windows/Fonts")
-        self.run("winecfg", "-v", "win10")
-        self.keep_desktop()
+        try:
+            self.run("wineboot", "-i")
+            fonts = list(FONTS.glob("*.ttf"))
+            if not fonts:
+                raise RuntimeError(f"no fonts in {FONTS}")
+            for font in fonts:
+                shutil.copy(font, self.prefix / "drive_c/windows/Fonts")
+            self.run("winecfg", "-v", "win10")
+            self.keep_desktop()
+        except BaseException:
+            self.__exit__()
+            raise
         return self
 
     def __exit__(self, *_):
@@ -38,7 +49,7 @@ class Wine:
         self._folder.cleanup()
 
     def keep_desktop(self):
-        """Keeps a small window open from now on, titled "About Wine".
+        """Keeps a small window open from now on, titled KEEPER.
 
         While the process behind all windows ends, the next window may wait for it for ever; with this one it does not
         end.
@@ -50,14 +61,14 @@ class Wine:
                                 stderr=subprocess.DEVNULL)
 
     def run(self, *command):
-        """Returns when the program has ended; raises when it ends badly."""
+        """Returns when the program has ended; raises when it ends badly or not at all."""
         subprocess.run([*map(str, command)], env=self.environment, check=True, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL)
+                       stderr=subprocess.DEVNULL, timeout=PATIENCE)
 
     def output(self, *command):
         """What a program prints, however it ends."""
         run = subprocess.run([*map(str, command)], env=self.environment, check=False, stdout=subprocess.PIPE,
-                             stderr=subprocess.DEVNULL)
+                             stderr=subprocess.DEVNULL, timeout=PATIENCE)
         return run.stdout.decode(errors="replace")
 
     def path(self, file):
@@ -66,8 +77,8 @@ class Wine:
 
     def settle(self):
         """Ends all programs; the registry is in its files then."""
-        subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
-        subprocess.run(["wineserver", "-w"], env=self.environment, check=False)
+        for option in ("-k", "-w"):
+            subprocess.run(["wineserver", option], env=self.environment, check=False, timeout=PATIENCE)
 
     def registry(self):
         """All keys and values, without the times of their last change: {key: lines}."""

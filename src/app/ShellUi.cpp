@@ -80,10 +80,12 @@ QString WithExtension(const QString& path, const QString& extension) {
 }
 
 // Whether a dialog has added the extension to a complete path. Some systems' dialogs do so with every
-// extension that they do not know.
+// extension that they do not know. A file that exists was not what the user had typed, or he would not know
+// that it is written over.
 bool IsAdded(const QString& path, const QString& extension) {
-    return !extension.isEmpty() && path.endsWith(u'.' + extension) &&
-           IsComplete(path.chopped(extension.size() + 1));
+    const QString typed = path.chopped(extension.size() + 1);
+    return !extension.isEmpty() && path.endsWith(u'.' + extension) && IsComplete(typed) &&
+           !QFileInfo::exists(typed);
 }
 
 // True when the box offers to skip the rest and the user does.

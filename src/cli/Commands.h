@@ -1,5 +1,6 @@
 // The tool's commands. Each writes its problems to the error output and returns what the tool's exit code
-// tells its caller. Interrupted by Ctrl+C, each returns soon, writes no output and says nothing.
+// tells its caller. Interrupted by Ctrl+C, each returns soon, says nothing, and writes its
+// whole output or none.
 #pragma once
 
 #include "cli/Options.h"

@@ -2,6 +2,7 @@
 
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
+#include "support/Interrupt.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -95,6 +96,8 @@ ExitCode RunInfo(const Options& options) {
     if (!analysis)
         return ExitCode::Failed;
     const QByteArray json = InfoJson(*analysis, data);
+    if (support::IsInterrupted())
+        return ExitCode::Failed;
     const auto size = static_cast<size_t>(json.size());
     if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
         return FailToWrite(QStringLiteral("standard output"), qt_error_string());

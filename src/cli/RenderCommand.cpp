@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "render/Graph.h"
+#include "support/Interrupt.h"
 #include "support/OutputFile.h"
 
 #include <QBuffer>
@@ -71,6 +72,8 @@ ExitCode RunRender(const Options& options) {
     MoveTo(graph, window, options);
 
     const QByteArray png = Png(window.Paint(graph));
+    if (support::IsInterrupted())
+        return ExitCode::Failed;
     support::COutputFile output(options.output);
     if (png.isEmpty() || !output.IsOpen() ||
         !support::WriteAll(output.GetDevice(), {png.data(), static_cast<size_t>(png.size())}) ||

@@ -17,7 +17,9 @@ void OnInterrupt(int /*signal*/) {
 } // namespace
 
 void CatchInterrupts() {
-    std::signal(SIGINT, OnInterrupt);
+    // Whoever ignores it has passed that on, as a shell does to what it runs in the background.
+    if (std::signal(SIGINT, SIG_IGN) != SIG_IGN)
+        std::signal(SIGINT, OnInterrupt);
 }
 
 bool IsInterrupted() {
@@ -27,7 +29,7 @@ bool IsInterrupted() {
 void EndInterrupted() {
 #ifdef _WIN32
     constexpr unsigned kControlCExit = 0xC000013A; // what the system itself gives
-    std::_Exit(static_cast<int>(kControlCExit));
+    std::exit(static_cast<int>(kControlCExit));
 #else
     std::signal(SIGINT, SIG_DFL);
     std::raise(SIGINT);

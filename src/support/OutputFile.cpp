@@ -14,6 +14,7 @@
 
 #ifdef _WIN32
 #include <io.h>
+#include <windows.h>
 #else
 #include <cerrno>
 #include <cstdio>
@@ -24,17 +25,6 @@
 namespace support {
 
 namespace {
-
-std::filesystem::path ToFilePath(const QString& path) {
-#ifdef _WIN32
-    // The prefix allows more than 260 characters.
-    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
-    const QString prefix = QStringLiteral("\\\\?\\");
-    return (absolute.startsWith(u"\\\\") ? absolute : prefix + absolute).toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
-#endif
-}
 
 bool CopyContents(QFile& source, QFile& target, const Progress& progress = {}) {
     constexpr qint64 kPiece = 1 << 20;
@@ -70,7 +60,34 @@ bool Sync(QFile& file) {
 #endif
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+
+// Lets a path have more than 260 characters.
+const QString kPrefix = QStringLiteral("\\\\?\\");
+
+QString LongPath(const QString& path) {
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    if (absolute.startsWith(kPrefix))
+        return absolute;
+    return absolute.startsWith(u"\\\\") ? kPrefix + QStringLiteral("UNC\\") + absolute.mid(2)
+                                        : kPrefix + absolute;
+}
+
+// What tells one file of the machine from another. (std::filesystem asks the C library, which knows no long
+// paths.)
+std::optional<BY_HANDLE_FILE_INFORMATION> Identify(const QString& path) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE file = ::CreateFileW(LongPath(path).toStdWString().c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return std::nullopt;
+    BY_HANDLE_FILE_INFORMATION found{};
+    const bool isKnown = ::GetFileInformationByHandle(file, &found) != 0;
+    ::CloseHandle(file);
+    return isKnown ? std::optional(found) : std::nullopt;
+}
+
+#else
 
 // Translates the result of a system call that should give a file its name: 0, or an error number in errno.
 Placing OutcomeOf(int result) {
@@ -106,41 +123,63 @@ bool IsDeviceName(const QString& name) {
 
 namespace {
 
-// The name by which to open the device or pipe that the path leads to; nothing when it leads to a file or
-// nowhere.
-std::optional<QString> DevicePath(const QString& path) {
 #ifdef _WIN32
-    // The toolkit would make a file of that name in the current folder.
-    if (IsDeviceName(path))
-        return QStringLiteral("\\\\.\\") + path.section(u'.', 0, 0).trimmed();
-#endif
+
+// The devices that take a table; nothing for any other name.
+std::optional<QString> DevicePath(const QString& path) {
+    static const QStringList outputs{QStringLiteral("NUL"), QStringLiteral("CON"), QStringLiteral("CONOUT$")};
+    const QString name = QFileInfo(path).fileName().toUpper();
+    return outputs.contains(name) ? std::optional(QStringLiteral("\\\\.\\") + name) : std::nullopt;
+}
+
+// The toolkit would make a file of that name, which other programs could neither open nor remove.
+bool IsRefused(const QString& path) {
+    return IsDeviceName(QFileInfo(path).fileName());
+}
+
+// The path as the toolkit makes files by it: it puts the system's prefix before long paths itself, and takes
+// none that has it.
+QString FilePath(const QString& path) {
+    const QString networkPrefix = kPrefix + QStringLiteral("UNC\\");
+    if (path.startsWith(networkPrefix, Qt::CaseInsensitive))
+        return QStringLiteral("\\\\") + path.mid(networkPrefix.size());
+    return path.startsWith(kPrefix) ? path.mid(kPrefix.size()) : path;
+}
+
+#else
+
+std::optional<QString> DevicePath(const QString& path) {
     const QFileInfo existing(path);
     const bool isDevice = existing.exists() && !existing.isFile() && !existing.isDir();
     return isDevice ? std::optional(path) : std::nullopt;
 }
 
-// The path as the toolkit makes files by it: it puts the prefix of Windows before long paths itself, and
-// takes none that has it.
-QString WithoutPrefix(const QString& path) {
-#ifdef _WIN32
-    const QString prefix = QStringLiteral("\\\\?\\");
-    const QString networkPrefix = prefix + QStringLiteral("UNC\\");
-    if (path.startsWith(networkPrefix, Qt::CaseInsensitive))
-        return QStringLiteral("\\\\") + path.mid(networkPrefix.size());
-    if (path.startsWith(prefix))
-        return path.mid(prefix.size());
-#endif
+bool IsRefused(const QString& /*path*/) {
+    return false;
+}
+
+QString FilePath(const QString& path) {
     return path;
 }
+
+#endif
 
 } // namespace
 
 COutputFile::COutputFile(const QString& path) {
-    if (const auto devicePath = DevicePath(path))
+    const auto devicePath = DevicePath(path);
+    if (devicePath)
         m_pDevice = std::make_unique<QFile>(*devicePath);
     else
-        m_pDevice = std::make_unique<QSaveFile>(WithoutPrefix(path));
-    m_pDevice->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        m_pDevice = std::make_unique<QSaveFile>(FilePath(path));
+    if (!devicePath && IsRefused(path))
+        m_strRefusal = QStringLiteral("the name belongs to a device");
+    else
+        m_pDevice->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+}
+
+QString COutputFile::GetErrorText() const {
+    return m_strRefusal.isEmpty() ? m_pDevice->errorString() : m_strRefusal;
 }
 
 bool COutputFile::Commit() {
@@ -191,17 +230,33 @@ Placing PlaceByCopy(QTemporaryFile& file, const QString& to) {
     QFile named(file.fileName());
     QFile& source = file.isOpen() ? file : named;
     if ((source.isOpen() || source.open(QIODevice::ReadOnly)) && source.seek(0) &&
-        CopyContents(source, target))
+        CopyContents(source, target)) {
+        MakeRemovable(file);
         return Placing::Done;
+    }
     MakeRemovable(target);
     target.remove();
     return Placing::Unsupported;
 }
 
+#ifdef _WIN32
+
+bool IsSameFile(const QString& one, const QString& other) {
+    const auto first = Identify(one);
+    const auto second = Identify(other);
+    return first && second && first->dwVolumeSerialNumber == second->dwVolumeSerialNumber &&
+           first->nFileIndexHigh == second->nFileIndexHigh && first->nFileIndexLow == second->nFileIndexLow;
+}
+
+#else
+
 bool IsSameFile(const QString& one, const QString& other) {
     std::error_code error;
-    return std::filesystem::equivalent(ToFilePath(one), ToFilePath(other), error);
+    return std::filesystem::equivalent(QFile::encodeName(one).toStdString(),
+                                       QFile::encodeName(other).toStdString(), error);
 }
+
+#endif
 
 namespace {
 
@@ -222,7 +277,7 @@ bool CopyToNewFile(const QString& from, const QString& to, const Progress& progr
     if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || source.isSequential())
         return false;
     const QFileInfo target(to);
-    if (to.isEmpty() || target.exists() || target.isSymLink())
+    if (to.isEmpty() || IsRefused(to) || target.exists() || target.isSymLink())
         return false;
     QTemporaryFile copy(target.absoluteDir().filePath(QStringLiteral("tracelyn-XXXXXX")));
     if (!copy.open() || !CopyContents(source, copy, progress))

@@ -27,16 +27,18 @@ public:
     explicit COutputFile(const QString& path);
 
     // False when no file can be made beside the one to replace, even if that one could be written over: a
-    // failure would then lose both the old contents and the new.
+    // failure would then lose both the old contents and the new. On Windows also for a name that belongs to a
+    // device which takes no files.
     bool IsOpen() const { return m_pDevice->isOpen(); }
     // Unbuffered. Can seek unless it is a device or a pipe.
     QFileDevice& GetDevice() { return *m_pDevice; }
     // Puts the file in its place; false when any write failed.
     bool Commit();
-    QString GetErrorText() const { return m_pDevice->errorString(); }
+    QString GetErrorText() const;
 
 private:
     std::unique_ptr<QFileDevice> m_pDevice;
+    QString m_strRefusal; // why nothing was opened, if that is not the device's error
 };
 
 // Whether Windows takes the name of a file for one of its devices, in whatever folder the file is: "con",

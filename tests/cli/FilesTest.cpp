@@ -40,9 +40,12 @@ TEST_F(Cli, ReadsAndWritesUnderLongAndOddNames) {
     const auto verbatim = [](const QString& path) { return "\\\\?\\" + QDir::toNativeSeparators(path); };
     EXPECT_EQ(Run({"csv", verbatim(input), verbatim(deep) + "\\out2.csv"}), (Outcome{0, "", ""}));
     EXPECT_EQ(Read(deep + "/out2.csv"), Read(plain));
-    for (const char* device : {"NUL", "nul.csv"})
+    for (const QString& device : {QString("NUL"), Path("nul")})
         EXPECT_EQ(Run({"csv", input, device}), (Outcome{0, "", ""}));
-    EXPECT_FALSE(QDir().entryList().contains("nul", Qt::CaseInsensitive));
+    for (const QString& device : {Path("nul.csv"), QString("COM1"), deep + "/aux"})
+        EXPECT_EQ(Run({"csv", input, device}).code, 1);
+    EXPECT_EQ(Entries().size(), 2);
+    EXPECT_EQ(QDir(deep).count(), 5U) << "with . and ..";
 #endif
 }
 

@@ -7,12 +7,14 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "packaging/windows"))
 from desktop import SCREEN
-from wine import Wine, windows_path
+from wine import KEEPER, Wine, windows_path
 
 
 class Native:
     abort_code = -signal.SIGABRT
     largest_size = SCREEN
+    # Whether a dialog opens with its name selected, so that typing replaces it.
+    selects_names = True
 
     def __init__(self, display):
         self._display = display
@@ -42,6 +44,7 @@ class Windows:
     abort_code = 134
     # The system keeps windows with their frames, which are not seen here, on the screen.
     largest_size = SCREEN[0] - 20, SCREEN[1] - 40
+    selects_names = False
 
     def __init__(self, wine):
         self._wine = wine
@@ -68,5 +71,5 @@ def platform_of(program, desktop):
         yield Native(desktop.name)
         return
     with Wine(desktop.name) as wine:
-        desktop.uncounted.add("About Wine 8.0")
+        desktop.uncounted.add(KEEPER)
         yield Windows(wine)

@@ -68,7 +68,13 @@ class Bench:
         """How far the view is from the window's edges, seen in an empty window."""
         viewer = self.start()
         viewer.find_main("Tracelyn viewer")
-        left, top, right, bottom = self.checks.expect("an empty view", lambda: one_colour_area(viewer.window()))
+
+        def steady_area():
+            before = one_colour_area(viewer.window())
+            time.sleep(0.5)  # a window that is still being painted looks different then
+            return before == one_colour_area(viewer.window()) and before
+
+        left, top, right, bottom = self.checks.expect("an empty view", steady_area)
         self.margins = left, top, viewer.size[0] - right, viewer.size[1] - bottom
         return viewer
 

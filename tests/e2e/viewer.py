@@ -119,7 +119,8 @@ class Viewer:
     def keys(self, *keys, text=""):
         self.desktop.focus(self.active)
         if text:
-            self.desktop.input("key", "Home", "shift+End")  # not every dialog has its name selected
+            if not self.bench.platform.selects_names:
+                self.desktop.input("key", "Home", "shift+End")
             self.desktop.input("type", self.bench.platform.name(text))
         self.desktop.input("key", *keys)
 

@@ -150,7 +150,8 @@ def stopped(bench, runs, how):
         duration = time.monotonic() - start
         for _ in range(runs):
             target = bench.fresh_out(replaces)
-            process = bench.start(command)
+            # Even if this script's own caller ignores Ctrl+C.
+            process = bench.start(command, preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL))
             process.stdin.close()
             time.sleep(random.uniform(0, duration))
             process.send_signal(how)
