@@ -20,6 +20,8 @@ in_wine ctest --test-dir "$windows_build" --output-on-failure -LE e2e -j 2
 say "the tool's output (wine)"
 in_wine "$windows_folder/compare-with-linux" "$windows_build/programs/tracelyn-cli.exe" \
     "$project_folder/build/release/src/cli/tracelyn-cli"
+say "Ctrl+C (wine)"
+python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/test-ctrl-c" "$windows_build/programs/tracelyn-cli.exe"
 say "the window (wine)"
 python3 -B "$project_folder/tests/e2e/run_window.py" "$windows_build"/programs/tracelyn{,-cli}.exe
 say "the registry, and pictures of windows and dialogs (wine)"

@@ -45,7 +45,6 @@ TEST_F(Cli, ReadsAndWritesUnderLongAndOddNames) {
     for (const QString& device : {Path("nul.csv"), QString("COM1"), deep + "/aux"})
         EXPECT_EQ(Run({"csv", input, device}).code, 1);
     EXPECT_EQ(Entries().size(), 2);
-    EXPECT_EQ(QDir(deep).count(), 5U) << "with . and ..";
 #endif
 }
 

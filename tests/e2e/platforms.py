@@ -11,23 +11,21 @@ from wine import KEEPER, Wine, windows_path
 
 
 class Native:
+    launcher = ()
+    name = staticmethod(str)  # of a file, as a user types it
     abort_code = -signal.SIGABRT
     largest_size = SCREEN
-    # Whether a dialog opens with its name selected, so that typing replaces it.
-    selects_names = True
+    selects_names = True  # a dialog opens with its name selected, so that typing replaces it
+    tool_environment = None
 
     def __init__(self, display):
         self._display = display
 
     def command(self, program, *arguments):
-        return [program, *map(str, arguments)]
-
-    def name(self, path):
-        """What a user types for a file."""
-        return str(path)
+        return [*self.launcher, program, *(self.name(word) if isinstance(word, Path) else str(word) for word in arguments)]
 
     def environment(self, folder):
-        """A home and a temporary folder of their own."""
+        # A home and a temporary folder of their own.
         environment = {name: os.environ[name] for name in os.environ if name == "PATH" or name.endswith("SAN_OPTIONS")}
         environment |= {"DISPLAY": self._display, "QT_QPA_PLATFORM": "xcb", "LC_ALL": "C.UTF-8",
                         "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
@@ -36,33 +34,22 @@ class Native:
             environment[variable] = str(folder / variable)
         return environment
 
-    def tool_environment(self):
-        return None
 
-
-class Windows:
+class Windows(Native):
+    launcher = ("wine",)
+    name = staticmethod(windows_path)
     abort_code = 134
     # The system keeps windows with their frames, which are not seen here, on the screen.
     largest_size = SCREEN[0] - 20, SCREEN[1] - 40
     selects_names = False
 
     def __init__(self, wine):
-        self._wine = wine
-
-    def command(self, program, *arguments):
-        return ["wine", program, *(windows_path(word) if isinstance(word, Path) else str(word) for word in arguments)]
-
-    def name(self, path):
-        return windows_path(path)
+        self.tool_environment = wine.environment
 
     def environment(self, folder):
-        (folder / "TMPDIR").mkdir()
-        (folder / "HOME").mkdir()
-        temporary = windows_path(folder / "TMPDIR")
-        return self._wine.environment | {"WINETEMP": temporary, "WINETMP": temporary}
-
-    def tool_environment(self):
-        return self._wine.environment
+        for name in ("TMPDIR", "HOME"):
+            (folder / name).mkdir()
+        return self.tool_environment | dict.fromkeys(("WINETEMP", "WINETMP"), windows_path(folder / "TMPDIR"))
 
 
 @contextmanager

@@ -13,7 +13,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
 from desktop import Desktop
-from platforms import Native, platform_of
+from platforms import platform_of
 from viewer import Checks, Failed, Tool, Viewer
 
 SAMPLES = Path(__file__).resolve().parents[2] / "samples"
@@ -110,7 +110,7 @@ def command_line(bench):
     viewer = bench.start("-style", "-platform", bench.sample(1))
     viewer.find_main(f"{bench.name(1)}- bend 01")
     viewer.shows("no argument is the toolkit's", file=bench.sample(1))
-    if isinstance(bench.platform, Native):
+    if not bench.platform.launcher:
         process = Path(f"/proc/{viewer.process.pid}/comm").read_text()
         bench.checks.check(f"the process is called {process}", process == "tracelyn\n")
     viewer = bench.start(*range(11))
@@ -120,7 +120,7 @@ def command_line(bench):
     bench.checks.expect("which then comes", lambda: viewer.process.poll() == bench.platform.abort_code)
     bench.checks.check(f"a place in the project: {viewer.errors()}", "])), src/support/" in viewer.errors())
     for option, begin in (("--version", "tracelyn "), ("--help", "usage:")):
-        run = subprocess.run(bench.platform.command(bench.binary, option), env=bench.platform.tool_environment() or {},
+        run = subprocess.run(bench.platform.command(bench.binary, option), env=bench.platform.tool_environment or {},
                              capture_output=True, text=True, timeout=30)
         bench.checks.check(f"{option} prints", run.returncode == 0 and run.stdout.startswith(begin))
 

@@ -44,8 +44,8 @@ class Tool:
 
     def run(self, *arguments):
         command = self._platform.command(self._binary, *arguments)
-        environment = self._platform.tool_environment()
-        return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, env=environment).stdout
+        return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True,
+                              env=self._platform.tool_environment).stdout
 
     @functools.cache
     def info(self, file):
