@@ -11,6 +11,9 @@ import sys
 import tempfile
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+from desktop import wait_for
+
 FONTS = Path("/usr/share/wine/fonts")
 # How the title of a window begins that tests do not count.
 KEEPER = "About Wine"
@@ -91,6 +94,14 @@ class Wine:
                 elif line and not line.startswith("#time="):
                     lines.append(line)
         return keys
+
+
+def keep_desktop_seen(wine, desktop):
+    """Keeps the desktop, and returns when its window is there: shown later, it would take the keys from others."""
+    desktop.uncounted.discard(KEEPER)
+    wine.keep_desktop()
+    wait_for(lambda: any(title.startswith(KEEPER) for title in desktop.windows()))
+    desktop.uncounted.add(KEEPER)
 
 
 def windows_path(path):
