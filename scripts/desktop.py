@@ -94,6 +94,16 @@ class Desktop:
         rgb[0::3], rgb[1::3], rgb[2::3] = bgrx[2::4], bgrx[1::4], bgrx[0::4]
         return Picture(width, height, bytes(rgb))
 
+    def steady_screenshot(self):
+        """One of a moment in which nothing moves."""
+        pictures = []
+
+        def is_steady():
+            pictures.append(self.screenshot())
+            return len(pictures) > 5 and all(picture == pictures[-1] for picture in pictures[-5:])
+        wait_for(is_steady)
+        return pictures[-1]
+
     def input(self, *arguments):
         """What xdotool prints for the arguments: nothing when a window has just gone."""
         return subprocess.run(["xdotool", *map(str, arguments)], env=self._environment, text=True,
