@@ -83,17 +83,22 @@ class Wine:
         for option in ("-k", "-w"):
             subprocess.run(["wineserver", option], env=self.environment, check=False, timeout=PATIENCE)
 
-    def registry(self):
-        """All keys and values, without the times of their last change: {key: lines}."""
+    def registry(self, ignored):
+        """The keys that do not match the pattern, and their values, without the times of their last change.
+
+        A set of (key, line); each key, also an empty one, has an empty line.
+        """
         self.settle()
-        keys, lines = {}, []
+        found, key = set(), ""
         for file in ("user.reg", "system.reg"):
             for line in (self.prefix / file).read_text(errors="replace").splitlines():
-                if key := re.match(r"\[(.*)\] \d+", line):
-                    lines = keys.setdefault(f"{file}: {key[1]}", [])
-                elif line and not line.startswith("#time="):
-                    lines.append(line)
-        return keys
+                if head := re.match(r"\[(.*)\] \d+", line):
+                    key, line = f"{file}: {head[1]}", ""
+                elif not line or line.startswith(("#", "WINE REGISTRY", ";;")):
+                    continue
+                if not ignored.search(key):
+                    found.add((key, line))
+        return found
 
 
 def keep_desktop_seen(wine, desktop):
