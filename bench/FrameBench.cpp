@@ -47,24 +47,43 @@ void TakeTour(CGraph& graph, COffscreenWindow& window) {
     }
 }
 
-void ZoomAndScroll(benchmark::State& state, MadeRecording& recording) {
+void ZoomAndScroll(benchmark::State& state, MadeRecording& recording, bool everyEvent = false) {
     COffscreenWindow window(kSize);
+    recording.graph.ShowEveryEvent(window, everyEvent);
     window.Paint(recording.graph);
     for ([[maybe_unused]] auto _ : state)
         TakeTour(recording.graph, window);
 }
 
-void ZoomAndScrollSmall(benchmark::State& state) {
+MadeRecording& SmallRecording() {
     static MadeRecording recording(kShape, 1);
-    ZoomAndScroll(state, recording);
+    return recording;
+}
+
+MadeRecording& LargeRecording() {
+    static MadeRecording recording(kShape, Options().samples / kShape);
+    return recording;
+}
+
+void ZoomAndScrollSmall(benchmark::State& state) {
+    ZoomAndScroll(state, SmallRecording());
 }
 BENCHMARK(ZoomAndScrollSmall)->Unit(benchmark::kMillisecond);
 
 void ZoomAndScrollLarge(benchmark::State& state) {
-    static MadeRecording recording(kShape, Options().samples / kShape);
-    ZoomAndScroll(state, recording);
+    ZoomAndScroll(state, LargeRecording());
 }
 BENCHMARK(ZoomAndScrollLarge)->Unit(benchmark::kMillisecond);
+
+void EveryEventSmall(benchmark::State& state) {
+    ZoomAndScroll(state, SmallRecording(), true);
+}
+BENCHMARK(EveryEventSmall)->Unit(benchmark::kMillisecond);
+
+void EveryEventLarge(benchmark::State& state) {
+    ZoomAndScroll(state, LargeRecording(), true);
+}
+BENCHMARK(EveryEventLarge)->Unit(benchmark::kMillisecond);
 
 void FullFrame(benchmark::State& state) {
     CGraph& graph = LoadedGraph();

@@ -48,6 +48,8 @@ void Step(CGraph& graph, RecordingWindow& window, unsigned action, unsigned amou
     case 14:
         graph.RememberGroupStates();
         return graph.RestoreGroupStates();
+    case 15:
+        return graph.ShowEveryEvent(window, !graph.IsEveryEventShown());
     default:
         return window.Invalidate({x / 2, y / 2, x + 1, y + 1}, Contents::Draw);
     }
@@ -59,7 +61,7 @@ void Drive(CGraph& graph, Settings& settings) {
     static constexpr std::array kSizes{QSize(320, 240), QSize(500, 100), QSize(1, 1), QSize(7, 600),
                                        QSize(1000, 3)};
     static constexpr std::array kScales{1.0, 1.0, 1.5, 2.0};
-    constexpr unsigned kActions = 16;
+    constexpr unsigned kActions = 17;
     const QSize size = kSizes[settings.Below(kSizes.size())];
     const double scale = kScales[settings.Below(kScales.size())];
     RecordingWindow window(graph, size, scale);

@@ -197,10 +197,12 @@ void CChildView::paintEvent(QPaintEvent* event) {
     if (event->region() != area.GetRegion())
         area = CPaintArea(event->region());
     QPainter painter(viewport());
-    if (m_bLoading)
+    if (m_bLoading) {
         m_Graph.DrawBackground(painter, event->region());
-    else
-        m_Graph.Draw(*this, painter, area);
+        return;
+    }
+    m_Graph.Draw(*this, painter, area);
+    Q_EMIT FramePainted();
 }
 
 void CChildView::mousePressEvent(QMouseEvent* event) {

@@ -41,6 +41,10 @@ public:
     // The keys that are no commands: console side and group digits. False for any other key.
     bool OnKeyDown(const QKeyEvent& event);
 
+Q_SIGNALS:
+    // A frame of the graph was painted, or a part of one.
+    void FramePainted();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

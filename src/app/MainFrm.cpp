@@ -33,6 +33,8 @@ void CMainFrame::LoadFrame() {
     setCentralWidget(m_pView);
     CreateToolBar();
     m_pStatusPanes = new CStatusPanes(*statusBar());
+    connect(m_pView, &CChildView::FramePainted, this,
+            [this] { m_pStatusPanes->SetSamplesPerShownOne(m_pView->GetGraph().GetSamplesPerShownOne()); });
     CreateMenus();
     setWindowTitle(m_strTitle);
     resize(FittingSize(*this, kDefaultSize));

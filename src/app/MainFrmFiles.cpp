@@ -1,6 +1,7 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
 #include "app/LongWork.h"
 #include "app/MainFrm.h"
+#include "app/StatusBar.h"
 #include "reader/AnalysisFile.h"
 #include "render/Graph.h"
 #include "support/OutputFile.h"
@@ -57,6 +58,7 @@ void CMainFrame::OnStep(bool toNext) {
 
 void CMainFrame::LoadFile() {
     m_pView->ClearData();
+    m_pStatusPanes->SetSamplesPerShownOne(1);
     {
         const CScopedCursor wait(Qt::WaitCursor);
         try {

@@ -57,7 +57,8 @@ QLabel* MakePane(QLabel* label, const char* name, const QString& text = {}) {
 CStatusPanes::CStatusPanes(QStatusBar& bar)
     : QObject(&bar), m_pMessage(MakePane(new CElidedLabel(Qt::ElideRight), "message")),
       m_pFileLabel(MakePane(new CElidedLabel(Qt::ElideMiddle), "fileLabel")),
-      m_pCaps(MakePane(new QLabel, "caps", tr("CAPS"))), m_pNum(MakePane(new QLabel, "num", tr("NUM"))) {
+      m_pCaps(MakePane(new QLabel, "caps", tr("CAPS"))), m_pNum(MakePane(new QLabel, "num", tr("NUM"))),
+      m_pSkipping(MakePane(new QLabel, "skipping")) {
     m_pMessage->setContentsMargins(4, 0, 0, 0);
     SetPrompt(QString());
     bar.addWidget(m_pMessage, 1);
@@ -67,6 +68,8 @@ CStatusPanes::CStatusPanes(QStatusBar& bar)
         key->setFixedWidth(key->sizeHint().width());
         bar.addPermanentWidget(key);
     }
+    bar.addPermanentWidget(m_pSkipping);
+    m_pSkipping->hide();
     UpdateLockKeys();
     qApp->installEventFilter(this);
 }
@@ -77,6 +80,17 @@ void CStatusPanes::SetPrompt(const QString& text) {
 
 void CStatusPanes::SetFileLabel(const QString& text) {
     m_pFileLabel->setText(text);
+}
+
+void CStatusPanes::SetSamplesPerShownOne(int samples) {
+    m_pSkipping->setVisible(samples > 1);
+    if (samples <= 1)
+        return;
+    m_pSkipping->setText(tr("1 of %1").arg(samples));
+    m_pSkipping->setToolTip(
+        tr("At this zoom the curves show 1 of %1 samples, and short events may be hidden.\n"
+           "\"Show every event\" in the menu of the right mouse button shows them all.")
+            .arg(samples));
 }
 
 bool CStatusPanes::eventFilter(QObject* watched, QEvent* event) {

@@ -13,8 +13,8 @@ class QStatusBar;
 
 namespace Tracelyn {
 
-// The panes: message, file label and the keyboard's lock keys. A text that is too long for its pane is elided
-// and never makes the window wider.
+// The panes: message, file label, the keyboard's lock keys, and how many samples the picture leaves out. A
+// text that is too long for its pane is elided and never makes the window wider.
 class CStatusPanes : public QObject {
     Q_OBJECT
 
@@ -26,6 +26,8 @@ public:
     void SetPrompt(const QString& text);
     // Elided in the middle, so that the number at its end is always seen.
     void SetFileLabel(const QString& text);
+    // The picture shows one of so many samples. The pane is there while that is more than one.
+    void SetSamplesPerShownOne(int samples);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -37,6 +39,7 @@ private:
     QLabel* m_pFileLabel;
     QLabel* m_pCaps;
     QLabel* m_pNum;
+    QLabel* m_pSkipping;
 };
 
 // The bar that tells how far a load has come. Lives for one load: the bar appears when the load takes long

@@ -62,7 +62,7 @@ bool Store(T& target, const std::optional<Value>& value) {
 
 struct OptionEntry {
     const char* name;
-    const char* value; // as the usage names it
+    const char* value; // as the usage names it; null for an option without one
     bool isRepeatable;
     // Takes one given value. False when it is not allowed.
     bool (*read)(const QString& text, Options& options);
@@ -106,6 +106,11 @@ constexpr std::array kRenderOptions{
                     options.toggledGroups.append(text);
                     return true;
                 }},
+    OptionEntry{"events", nullptr, false,
+                [](const QString& /*text*/, Options& options) {
+                    options.everyEvent = true;
+                    return true;
+                }},
 };
 
 struct CommandEntry {
@@ -133,6 +138,8 @@ constexpr std::array kCommands{
 bool ReadOption(const QCommandLineParser& parser, const OptionEntry& option, Options& options,
                 QString& error) {
     const QString name = QString::fromLatin1(option.name);
+    if (option.value == nullptr)
+        return !parser.isSet(name) || option.read({}, options);
     QStringList given = parser.values(name);
     if (!option.isRepeatable && given.size() > 1)
         given = {given.last()};
@@ -149,7 +156,7 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
                                     QString& error) {
     QCommandLineParser parser;
     for (const OptionEntry& option : command.options)
-        parser.addOption({QString::fromLatin1(option.name), QString(), QStringLiteral("value")});
+        parser.addOption({QString::fromLatin1(option.name), QString(), QString::fromLatin1(option.value)});
     const QCommandLineOption help(QStringLiteral("h"));
     parser.addOption(help);
     if (!parser.parse(arguments)) {
@@ -182,9 +189,10 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
 QString UsageOf(const CommandEntry& command) {
     QStringList parts;
     for (const OptionEntry& option : command.options) {
-        parts.append(QStringLiteral("[--%1 %2]%3")
-                         .arg(QLatin1String(option.name), QLatin1String(option.value),
-                              QLatin1String(option.isRepeatable ? "..." : "")));
+        const QString value = option.value == nullptr ? QString() : u' ' + QLatin1String(option.value);
+        parts.append(
+            QStringLiteral("[--%1%2]%3")
+                .arg(QLatin1String(option.name), value, QLatin1String(option.isRepeatable ? "..." : "")));
     }
     QStringList files;
     for (const char* file : command.files)

@@ -28,6 +28,7 @@ struct Options {
     std::optional<int> scroll;
     std::optional<bool> consoleOnLeft;
     QStringList toggledGroups;
+    bool everyEvent = false;
 };
 
 QString UsageText();

@@ -61,6 +61,7 @@ ExitCode RunRender(const Options& options) {
         return Fail(QStringLiteral("Not enough memory for the picture"));
     if (!options.dark)
         graph.ToggleBackground(window);
+    graph.ShowEveryEvent(window, options.everyEvent);
     graph.SetResetPending();
     window.Paint(graph);
 

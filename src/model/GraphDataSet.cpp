@@ -1,9 +1,11 @@
 #include "model/GraphDataSet.h"
 
 #include "model/GraphData.h"
+#include "model/GraphDataTypedSource.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -80,6 +82,19 @@ void CGraphDataSet::GetValues(int first, int step, std::span<double> values) con
     for (double& value : values) {
         value = GetValue(static_cast<int>(index), kNoReference);
         index += step;
+    }
+}
+
+void CGraphDataSet::Summarize(std::span<const int> bounds, std::span<SampleSummary> summaries) const {
+    const auto value = [this](int index) { return static_cast<float>(GetValue(index, kNoReference)); };
+    for (size_t k = 0; k + 1 < bounds.size(); ++k) {
+        if (bounds[k] >= bounds[k + 1])
+            continue;
+        summaries[k] = {value(bounds[k]), value(bounds[k + 1] - 1), MinMax::None()};
+        for (int i = bounds[k]; i < bounds[k + 1]; ++i) {
+            if (std::isfinite(value(i)))
+                summaries[k].finite.Widen(value(i));
+        }
     }
 }
 

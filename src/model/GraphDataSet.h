@@ -11,6 +11,7 @@
 namespace Tracelyn {
 
 class CGraphData;
+struct SampleSummary;
 
 // Where a group or a set is shown. The four values are compared literally; they are no bit mask.
 enum class DisplayType : int32_t { None = 0, Graph = 1, Console = 2, Both = 3 };
@@ -58,6 +59,9 @@ public:
     // Raw values at first, first + step, ... without a reference, as many as `values` holds; the same numbers
     // as GetValue gives, in one call.
     virtual void GetValues(int first, int step, std::span<double> values) const;
+    // Sums up the raw values of each range [bounds[k], bounds[k + 1]) into summaries[k]. The bounds rise and
+    // lie within 0 and the count; the summary of an empty range is left as it is.
+    virtual void Summarize(std::span<const int> bounds, std::span<SampleSummary> summaries) const;
     // Scaled values at first, first + 1, ...; the same numbers as GetScaledValue gives without a reference.
     void GetScaledValues(int first, std::span<float> values) const;
 

@@ -4,6 +4,7 @@
 #include "model/MinMax.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -15,6 +16,14 @@
 #include <vector>
 
 namespace Tracelyn {
+
+// What some samples that follow each other come to, in values as GetValue gives them.
+struct SampleSummary {
+    float first;
+    float last;
+    // Of the finite values; MinMax::None() when there is none.
+    MinMax finite;
+};
 
 // Memory for samples that are about to be written: growing it writes nothing beforehand.
 template <class T>
@@ -103,10 +112,30 @@ public:
         return found;
     }
 
+    // Sums up the samples of each range [bounds[k], bounds[k + 1]) into summaries[k]. The bounds rise and lie
+    // within 0 and the count; the summary of an empty range is left as it is.
+    void Summarize(std::span<const int> bounds, std::span<SampleSummary> summaries) const {
+        BuildIndex();
+        const auto samples = Samples();
+        const bool hasInfinity = PrepareFinite();
+        for (size_t k = 0; k + 1 < bounds.size(); ++k) {
+            const auto from = static_cast<size_t>(bounds[k]);
+            const auto to = static_cast<size_t>(bounds[k + 1]);
+            if (from >= to)
+                continue;
+            summaries[k] = {static_cast<float>(samples[from]), static_cast<float>(samples[to - 1]),
+                            m_Index.Find(samples, from, to)};
+            if constexpr (std::is_floating_point_v<Sample>) {
+                if (hasInfinity)
+                    summaries[k].finite = m_FiniteIndex.Find(samples, from, to);
+            }
+        }
+    }
+
     // Prepares fast scans of the samples there are, which must all have been written and stay as they are.
     // Each source may be prepared by another thread.
     void BuildIndex() const { m_Index.Extend(Samples()); }
-    size_t GetIndexBytes() const { return m_Index.GetBytes(); }
+    size_t GetIndexBytes() const { return m_Index.GetBytes() + m_FiniteIndex.GetBytes(); }
 
 private:
     // Bytes read unsigned whatever the signedness of the type that stores them.
@@ -116,6 +145,18 @@ private:
         return {reinterpret_cast<const Sample*>(m_Values.data()), static_cast<size_t>(m_nCount)};
     }
 
+    // Whether any sample is infinite. Builds the index of the finite ones then.
+    bool PrepareFinite() const {
+        if constexpr (std::is_floating_point_v<Sample>) {
+            const MinMax all = m_Index.Find(Samples(), 0, Samples().size());
+            if (all.HasValue() && (std::isinf(all.min) || std::isinf(all.max))) {
+                m_FiniteIndex.Extend(Samples());
+                return true;
+            }
+        }
+        return false;
+    }
+
     size_t ClampIndex(int64_t index) const {
         return static_cast<size_t>(std::clamp<int64_t>(index, 0, m_nCount - 1));
     }
@@ -123,6 +164,8 @@ private:
     UninitializedVector<T> m_Values;
     int m_nCount = 0;
     mutable CMinMaxIndex<Sample> m_Index;
+    // Empty unless samples are infinite and were summed up.
+    mutable CMinMaxIndex<Sample, 64, FiniteValues> m_FiniteIndex;
 };
 
 } // namespace Tracelyn

@@ -23,6 +23,9 @@ public:
     void GetValues(int first, int step, std::span<double> values) const override {
         m_pSource->GetValues(first, step, values);
     }
+    void Summarize(std::span<const int> bounds, std::span<SampleSummary> summaries) const override {
+        m_pSource->Summarize(bounds, summaries);
+    }
 
 protected:
     MinMax Scan(int from, int to) const override { return m_pSource->Scan(from, to); }

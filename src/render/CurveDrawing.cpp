@@ -32,23 +32,35 @@ struct SampleWalk {
     int step;
 };
 
-SampleWalk WalkFor(const CMapping& mapping, const PixelRect& client, const ColumnRange& columns) {
+// Nothing when the set has no samples there.
+std::optional<SampleWalk> WalkFor(const CMapping& mapping, const PixelRect& client,
+                                  const ColumnRange& columns, const ShownSet& shown) {
     const int step = mapping.GetSamplesPerPixel();
-    const int64_t first =
+    int64_t first =
         std::clamp<int64_t>(mapping.PixelToIndex(client.left - kOverlap), 0, kLargestIndex - kMinimumSpan);
-    const int64_t last =
-        std::max<int64_t>(mapping.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
+    int64_t last = std::max<int64_t>(mapping.PixelToIndex(client.right + kOverlap), first + kMinimumSpan);
+    if (shown.endsWithItsData) {
+        first = std::max<int64_t>(first, shown.shift);
+        last = std::min(last, int64_t{shown.shift} + shown.set.GetCount() - 1);
+        if (first >= last)
+            return std::nullopt;
+    }
     const int64_t firstNeeded = mapping.PixelToIndex(columns.left - kOverlap);
     const int64_t lastNeeded = mapping.PixelToIndex(columns.right + kOverlap);
     const int64_t skipped = std::max<int64_t>(0, (firstNeeded - first) / step - 1);
-    return {first + std::min(skipped, (last - 1 - first) / step) * step, lastNeeded + step, last, step};
+    return SampleWalk{first + std::min(skipped, (last - 1 - first) / step) * step, lastNeeded + step, last,
+                      step};
+}
+
+int IndexInSet(const ShownSet& shown, int64_t index) {
+    return static_cast<int>(std::min<int64_t>(index - shown.shift, kLargestIndex));
 }
 
 // Reads the samples of a walk some at a time.
 class CSampleCursor {
 public:
-    CSampleCursor(const CGraphDataSet& set, const SampleWalk& walk)
-        : m_Set(set), m_Walk(walk), m_nIndex(walk.from) {}
+    CSampleCursor(const ShownSet& shown, const SampleWalk& walk)
+        : m_Shown(shown), m_Walk(walk), m_nIndex(walk.from) {}
 
     int64_t GetIndex() const { return m_nIndex; }
     // More samples before the last one.
@@ -67,10 +79,11 @@ private:
             (std::min(m_Walk.last, m_Walk.until + int64_t{2} * m_Walk.step) - m_nIndex) / m_Walk.step + 1;
         m_nFilled = static_cast<size_t>(std::clamp<int64_t>(left, 1, static_cast<int64_t>(m_Values.size())));
         m_nUsed = 0;
-        m_Set.GetValues(static_cast<int>(m_nIndex), m_Walk.step, std::span(m_Values).first(m_nFilled));
+        m_Shown.set.GetValues(IndexInSet(m_Shown, m_nIndex), m_Walk.step,
+                              std::span(m_Values).first(m_nFilled));
     }
 
-    const CGraphDataSet& m_Set;
+    const ShownSet& m_Shown;
     SampleWalk m_Walk;
     int64_t m_nIndex;
     std::array<double, 256> m_Values;
@@ -83,8 +96,8 @@ float World(int64_t index) {
 }
 
 // Runs of equal values become one horizontal line, every change one sloped line.
-void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
-    CSampleCursor samples(set, walk);
+void DrawLine(CCanvas& canvas, const ShownSet& shown, const SampleWalk& walk) {
+    CSampleCursor samples(shown, walk);
     int64_t index = samples.GetIndex();
     double previous = samples.Take();
     canvas.MoveTo(World(index), static_cast<float>(previous));
@@ -104,14 +117,14 @@ void DrawLine(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk)
     }
     canvas.LineTo(World(index), static_cast<float>(previous));
     canvas.LineTo(World(walk.last),
-                  static_cast<float>(set.GetValue(static_cast<int>(walk.last), kNoReference)));
+                  static_cast<float>(shown.set.GetValue(IndexInSet(shown, walk.last), kNoReference)));
 }
 
 // A mid line over the whole range, and a filled box wherever the signal is on.
-void DrawLane(CCanvas& canvas, const CGraphDataSet& set, const SampleWalk& walk) {
+void DrawLane(CCanvas& canvas, const ShownSet& shown, const SampleWalk& walk) {
     canvas.MoveTo(World(walk.from), 0.5F);
     canvas.LineTo(World(walk.last), 0.5F);
-    CSampleCursor samples(set, walk);
+    CSampleCursor samples(shown, walk);
     const int64_t half = walk.step / 2;
     const auto isOn = [](double value) { return value >= 0.5; };
     std::optional<int64_t> onSince;
@@ -152,17 +165,18 @@ std::vector<ColumnRange> ColumnsOf(const QRegion& region) {
     return joined;
 }
 
-void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const CGraphDataSet& set, const PixelRect& client,
+void DrawCurve(CCanvas& canvas, CPixelPainter& painter, const ShownSet& shown, const PixelRect& client,
                std::span<const ColumnRange> columns) {
-    const QColor color = ToQColor(set.GetColor());
-    painter.SetPen(color);
-    painter.SetBrush(color);
+    painter.SetPen(shown.color);
+    painter.SetBrush(shown.color);
     for (const ColumnRange& range : columns) {
-        const SampleWalk walk = WalkFor(canvas.GetMapping(), client, range);
-        if (set.IsBinary())
-            DrawLane(canvas, set, walk);
+        const auto walk = WalkFor(canvas.GetMapping(), client, range, shown);
+        if (!walk)
+            continue;
+        if (shown.set.IsBinary())
+            DrawLane(canvas, shown, *walk);
         else
-            DrawLine(canvas, set, walk);
+            DrawLine(canvas, shown, *walk);
     }
 }
 

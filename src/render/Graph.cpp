@@ -81,7 +81,7 @@ void CGraph::DrawData(CGraphDrawingContext& context, const CConsole& console) {
     const QRegion clip = frame - consoleRegion;
     painter.SetClip(clip);
     painter.Fill(client, context.GetColors().background);
-    CGroupDrawing(context, m_Canvas, clip).Draw();
+    CGroupDrawing(context, m_Canvas, clip, m_bEveryEvent).Draw();
     DrawCursorLines(context);
 }
 
@@ -146,6 +146,20 @@ void CGraph::ToggleConsoleSide(CGraphWindow& window) {
 void CGraph::ToggleBackground(CGraphWindow& window) {
     m_bDarkScheme = !m_bDarkScheme;
     window.Invalidate();
+}
+
+void CGraph::ShowEveryEvent(CGraphWindow& window, bool show) {
+    m_bEveryEvent = show;
+    window.Invalidate();
+}
+
+int CGraph::GetSamplesPerShownOne() const {
+    const auto hasCurve = [](const auto& group) {
+        return group->IsDisplayedAsGraph() && group->m_bExpanded && group->CountSets(DisplayType::Graph) > 0;
+    };
+    if (m_bEveryEvent || std::ranges::none_of(m_Data.GetGroups(), hasCurve))
+        return 1;
+    return m_Canvas.GetTimeAxis().GetSamplesPerPixel();
 }
 
 void CGraph::InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key, Contents contents) const {

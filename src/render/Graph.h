@@ -93,6 +93,11 @@ public:
     void ToggleSelectedGroup(CGraphWindow& window);
     void ToggleConsoleSide(CGraphWindow& window);
     void ToggleBackground(CGraphWindow& window);
+    // Whether curves show every sample in view, instead of one for each pixel column. Off at first.
+    bool IsEveryEventShown() const { return m_bEveryEvent; }
+    void ShowEveryEvent(CGraphWindow& window, bool show);
+    // Of how many samples the picture shows one, by the last frame. 1 when none is left out.
+    int GetSamplesPerShownOne() const;
     void InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key,
                                Contents contents = Contents::Draw) const;
 
@@ -135,6 +140,7 @@ private:
     // Of the last frame.
     ConsoleMetrics m_Console;
     bool m_bDarkScheme = true;
+    bool m_bEveryEvent = false;
     GroupStates m_GroupStates;
 };
 

@@ -6,6 +6,7 @@
 #include "render/GraphLayout.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -45,6 +46,13 @@ MinMax WithHeight(const MinMax& range) {
 
 } // namespace
 
+CGroupDrawing::CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip,
+                             bool everyEvent)
+    : m_Context(context), m_Canvas(canvas), m_Clip(clip) {
+    if (everyEvent)
+        m_Events.emplace(context.GetPainter(), canvas.GetTimeAxis(), context.GetClient());
+}
+
 QRegion CGroupDrawing::GetExpandedBands(const CGraphDrawingContext& context) {
     QRegion region;
     for (const auto& group : context.GetData().GetGroups()) {
@@ -69,6 +77,8 @@ void CGroupDrawing::Draw() {
         m_Columns = ColumnsOf(clip & m_Context.GetArea().GetContents());
         if (m_Columns.empty())
             continue;
+        if (m_Events)
+            m_Events->SetColumns(m_Columns);
         if (group->m_bSeparateSets)
             DrawSeparateRows(*group);
         else
@@ -150,13 +160,32 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
 
 void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
     const WorldRect& visible = m_Canvas.GetVisible();
+    const ShownSet shown{.set = set, .color = ToQColor(set.GetColor())};
     m_Canvas.SetMapping(plot, {visible.x1, top, visible.x2, bottom});
-    DrawCurve(m_Canvas, m_Context.GetPainter(), set, m_Context.GetClient(), m_Columns);
+    if (m_Events)
+        m_Events->Draw(shown, m_Canvas.GetMapping());
+    else
+        DrawCurve(m_Canvas, m_Context.GetPainter(), shown, m_Context.GetClient(), m_Columns);
 }
 
 MinMax CGroupDrawing::GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
     const CMapping mapping(plot, m_Canvas.GetVisible());
+    if (m_Events)
+        return GetRangeOfEvents(set, mapping, plot);
     return set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right));
+}
+
+// With the last sample in view, and the values that are finite alone.
+MinMax CGroupDrawing::GetRangeOfEvents(const CGraphDataSet& set, const CMapping& mapping,
+                                       const PixelRect& plot) {
+    if (set.IsBinary())
+        return {0.0F, 1.0F};
+    const int last = set.GetCount() - 1;
+    const int from = std::clamp(mapping.PixelToIndex(plot.left), 0, last);
+    const int to = std::clamp(mapping.PixelToIndex(plot.right), from, last) + 1;
+    SampleSummary samples{};
+    set.Summarize(std::array{from, to}, std::span(&samples, 1));
+    return samples.finite;
 }
 
 } // namespace Tracelyn

@@ -54,6 +54,12 @@ void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
                    [this](int x, int y, int width, int height) { AddRun(QRect(x, y, width, height)); });
 }
 
+void CPixelPainter::Bar(const PixelRect& rect) {
+    const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
+    if (!visible.isEmpty())
+        AddRun(visible);
+}
+
 // Lines of a curve meet in their columns: most runs go on where the one before ended.
 void CPixelPainter::AddRun(const QRect& run) {
     if (m_nRuns != 0) {

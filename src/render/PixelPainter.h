@@ -38,6 +38,8 @@ public:
 
     // From the first point up to, but without, the second.
     void Line(int x1, int y1, int x2, int y2);
+    // A rectangle in the pen's colour; nothing when empty. It is collected as lines are.
+    void Bar(const PixelRect& rect);
     // Border in the pen's colour inside the bounds, filled with the brush; nothing when empty.
     void Rectangle(const PixelRect& rect);
     void Fill(const PixelRect& rect, const QColor& color);

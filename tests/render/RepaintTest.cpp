@@ -8,7 +8,9 @@ namespace {
 constexpr QSize kSize(640, 300);
 
 struct Busy : GraphWithData {
-    explicit Busy(int count, double scale = 1.0) : window(graph, kSize, scale), m_nScale(scale) {
+    explicit Busy(int count, double scale = 1.0, bool everyEvent = false)
+        : window(graph, kSize, scale), m_nScale(scale) {
+        graph.ShowEveryEvent(window, everyEvent);
         AddIndex();
         CGraphDataGroup& curves = AddGroup("Curves");
         AddSignal(curves, "Sine", count, [=](int i) {
@@ -52,9 +54,15 @@ private:
 TEST(PartialRepaint, EqualsAFullOneAfterCursorSteps) {
     for (const double scale : {1.0, 2.0}) {
         for (const int count : {40, 640, 3000, 20000}) {
-            for (const float zoom : {1.0F, 3.0F, 40.0F}) {
-                SCOPED_TRACE(testing::Message() << count << " samples, zoom " << zoom << ", scale " << scale);
-                Busy data(count, scale);
+            for (const auto& [zoom, everyEvent] : {std::pair{1.0F, false},
+                                                   {3.0F, false},
+                                                   {40.0F, false},
+                                                   {1.0F, true},
+                                                   {3.0F, true},
+                                                   {40.0F, true}}) {
+                SCOPED_TRACE(testing::Message() << count << " samples, zoom " << zoom << ", scale " << scale
+                                                << ", every event " << everyEvent);
+                Busy data(count, scale, everyEvent);
                 data.graph.Zoom(data.window, zoom);
                 data.window.PaintAll();
                 for (const int step : {1, 1, -3, 10, -1, 2, 25, -40, 7})

@@ -1,0 +1,67 @@
+// Draws the samples of a data set so that none of them is hidden, however many fall on one pixel column.
+#pragma once
+
+#include "model/GraphDataTypedSource.h"
+#include "render/CurveDrawing.h"
+#include "render/Mapping.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+class QPoint;
+
+namespace Tracelyn {
+
+class CPixelPainter;
+struct ShownSet;
+
+// In each pixel column a curve covers all samples that fall on it, from the smallest to the largest, and the
+// lines from the last sample of a column to the first of the next. Values that are not finite are gaps. An
+// on/off signal is a thin line where it is off and a bar where it is on; a column in which it is both on and
+// off shows the upper and the lower part of a bar and nothing between them.
+//
+// What a column shows does not depend on which columns are asked for: a repainted strip joins its
+// surroundings. The work depends on the number of columns, not on that of the samples.
+class CEventDrawing {
+public:
+    // `axis` maps samples to the pixels of the client area.
+    CEventDrawing(CPixelPainter& painter, const CMapping& axis, const PixelRect& client)
+        : m_Painter(painter), m_Axis(axis), m_Client(client) {}
+
+    // What Draw draws from now on: the parts of these columns inside the client area.
+    void SetColumns(std::span<const ColumnRange> columns);
+    // `values` maps raw values to the rows of the plot.
+    void Draw(const ShownSet& shown, const CMapping& values);
+
+private:
+    // Columns side by side. Samples [starts[k], starts[k + 1]) of the axis fall on column left + k.
+    struct Strip {
+        int left;
+        std::vector<int64_t> starts;
+    };
+    enum class Lane { None, Off, On, Both };
+
+    int ColumnOf(int64_t index) const;
+    // The first sample in view that falls on the column or lies to its right.
+    int64_t FirstSampleFrom(int column) const;
+    // Behind the last sample in view.
+    int64_t EndOfView() const;
+    void SumUp(const ShownSet& shown, const Strip& strip);
+    void DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip);
+    void DrawLane(const ShownSet& shown, const CMapping& values, const Strip& strip);
+    void DrawLaneRun(Lane lane, int from, int to, const CMapping& values);
+    void Join(const std::optional<QPoint>& from, const std::optional<QPoint>& to);
+
+    CPixelPainter& m_Painter;
+    CMapping m_Axis;
+    PixelRect m_Client;
+    std::vector<Strip> m_Strips;
+    // Of the set and the strip that are being drawn: where each column's samples begin in the set, and what
+    // they come to.
+    std::vector<int> m_Bounds;
+    std::vector<SampleSummary> m_Summaries;
+};
+
+} // namespace Tracelyn
