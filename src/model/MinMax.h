@@ -73,31 +73,29 @@ struct Extreme {
             return isLess ? Limits::max() : Limits::lowest();
     }
 
-    // Of all the parts together, from left to right. Which of several equal values a lane of a vector finds
-    // first does not matter, except for the two floating zeros.
-    static T Of(std::span<const std::span<const T>> parts) {
+    // Which of several equal values a lane of a vector finds first does not matter, except for the two
+    // floating zeros.
+    static T Of(std::span<const T> values) {
         Vector best = Vector{} + None();
         Vector other = best;
         T rest = None();
-        for (const std::span<const T> part : parts) {
-            const T* at = part.data();
-            const T* const end = at + part.size();
-            for (; end - at >= 2 * kLanes; at += 2 * kLanes) {
-                Take(best, at);
-                Take(other, at + kLanes);
-            }
-            if (end - at >= kLanes) {
-                Take(best, at);
-                at += kLanes;
-            }
-            for (; at != end; ++at)
-                rest = Better()(*at, rest) ? *at : rest;
+        const T* at = values.data();
+        const T* const end = at + values.size();
+        for (; end - at >= 2 * kLanes; at += 2 * kLanes) {
+            Take(best, at);
+            Take(other, at + kLanes);
         }
-        best = Better()(other, best) ? other : best;
-        for (int lane = 0; lane < kLanes; ++lane)
-            rest = Better()(best[lane], rest) ? best[lane] : rest;
+        for (; end - at >= kLanes; at += kLanes)
+            Take(best, at);
+        for (; at != end; ++at)
+            rest = Better()(*at, rest) ? *at : rest;
+        if (values.size() >= kLanes) {
+            best = Better()(other, best) ? other : best;
+            for (int lane = 0; lane < kLanes; ++lane)
+                rest = Better()(best[lane], rest) ? best[lane] : rest;
+        }
         if (std::is_floating_point_v<T> && rest == T{0})
-            return FirstZero(parts);
+            return *std::ranges::find(values, T{0});
         return rest;
     }
 
@@ -111,119 +109,93 @@ private:
         std::memcpy(&vector, values, sizeof(vector));
         best = Better()(vector, best) ? vector : best;
     }
-
-    static T FirstZero(std::span<const std::span<const T>> parts) {
-        for (const std::span<const T> part : parts) {
-            const auto found = std::ranges::find(part, T{0});
-            if (found != part.end())
-                return *found;
-        }
-        return T{0};
-    }
 };
 
-// Keeps the extremes of every whole block of the samples it has seen, of blocks of blocks and so on; what it
-// finds is exact. T is the type that samples read as; Which tells which of their values count. Small blocks
-// make answers fast: a picture asks for the range of each of its columns. They take 3 to 4 % of the samples'
-// memory.
+// Keeps the best value of every whole block of the samples it has seen, of blocks of blocks and so on. Small
+// blocks make answers fast: a picture asks for each of its columns.
+template <class T, class Better, size_t kBlock>
+class CExtremeIndex {
+public:
+    void Extend(std::span<const T> samples) {
+        std::span<const T> values = samples;
+        for (size_t level = 0; level < kLevels; ++level) {
+            std::vector<T>& blocks = m_Levels[level];
+            const size_t size = BlockSize(level);
+            const size_t old = blocks.size();
+            blocks.resize(values.size() / size);
+            for (size_t block = old; block < blocks.size(); ++block)
+                blocks[block] = Extreme<T, Better>::Of(values.subspan(block * size, size));
+            values = blocks;
+        }
+    }
+
+    T Find(std::span<const T> samples, size_t from, size_t to) const { return Find(samples, 0, from, to); }
+
+    size_t GetBytes() const {
+        size_t bytes = 0;
+        for (const auto& blocks : m_Levels)
+            bytes += blocks.capacity() * sizeof(T);
+        return bytes;
+    }
+
+private:
+    static constexpr size_t kLevels = 5;
+
+    // Of how many values of the level below a block of the level consists.
+    static constexpr size_t BlockSize(size_t level) { return level == 0 ? kBlock : 16; }
+
+    // All whole blocks a level up; the values at both ends only where their whole block is good enough.
+    T Find(std::span<const T> values, size_t level, size_t from, size_t to) const {
+        const size_t size = BlockSize(level);
+        const size_t first = (from + size - 1) / size;
+        const size_t end = to / size;
+        if (level == kLevels || first >= end)
+            return Extreme<T, Better>::Of(values.subspan(from, to - from));
+        const std::vector<T>& blocks = m_Levels[level];
+        T best = Find(blocks, level + 1, first, end);
+        if (from < first * size && IsAtLeastAsGood(blocks[first - 1], best)) {
+            const T left = Extreme<T, Better>::Of(values.subspan(from, first * size - from));
+            best = Better()(best, left) ? best : left;
+        }
+        if (end * size < to && (end == blocks.size() || Better()(blocks[end], best))) {
+            const T right = Extreme<T, Better>::Of(values.subspan(end * size, to - end * size));
+            best = Better()(right, best) ? right : best;
+        }
+        return best;
+    }
+
+    // Of two equal values the one to the left stays, which is seen in floating zeros alone.
+    static bool IsAtLeastAsGood(T value, T best) {
+        return Better()(value, best) || (std::is_floating_point_v<T> && value == T{0} && best == T{0});
+    }
+
+    std::array<std::vector<T>, kLevels> m_Levels;
+};
+
+// Finds the extremes of any range of samples, exactly, without reading all of them. T is the type that
+// samples read as; Which tells which of their values count. Takes 3 to 4 % of the samples' memory.
 template <class T, size_t kBlock = 64, class Which = AllValues>
 class CMinMaxIndex {
 public:
     // Takes in what was appended to the samples since the last call; earlier samples must not have changed.
     void Extend(std::span<const T> samples) {
-        Values values{samples, samples};
-        for (size_t level = 0; level < m_Levels.size(); ++level) {
-            m_Levels[level].Extend(values, BlockSize(level));
-            values = m_Levels[level].GetValues();
-        }
+        m_Smallest.Extend(samples);
+        m_Largest.Extend(samples);
     }
 
     // Extremes of samples[from, to), which Extend has seen. An empty range gives MinMax::None().
     MinMax Find(std::span<const T> samples, size_t from, size_t to) const {
         if (from >= to)
             return MinMax::None();
-        Parts parts;
-        Collect(parts, {samples, samples}, 0, from, to);
-        return {static_cast<float>(parts.Smallest()), static_cast<float>(parts.Largest())};
+        return {static_cast<float>(m_Smallest.Find(samples, from, to)),
+                static_cast<float>(m_Largest.Find(samples, from, to))};
     }
 
-    size_t GetBytes() const {
-        size_t bytes = 0;
-        for (const Level& level : m_Levels)
-            bytes += (level.smallest.capacity() + level.largest.capacity()) * sizeof(T);
-        return bytes;
-    }
+    size_t GetBytes() const { return m_Smallest.GetBytes() + m_Largest.GetBytes(); }
 
 private:
-    // Of how many values of the level below a block of the level consists.
-    static constexpr size_t BlockSize(size_t level) { return level == 0 ? kBlock : 16; }
-
-    static constexpr size_t kLevels = 5;
-
-    // What one level consists of; the samples themselves are the lowest, smallest and largest of one each.
-    struct Values {
-        std::span<const T> smallest;
-        std::span<const T> largest;
-    };
-
-    // Parts of levels that together cover a range, from left to right.
-    class Parts {
-    public:
-        void Add(const Values& values, size_t from, size_t to) {
-            if (from == to)
-                return;
-            m_Smallest[m_nCount] = values.smallest.subspan(from, to - from);
-            m_Largest[m_nCount++] = values.largest.subspan(from, to - from);
-        }
-        T Smallest() const {
-            return Extreme<T, typename Which::Less>::Of(std::span(m_Smallest).first(m_nCount));
-        }
-        T Largest() const {
-            return Extreme<T, typename Which::Greater>::Of(std::span(m_Largest).first(m_nCount));
-        }
-
-    private:
-        static constexpr size_t kMost = 2 * kLevels + 1;
-        std::array<std::span<const T>, kMost> m_Smallest;
-        std::array<std::span<const T>, kMost> m_Largest;
-        size_t m_nCount = 0;
-    };
-
-    struct Level {
-        std::vector<T> smallest;
-        std::vector<T> largest;
-
-        Values GetValues() const { return {smallest, largest}; }
-
-        void Extend(const Values& below, size_t blockSize) {
-            const size_t old = smallest.size();
-            const size_t whole = below.smallest.size() / blockSize;
-            smallest.resize(whole);
-            largest.resize(whole);
-            for (size_t block = old; block < whole; ++block) {
-                Parts part;
-                part.Add(below, block * blockSize, (block + 1) * blockSize);
-                smallest[block] = part.Smallest();
-                largest[block] = part.Largest();
-            }
-        }
-    };
-
-    // Both ends of the range here, all whole blocks between them a level up.
-    void Collect(Parts& parts, const Values& values, size_t level, size_t from, size_t to) const {
-        const size_t blockSize = BlockSize(level);
-        const size_t firstBlock = (from + blockSize - 1) / blockSize;
-        const size_t endBlock = to / blockSize;
-        if (level == kLevels || firstBlock >= endBlock) {
-            parts.Add(values, from, to);
-            return;
-        }
-        parts.Add(values, from, firstBlock * blockSize);
-        Collect(parts, m_Levels[level].GetValues(), level + 1, firstBlock, endBlock);
-        parts.Add(values, endBlock * blockSize, to);
-    }
-
-    std::array<Level, kLevels> m_Levels;
+    CExtremeIndex<T, typename Which::Less, kBlock> m_Smallest;
+    CExtremeIndex<T, typename Which::Greater, kBlock> m_Largest;
 };
 
 } // namespace Tracelyn
