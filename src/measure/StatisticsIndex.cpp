@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <utility>
+#include <iterator>
 
 namespace Tracelyn {
 

@@ -5,11 +5,11 @@
 #include "support/Progress.h"
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 namespace Tracelyn {
@@ -88,12 +88,7 @@ public:
 
 private:
     // Equal for sets whose scaled values are the same: the samples, and the bits of the unit.
-    struct Key {
-        const void* store;
-        uint32_t offset;
-        uint32_t factor;
-        auto operator<=>(const Key&) const = default;
-    };
+    using Key = std::tuple<const void*, uint32_t, uint32_t>;
     struct Levels;
 
     static Key KeyOf(const CGraphDataSet& set);
