@@ -1,8 +1,9 @@
-// The whole road of a document: from bytes to the model, its layout, frames and the CSV table.
+// The whole road of a document: from bytes to the model, its figures, its layout, frames and the CSV table.
 //
 // A seed ends with a comment, <!--...-->, whose characters choose how it is shown.
 #include "Driving.h"
 #include "FuzzInput.h"
+#include "Measuring.h"
 #include "PlainReading.h"
 #include "Scratch.h"
 #include "reader/AnalysisFile.h"
@@ -82,6 +83,7 @@ void CheckModel(const CGraphData& data, Settings& settings) {
     const int step = static_cast<int>(settings.Below(7)) + 1;
     for (const auto& set : data.GetSets())
         CheckBatches(*set, from, to, step);
+    CheckMeasures(data, from, to);
 }
 
 void Export(const CGraph& graph) {

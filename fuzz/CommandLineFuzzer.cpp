@@ -76,9 +76,15 @@ void CheckTool(const QStringList& arguments) {
             "a picture's size is within its limits");
     Require(options->accessLevel >= 0 && options->accessLevel <= 3, "a level is 0 to 3");
     Require(!options->zoom || std::isfinite(*options->zoom), "a zoom factor is a number");
-    const bool needsOutput = options->command != Command::Info && options->command != Command::Help &&
-                             options->command != Command::Version;
+    const bool needsOutput = options->command == Command::Csv || options->command == Command::Render ||
+                             options->command == Command::Pack || options->command == Command::Expand;
     Require(!needsOutput || arguments.contains(options->output), "an output that was named");
+    const bool takesMany = options->command == Command::Stats || options->command == Command::Compare;
+    Require(takesMany != options->inputs.isEmpty(), "files that were named");
+    Require(!options->from || !options->to || (*options->from >= 0 && *options->from <= *options->to),
+            "a range is in order");
+    for (const Tolerance& tolerance : options->tolerances)
+        Require(std::isfinite(tolerance.largest) && tolerance.largest >= 0, "a tolerance is a number");
 }
 
 } // namespace

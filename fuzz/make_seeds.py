@@ -217,6 +217,8 @@ def commandline_seeds():
         "info --code 60418 a.xml", "csv a.xml out.csv", "csv a.xml", "render --size 900x420 --zoom 2.5 --fixed 1 a.paf b.png",
         "render --cursor -1 --scroll 5 a b", "render --cursor=-1 --scroll=99999999999 a b", "render --size 0x5 a b", "render --size 1x1x1 a b",
         "render --scheme light --console left a b", "render --toggle \"A b\" --toggle C a b", "render --zoom nan a b", "render --zoom 1e99 a b",
+        "stats --from 1 --to 5 --while \"A b\" --format csv a b c", "stats --from 5 --to 1 a", "stats",
+        "compare --align Pedal --tolerance Y1=0.5 --tolerance a=b=1e-3 --format json a b", "compare --tolerance Y1=nan a b",
         "pack a b", "expand a b", "pack --code 1 a b", "--help", "info --help", "--version", "-v", "unknown", "info -- --code", "info -x a"))
 
 

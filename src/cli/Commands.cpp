@@ -48,22 +48,21 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.GetErrorText());
 }
 
-ExitCode FailToExpand(const QString& path, ExpandProblem problem) {
+QString ReasonNotExpanded(const QString& path, ExpandProblem problem) {
     const QString text = QStringLiteral("Problem expanding analysis file: ");
     switch (problem) {
     case ExpandProblem::NotReadable:
-        return Fail(QStringLiteral("Cannot read file: %1").arg(path));
+        return QStringLiteral("Cannot read file: %1").arg(path);
     case ExpandProblem::NotWritten:
-        return Fail(text + QStringLiteral("the temporary folder %1 cannot be written").arg(QDir::tempPath()));
+        return text + QStringLiteral("the temporary folder %1 cannot be written").arg(QDir::tempPath());
     case ExpandProblem::NoRoom:
-        return Fail(text +
-                    QStringLiteral("the temporary folder %1 has no room for it").arg(QDir::tempPath()));
+        return text + QStringLiteral("the temporary folder %1 has no room for it").arg(QDir::tempPath());
     case ExpandProblem::None: // a sound container
-        return Fail(text + QStringLiteral("%1 holds no analysis").arg(path));
+        return text + QStringLiteral("%1 holds no analysis").arg(path);
     case ExpandProblem::Damaged:
         break;
     }
-    return Fail(text + QStringLiteral("%1 is damaged or no container").arg(path));
+    return text + QStringLiteral("%1 is damaged or no container").arg(path);
 }
 
 Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
@@ -97,22 +96,33 @@ std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
     const Analysis analysis = LoadShowingProgress(options, data);
     if (support::IsInterrupted())
         return std::nullopt;
+    const QString reason = ReasonNotRead(options.input, isReadable, analysis);
+    if (!reason.isEmpty()) {
+        PrintError(reason);
+        return std::nullopt;
+    }
+    return analysis;
+}
+
+QString ReasonNotRead(const QString& path, bool wasReadable, const Analysis& analysis) {
     switch (analysis.status) {
     case LoadStatus::Read:
         break;
     case LoadStatus::UnknownExtension:
-        Fail(QStringLiteral("Unknown file extension: %1").arg(options.input));
-        return std::nullopt;
+        return QStringLiteral("Unknown file extension: %1").arg(path);
     case LoadStatus::NotExpanded:
-        FailToExpand(options.input, analysis.problem);
-        return std::nullopt;
+        return ReasonNotExpanded(path, analysis.problem);
     }
     // The reader reports such a file as a parse error; here it is an input that cannot be read.
-    if (!isReadable) {
-        Fail(QStringLiteral("Cannot read file: %1").arg(options.input));
-        return std::nullopt;
-    }
-    return analysis;
+    return wasReadable ? QString() : QStringLiteral("Cannot read file: %1").arg(path);
+}
+
+bool PrintOutput(const QByteArray& bytes) {
+    const auto size = static_cast<size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
+        return true;
+    FailToWrite(QStringLiteral("standard output"), qt_error_string());
+    return false;
 }
 
 ExitCode ReportResults(const Analysis& analysis) {
@@ -187,7 +197,7 @@ ExitCode RunExpand(const Options& options) {
     if (support::IsInterrupted())
         return ExitCode::Failed;
     if (!expanded.IsExpanded() || !QFile::exists(expanded.GetPath()))
-        return FailToExpand(options.input, expanded.GetProblem());
+        return Fail(ReasonNotExpanded(options.input, expanded.GetProblem()));
     return CopyToOutput(expanded.GetPath(), options.output);
 }
 

@@ -17,6 +17,8 @@ enum class ExitCode : int {
     WrongUsage = 2,
     // The file was read with problems; the output is written all the same.
     ReadWithProblems = 3,
+    // A signal is farther from the good one than allowed; the output is written, whatever else is wrong.
+    ToleranceBroken = 4,
 };
 
 // Prints the loaded model and the problems found, as JSON.
@@ -25,13 +27,23 @@ ExitCode RunCsv(const Options& options);
 ExitCode RunRender(const Options& options);
 ExitCode RunPack(const Options& options);
 ExitCode RunExpand(const Options& options);
+// The statistics of all signals of several files.
+ExitCode RunStats(const Options& options);
+// How far the signals of several files are from those of a good one. Returns ReadWithProblems also when a
+// file cannot be read at all.
+ExitCode RunCompare(const Options& options);
 
 // The rest is shared by the commands.
 
 // Reads the input that the options name, with a progress line on a terminal. Empty, with the reason printed,
 // when nothing could be read at all; problems inside the file are results. Empty, too, when interrupted.
 std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
+// Why nothing of the file could be read; empty when its document went through the reader. `wasReadable` tells
+// whether there was a readable file before.
+QString ReasonNotRead(const QString& path, bool wasReadable, const Analysis& analysis);
 void PrintError(const QString& text);
+// Writes to the standard output. False, with the reason printed, when not everything was written.
+bool PrintOutput(const QByteArray& bytes);
 // Prints why nothing was read or written and returns ExitCode::Failed.
 ExitCode Fail(const QString& text);
 // The same for an output that cannot be written.

@@ -9,7 +9,6 @@
 #include <QJsonObject>
 
 #include <cmath>
-#include <cstdio>
 
 namespace Tracelyn {
 
@@ -96,11 +95,8 @@ ExitCode RunInfo(const Options& options) {
     if (!analysis)
         return ExitCode::Failed;
     const QByteArray json = InfoJson(*analysis, data);
-    if (support::IsInterrupted())
+    if (support::IsInterrupted() || !PrintOutput(json))
         return ExitCode::Failed;
-    const auto size = static_cast<size_t>(json.size());
-    if (std::fwrite(json.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
-        return FailToWrite(QStringLiteral("standard output"), qt_error_string());
     return ReportResults(*analysis);
 }
 

@@ -1,9 +1,7 @@
-#include "cli/Options.h"
+#include "cli/OptionTable.h"
 
 #include "reader/SignalFileReader.h"
 #include "support/Limits.h"
-
-#include <QCommandLineParser>
 
 #include <algorithm>
 #include <array>
@@ -52,6 +50,23 @@ std::optional<bool> FirstOf(const QString& text, const char* first, const char* 
     return text == QLatin1String(second) ? std::optional(false) : std::nullopt;
 }
 
+std::optional<TableFormat> ToFormat(const QString& text) {
+    if (text == QLatin1String("table"))
+        return TableFormat::Table;
+    if (text == QLatin1String("csv"))
+        return TableFormat::Csv;
+    return text == QLatin1String("json") ? std::optional(TableFormat::Json) : std::nullopt;
+}
+
+// NAME=VALUE; a "=" in the name is its own.
+std::optional<Tolerance> ToTolerance(const QString& text) {
+    const qsizetype at = text.lastIndexOf(u'=');
+    bool ok = false;
+    const double largest = text.mid(at + 1).toDouble(&ok);
+    const bool isAllowed = at >= 0 && ok && std::isfinite(largest) && largest >= 0;
+    return isAllowed ? std::optional(Tolerance{text.left(at), largest}) : std::nullopt;
+}
+
 // Stores a converted value. False when the conversion has none, since the text makes no sense.
 template <class T, class Value>
 bool Store(T& target, const std::optional<Value>& value) {
@@ -59,14 +74,6 @@ bool Store(T& target, const std::optional<Value>& value) {
         target = *value;
     return value.has_value();
 }
-
-struct OptionEntry {
-    const char* name;
-    const char* value; // as the usage names it; null for an option without one
-    bool isRepeatable;
-    // Takes one given value. False when it is not allowed.
-    bool (*read)(const QString& text, Options& options);
-};
 
 constexpr std::array kCode{
     OptionEntry{"code", "C", true,
@@ -113,11 +120,40 @@ constexpr std::array kRenderOptions{
                 }},
 };
 
-struct CommandEntry {
-    const char* name;
-    Command command;
-    std::span<const OptionEntry> options;
-    std::span<const char* const> files; // as the usage names them
+constexpr OptionEntry kFormat{"format", "table|csv|json", false, [](const QString& text, Options& options) {
+                                  return Store(options.format, ToFormat(text));
+                              }};
+
+constexpr std::array kStatsOptions{
+    kCode[0],
+    OptionEntry{"from", "N", false,
+                [](const QString& text, Options& options) { return Store(options.from, ToPosition(text)); }},
+    OptionEntry{"to", "N", false,
+                [](const QString& text, Options& options) { return Store(options.to, ToPosition(text)); }},
+    OptionEntry{"while", "NAME", false,
+                [](const QString& text, Options& options) {
+                    options.whileSignal = text;
+                    return true;
+                }},
+    kFormat,
+};
+
+constexpr std::array kCompareOptions{
+    kCode[0],
+    OptionEntry{"align", "sample|NAME", false,
+                [](const QString& text, Options& options) {
+                    if (text != QLatin1String("sample"))
+                        options.alignSignal = text;
+                    return true;
+                }},
+    OptionEntry{"tolerance", "NAME=VALUE", true,
+                [](const QString& text, Options& options) {
+                    const auto tolerance = ToTolerance(text);
+                    if (tolerance)
+                        options.tolerances.push_back(*tolerance);
+                    return tolerance.has_value();
+                }},
+    kFormat,
 };
 
 constexpr std::array kInfoFiles{"FILE"};
@@ -125,130 +161,23 @@ constexpr std::array kCsvFiles{"FILE", "OUT.csv"};
 constexpr std::array kRenderFiles{"FILE", "OUT.png"};
 constexpr std::array kPackFiles{"IN.xml", "OUT.paf"};
 constexpr std::array kExpandFiles{"IN.paf", "OUT.xml"};
+constexpr std::array kStatsFiles{"FILE..."};
+constexpr std::array kCompareFiles{"GOOD", "FILE..."};
 
-// All that the parser and the usage know of the commands.
 constexpr std::array kCommands{
     CommandEntry{"info", Command::Info, kCode, kInfoFiles},
     CommandEntry{"csv", Command::Csv, kCode, kCsvFiles},
     CommandEntry{"render", Command::Render, kRenderOptions, kRenderFiles},
+    CommandEntry{"stats", Command::Stats, kStatsOptions, kStatsFiles},
+    CommandEntry{"compare", Command::Compare, kCompareOptions, kCompareFiles},
     CommandEntry{"pack", Command::Pack, {}, kPackFiles},
     CommandEntry{"expand", Command::Expand, {}, kExpandFiles},
 };
 
-bool ReadOption(const QCommandLineParser& parser, const OptionEntry& option, Options& options,
-                QString& error) {
-    const QString name = QString::fromLatin1(option.name);
-    if (option.value == nullptr)
-        return !parser.isSet(name) || option.read({}, options);
-    QStringList given = parser.values(name);
-    if (!option.isRepeatable && given.size() > 1)
-        given = {given.last()};
-    for (const QString& text : std::as_const(given)) {
-        if (!option.read(text, options)) {
-            error = QStringLiteral("--%1: '%2' is not allowed").arg(name, text);
-            return false;
-        }
-    }
-    return true;
-}
-
-std::optional<Options> ParseCommand(const CommandEntry& command, const QStringList& arguments,
-                                    QString& error) {
-    QCommandLineParser parser;
-    for (const OptionEntry& option : command.options)
-        parser.addOption({QString::fromLatin1(option.name), QString(), QString::fromLatin1(option.value)});
-    const QCommandLineOption help(QStringLiteral("h"));
-    parser.addOption(help);
-    if (!parser.parse(arguments)) {
-        error = parser.errorText();
-        return std::nullopt;
-    }
-    if (parser.isSet(help))
-        return Options{};
-    const QStringList files = parser.positionalArguments();
-    if (static_cast<size_t>(files.size()) != command.files.size()) {
-        error = QStringLiteral("%1 takes %2 file(s), not %3")
-                    .arg(QLatin1String(command.name))
-                    .arg(command.files.size())
-                    .arg(files.size());
-        return std::nullopt;
-    }
-    Options options;
-    options.command = command.command;
-    options.input = files.first();
-    if (files.size() > 1)
-        options.output = files.last();
-    for (const OptionEntry& option : command.options) {
-        if (!ReadOption(parser, option, options, error))
-            return std::nullopt;
-    }
-    return options;
-}
-
-// The usage of one command, in lines of limited length.
-QString UsageOf(const CommandEntry& command) {
-    QStringList parts;
-    for (const OptionEntry& option : command.options) {
-        const QString value = option.value == nullptr ? QString() : u' ' + QLatin1String(option.value);
-        parts.append(
-            QStringLiteral("[--%1%2]%3")
-                .arg(QLatin1String(option.name), value, QLatin1String(option.isRepeatable ? "..." : "")));
-    }
-    QStringList files;
-    for (const char* file : command.files)
-        files.append(QLatin1String(file));
-    parts.append(files.join(u' '));
-
-    constexpr qsizetype kLineLength = 85;
-    const QString begin = QStringLiteral("  tracelyn-cli %1").arg(QLatin1String(command.name), -6);
-    QString text;
-    QString line = begin;
-    for (const QString& part : std::as_const(parts)) {
-        if (line.size() + 1 + part.size() > kLineLength) {
-            text += line + u'\n';
-            line = QString(begin.size(), u' ');
-        }
-        line += u' ' + part;
-    }
-    return text + line + u'\n';
-}
-
 } // namespace
 
-QString UsageText() {
-    QString text = QStringLiteral("usage:\n");
-    for (const CommandEntry& command : kCommands)
-        text += UsageOf(command);
-    return text + QStringLiteral(
-                      "  tracelyn-cli help | -h | --help | --version\n"
-                      "\n"
-                      "FILE is an analysis file, .xml or .paf.\n"
-                      "exit code: 0 no problems, 1 nothing read or written, 2 wrong usage,\n"
-                      "           3 read with problems (each on the error output), the output is written\n");
-}
-
-std::optional<Options> ParseOptions(const QStringList& arguments, QString& error) {
-    if (arguments.isEmpty()) {
-        error = QStringLiteral("no command given");
-        return std::nullopt;
-    }
-    const bool isHelp =
-        arguments.first() == QLatin1String("help") || arguments.first() == QLatin1String("-h");
-    if (isHelp || arguments.contains(QStringLiteral("--help")))
-        return Options{};
-    if (arguments.first() == QLatin1String("--version")) {
-        Options options;
-        options.command = Command::Version;
-        return options;
-    }
-    const auto command = std::ranges::find_if(
-        kCommands, [&](const CommandEntry& entry) { return arguments.first() == QLatin1String(entry.name); });
-    if (command == kCommands.end()) {
-        error = QStringLiteral("unknown command '%1'").arg(arguments.first());
-        return std::nullopt;
-    }
-    // The parser skips its first argument, so that the command stands where it expects the program's name.
-    return ParseCommand(*command, arguments, error);
+std::span<const CommandEntry> AllCommands() {
+    return kCommands;
 }
 
 } // namespace Tracelyn

@@ -6,10 +6,19 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace Tracelyn {
 
-enum class Command { Info, Csv, Render, Pack, Expand, Help, Version };
+enum class Command { Info, Csv, Render, Pack, Expand, Stats, Compare, Help, Version };
+
+enum class TableFormat { Table, Csv, Json };
+
+// How far the signals of a name may be from the good ones, in scaled units; 0 or more, finite.
+struct Tolerance {
+    QString signal;
+    double largest;
+};
 
 struct Options {
     Command command = Command::Help;
@@ -19,6 +28,8 @@ struct Options {
     QStringList uselessCodes;
     QString input;
     QString output;
+    // All files, for the commands that take any number; `input` is the first one.
+    QStringList inputs;
 
     QSize size{1280, 720};
     bool dark = true;
@@ -29,6 +40,15 @@ struct Options {
     std::optional<bool> consoleOnLeft;
     QStringList toggledGroups;
     bool everyEvent = false;
+
+    // Samples, both included; `from` is never behind `to`.
+    std::optional<int> from;
+    std::optional<int> to;
+    std::optional<QString> whileSignal;
+    TableFormat format = TableFormat::Table;
+    // Nothing when recordings are aligned at their first samples.
+    std::optional<QString> alignSignal;
+    std::vector<Tolerance> tolerances;
 };
 
 QString UsageText();

@@ -37,6 +37,10 @@ ExitCode Run(const Options& options) {
         return RunPack(options);
     case Command::Expand:
         return RunExpand(options);
+    case Command::Stats:
+        return RunStats(options);
+    case Command::Compare:
+        return RunCompare(options);
     case Command::Version:
         std::puts("tracelyn-cli " TRACELYN_VERSION);
         return ExitCode::Success;

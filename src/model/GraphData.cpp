@@ -34,6 +34,21 @@ CGraphDataGroup* CGraphData::FindGraphGroup(const QString& name) const {
     return found == m_Groups.end() ? nullptr : found->get();
 }
 
+const CGraphDataSet* CGraphData::FindCounterpart(const CGraphDataGroup& group,
+                                                 const CGraphDataSet& set) const {
+    const auto sameGroup = std::ranges::find_if(m_Groups, [&](const auto& own) {
+        return own->m_nDisplayType != DisplayType::None && own->m_strName == group.m_strName;
+    });
+    if (sameGroup == m_Groups.end() || set.GetStore() == nullptr)
+        return nullptr;
+    const auto& sets = (*sameGroup)->m_Sets;
+    const auto found = std::ranges::find_if(sets, [&](const CGraphDataSet* own) {
+        return own->GetStore() != nullptr && own->IsBinary() == set.IsBinary() &&
+               own->GetName() == set.GetName();
+    });
+    return found == sets.end() ? nullptr : *found;
+}
+
 int CGraphData::GetMaxCount() const {
     int count = 0;
     for (const auto& set : m_Sets)

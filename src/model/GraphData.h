@@ -40,6 +40,10 @@ public:
     CGraphDataGroup* FindGroup(const QString& name) const;
     // The first group of that name that is shown in the graph.
     CGraphDataGroup* FindGraphGroup(const QString& name) const;
+    // The signal here that stands for that one of another model: of its name and kind (on/off or not), in the
+    // first group of that group's name that is shown. Null when there is none, and for what is no sampled
+    // signal.
+    const CGraphDataSet* FindCounterpart(const CGraphDataGroup& group, const CGraphDataSet& set) const;
     bool HasData() const { return !m_Groups.empty() || !m_Sets.empty(); }
     // The largest sample count over all sets; 0 without sets.
     int GetMaxCount() const;

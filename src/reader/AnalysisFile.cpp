@@ -1,6 +1,7 @@
 #include "reader/AnalysisFile.h"
 
 #include "reader/XmlReader.h"
+#include "reader/XmlVariable.h"
 
 #include <QFileInfo>
 
@@ -11,15 +12,13 @@ namespace {
 // Share of a container's load that its expansion takes.
 constexpr double kExpansionShare = 0.7;
 
-} // namespace
-
-Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& read,
-                      const support::Progress& progress) {
+Analysis LoadInto(CTypedDataRegistry& samples, const QString& path, int accessLevel, const ReadDocument& read,
+                  const support::Progress& progress) {
     const QString extension = QFileInfo(path).suffix().toLower();
     const bool isContainer = extension == QLatin1String("paf");
     if (!isContainer && extension != QLatin1String("xml"))
         return {.status = LoadStatus::UnknownExtension, .problem = {}, .name = {}, .results = {}};
-    CXmlReader reader; // first: the samples of the load before need not stay beside the expansion
+    CXmlReader reader(samples); // first: the samples of the load before need not stay beside the expansion
     reader.SetAccessLevel(accessLevel);
     if (isContainer) {
         const CExpandedAnalysis document(path, support::StepOf(progress, 0, kExpansionShare));
@@ -40,12 +39,31 @@ Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& 
             .results = reader.GetResults()};
 }
 
-Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
-                      const support::Progress& progress) {
-    const auto read = [&data](CSignalFileReader& reader, const QString& documentPath) {
+ReadDocument ReadInto(CGraphData& data) {
+    return [&data](CSignalFileReader& reader, const QString& documentPath) {
         reader.ReadAnalysis(data, documentPath);
     };
-    return LoadAnalysis(path, accessLevel, read, progress);
+}
+
+} // namespace
+
+Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& read,
+                      const support::Progress& progress) {
+    return LoadInto(CTypedDataRegistry::Instance(), path, accessLevel, read, progress);
+}
+
+Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
+                      const support::Progress& progress) {
+    return LoadAnalysis(path, accessLevel, ReadInto(data), progress);
+}
+
+CRecording::CRecording() : m_pSamples(std::make_unique<CTypedDataRegistry>()) {}
+
+CRecording::~CRecording() = default;
+
+Analysis CRecording::Load(const QString& path, int accessLevel, const support::Progress& progress) {
+    m_Data.Clear();
+    return LoadInto(*m_pSamples, path, accessLevel, ReadInto(m_Data), progress);
 }
 
 QString AnalysisEntryName() {

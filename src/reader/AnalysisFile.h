@@ -1,6 +1,7 @@
 // The one road from a path to a model: chooses by the extension, expands a container, reads the document.
 #pragma once
 
+#include "model/GraphData.h"
 #include "reader/Problems.h"
 #include "reader/container/zip.h"
 #include "support/Progress.h"
@@ -9,12 +10,13 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace Tracelyn {
 
-class CGraphData;
 class CSignalFileReader;
+class CTypedDataRegistry;
 
 enum class LoadStatus {
     Read,             // the document went through a reader, whose results say what is wrong with it
@@ -44,6 +46,26 @@ Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& 
 // Appends the file to `data`; its samples live until the next load.
 Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
                       const support::Progress& progress = {});
+
+// A recording of its own: its model and the samples that it shows live and go together, whatever else is
+// loaded. Several may be loaded and used at the same time, each by its thread.
+class CRecording {
+public:
+    CRecording();
+    CRecording(const CRecording&) = delete;
+    CRecording& operator=(const CRecording&) = delete;
+    ~CRecording();
+
+    // Replaces what was loaded before; otherwise as LoadAnalysis.
+    Analysis Load(const QString& path, int accessLevel, const support::Progress& progress = {});
+
+    CGraphData& GetData() { return m_Data; }
+    const CGraphData& GetData() const { return m_Data; }
+
+private:
+    std::unique_ptr<CTypedDataRegistry> m_pSamples; // outlives the model, which points into it
+    CGraphData m_Data;
+};
 
 // The name under which a container holds its document.
 QString AnalysisEntryName();

@@ -72,8 +72,10 @@ bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
     return true;
 }
 
-CXmlReader::CXmlReader() {
-    CTypedDataRegistry::Instance().Clear();
+CXmlReader::CXmlReader() : CXmlReader(CTypedDataRegistry::Instance()) {}
+
+CXmlReader::CXmlReader(CTypedDataRegistry& registry) : m_Registry(registry) {
+    m_Registry.Clear();
 }
 
 void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
@@ -169,7 +171,7 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
     const QString type = ReadText(element, "Type");
     if (type.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("Type"));
-    TypedDataBase* const variable = CreateVariable(type, data);
+    TypedDataBase* const variable = CreateVariable(type, data, m_Registry);
     if (variable == nullptr)
         return Fail(ResultCode::InvalidAttributeValue, QStringLiteral("Type = ") + type);
 

@@ -16,6 +16,7 @@
 namespace Tracelyn {
 
 class CGraphDataGroup;
+class CTypedDataRegistry;
 class CXmlDomElement;
 class TypedDataBase;
 struct Unit;
@@ -33,13 +34,17 @@ private:
     size_t m_nBinary = 0;
 };
 
-// Serves one file. Constructing a reader deletes the variables and samples that the reader before it read, so
-// the model that shows those is cleared first.
+// Serves one file. Constructing a reader deletes the variables and samples that the registry has from the
+// reader before it, so the model that shows those is cleared first. Readers with registries of their own may
+// work at the same time, each on its thread.
 class CXmlReader : public CSignalFileReader {
 public:
     using CResult = ReadResult;
 
+    // With the registry of the process.
     CXmlReader();
+    // The variables that it reads go to the registry, which is borrowed.
+    explicit CXmlReader(CTypedDataRegistry& registry);
 
     void ReadAnalysis(CGraphData& data, const QString& path) override;
     QString GetAnalysisName() const override { return m_strAnalysisName; }
@@ -74,6 +79,7 @@ private:
     bool FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child);
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
+    CTypedDataRegistry& m_Registry;
     CProblems m_Problems;
     Cap m_VariableCap{support::limits::kMaxVariables, "variables"};
     Cap m_GroupCap{support::limits::kMaxGroups, "groups"};

@@ -59,10 +59,10 @@ constexpr std::array kTypes{
 
 } // namespace
 
-TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner) {
+TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner, CTypedDataRegistry& registry) {
     for (const TypeEntry& type : kTypes) {
         if (typeName == QLatin1String(type.name))
-            return &CTypedDataRegistry::Instance().Add(type.make(owner));
+            return &registry.Add(type.make(owner));
     }
     return nullptr;
 }

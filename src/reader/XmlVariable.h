@@ -143,10 +143,11 @@ public:
     CGraphDataSet& CreateSet() override;
 };
 
-// Owns the variables of the file that was read last, for the whole process. The signals of the loaded model
-// point into it, so the model is cleared before the next reader is constructed.
+// Owns the variables of the file that was read last into it. The signals of the model point into it, so the
+// model is cleared before the next reader uses it.
 class CTypedDataRegistry {
 public:
+    // That of the process, whose file the window shows.
     static CTypedDataRegistry& Instance();
 
     TypedDataBase& Add(std::unique_ptr<TypedDataBase> variable);
@@ -158,6 +159,6 @@ private:
 
 // Makes a variable for one of the eight type names ("Float", "Binary", ...) and adds it to the registry. Null
 // for any other name.
-TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner);
+TypedDataBase* CreateVariable(const QString& typeName, CGraphData& owner, CTypedDataRegistry& registry);
 
 } // namespace Tracelyn

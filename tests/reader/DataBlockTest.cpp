@@ -7,12 +7,12 @@
 // One whole-number variable a letter: s for one whose column is shown, - for one that is not. The samples of
 // every column, "1 2|3 4".
 static std::string Samples(std::string_view letters, std::string_view text) {
-    const CXmlReader owner; // drops the variables of the call before
+    CTypedDataRegistry registry;
     CGraphData data;
     std::vector<TypedDataBase*> variables;
     std::vector<const CGraphDataSet*> sets;
     for (const char letter : letters) {
-        variables.push_back(CreateVariable("Long", data));
+        variables.push_back(CreateVariable("Long", data, registry));
         sets.push_back(letter == 's' ? &variables.back()->CreateSet() : nullptr);
     }
     EXPECT_EQ(ReadDataBlock(*SampleTextInMemory(text), variables), std::nullopt);
@@ -75,9 +75,9 @@ struct SevenRows {
             EXPECT_EQ(set.GetValue(i, -1), 7);
     }
 
-    const CXmlReader owner;
+    CTypedDataRegistry registry;
     CGraphData data;
-    TypedDataBase* variable = CreateVariable("Float", data);
+    TypedDataBase* variable = CreateVariable("Float", data, registry);
     const CGraphDataSet& set = variable->CreateSet();
     std::optional<QString> problem;
 };
@@ -115,11 +115,11 @@ TEST(DataBlock, ReadsTheFirstRowsThatStayWithinTheLimits) {
         std::string text;
         for (int row = 0; row < kRows; ++row)
             text += {static_cast<char>('0' + row % 10), '\n'};
-        const CXmlReader owner;
+        CTypedDataRegistry registry;
         CGraphData data;
         std::vector<TypedDataBase*> variables;
         for (size_t i = 0; i < columns; ++i)
-            variables.push_back(CreateVariable("UByte", data));
+            variables.push_back(CreateVariable("UByte", data, registry));
         for (TypedDataBase* const variable : variables)
             variable->CreateSet();
         const QString problem = ReadDataBlock(*SampleTextInMemory(text), variables).value_or(QString());

@@ -1,0 +1,83 @@
+#include "cli/SeveralFiles.h"
+
+#include "cli/Commands.h"
+#include "model/GraphData.h"
+#include "support/Interrupt.h"
+#include "support/Parallel.h"
+#include "support/UserDevices.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace Tracelyn {
+
+void FileReport::AddProblem(const QString& file, const QString& text) {
+    problems.append(QStringLiteral("%1: %2").arg(file, text));
+}
+
+CJointProgress::CJointProgress(qsizetype files)
+    : m_Done(static_cast<size_t>(files), 0.0), m_bShown(support::IsTerminal(stderr)), m_Line(stderr) {}
+
+support::Progress CJointProgress::Of(qsizetype file) {
+    return [this, &done = m_Done[static_cast<size_t>(file)]](double part) {
+        const std::lock_guard lock(m_Mutex);
+        m_fSum += part - done;
+        done = part;
+        if (m_bShown)
+            m_Line.Show(m_fSum / static_cast<double>(m_Done.size()));
+        return !support::IsInterrupted();
+    };
+}
+
+void ReadRecording(CRecording& recording, const QString& path, int accessLevel,
+                   const support::Progress& progress, FileReport& report) {
+    const QFileInfo input(path);
+    const bool isReadable = input.isFile() && input.isReadable();
+    const Analysis analysis = recording.Load(path, accessLevel, progress);
+    const QString reason = ReasonNotRead(path, isReadable, analysis);
+    if (!reason.isEmpty()) {
+        report.problems.append(reason);
+        recording.GetData().Clear();
+        return;
+    }
+    for (const ReadResult& result : analysis.results)
+        report.AddProblem(path, result.GetText());
+    report.isRead = !IsNothingRead(analysis, recording.GetData());
+}
+
+std::vector<FileReport> LookAtFiles(const QStringList& files, int accessLevel, const LookAtRecording& look,
+                                    CJointProgress& progress, qsizetype firstFile) {
+    std::vector<FileReport> reports(static_cast<size_t>(files.size()));
+    support::ForEachParallel(files.size(), [&](int /*worker*/, int64_t item) {
+        FileReport& report = reports[static_cast<size_t>(item)];
+        CRecording recording;
+        ReadRecording(recording, files[item], accessLevel, progress.Of(firstFile + item), report);
+        if (report.isRead && !support::IsInterrupted())
+            look(recording.GetData(), files[item], report);
+        return !support::IsInterrupted();
+    });
+    return reports;
+}
+
+bool PrintReports(std::span<const FileReport> reports, std::span<const char* const> columns,
+                  TableFormat format) {
+    std::vector<TableLine> lines;
+    for (const FileReport& report : reports)
+        lines.insert(lines.end(), report.lines.begin(), report.lines.end());
+    if (!lines.empty() && !PrintOutput(TableText(columns, lines, format)))
+        return false;
+    for (const FileReport& report : reports) {
+        for (const QString& problem : report.problems)
+            PrintError(problem);
+        for (const QString& remark : report.remarks)
+            std::fprintf(stderr, "tracelyn-cli: %s\n", remark.toUtf8().constData());
+    }
+    return true;
+}
+
+bool HasProblems(std::span<const FileReport> reports) {
+    return std::ranges::any_of(reports, [](const FileReport& report) { return !report.problems.isEmpty(); });
+}
+
+} // namespace Tracelyn
