@@ -1,10 +1,11 @@
 #include "app/ChildView.h"
 
+#include "app/InputEvents.h"
 #include "app/ShellUi.h"
 #include "reader/SignalFileReader.h"
 #include "reader/csv/CsvFile.h"
 
-#include <QGuiApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <optional>
 #include <utility>
 
 namespace Tracelyn {
@@ -26,65 +26,6 @@ constexpr int kFastStep = 10;
 constexpr float kZoomStep = 1.25F;
 constexpr int kBeepHertz = 300;
 constexpr int kBeepMilliseconds = 50;
-
-unsigned FlagsOf(const QMouseEvent& event) {
-    unsigned flags = 0;
-    if (event.buttons().testFlag(Qt::LeftButton))
-        flags |= kLeftButton;
-    if (event.buttons().testFlag(Qt::RightButton))
-        flags |= kRightButton;
-    if (event.buttons().testFlag(Qt::MiddleButton))
-        flags |= kMiddleButton;
-    if ((event.buttons() & ~(Qt::LeftButton | Qt::RightButton | Qt::MiddleButton)) != Qt::NoButton)
-        flags |= kOtherButton;
-    if (event.modifiers().testFlag(Qt::ShiftModifier))
-        flags |= kShift;
-    if (event.modifiers().testFlag(Qt::ControlModifier))
-        flags |= kControl;
-    return flags;
-}
-
-// The digit on a key above the letters; none for the numeric keypad. Where the system tells which key it was,
-// Shift and the keyboard's layout make no difference.
-std::optional<int> MainDigit(const QKeyEvent& event) {
-    if (event.modifiers().testFlag(Qt::KeypadModifier))
-        return std::nullopt;
-    if (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9)
-        return event.key() - Qt::Key_0;
-#ifdef Q_OS_WIN
-    if (event.nativeVirtualKey() >= '0' && event.nativeVirtualKey() <= '9')
-        return static_cast<int>(event.nativeVirtualKey() - '0');
-#else
-    constexpr quint32 kScanOne = 10;
-    constexpr quint32 kScanZero = 19;
-    static const bool hasScanCodes = QGuiApplication::platformName() == QLatin1String("xcb");
-    const quint32 scan = event.nativeScanCode();
-    if (hasScanCodes && scan >= kScanOne && scan <= kScanZero)
-        return static_cast<int>(scan - kScanOne + 1) % 10;
-#endif
-    return std::nullopt;
-}
-
-std::optional<ScrollCode> CodeOf(int action) {
-    switch (action) {
-    case QAbstractSlider::SliderSingleStepSub:
-        return ScrollCode::LineLeft;
-    case QAbstractSlider::SliderSingleStepAdd:
-        return ScrollCode::LineRight;
-    case QAbstractSlider::SliderPageStepSub:
-        return ScrollCode::PageLeft;
-    case QAbstractSlider::SliderPageStepAdd:
-        return ScrollCode::PageRight;
-    case QAbstractSlider::SliderMove:
-        return ScrollCode::ThumbTrack;
-    case QAbstractSlider::SliderToMinimum:
-        return ScrollCode::LeftEnd;
-    case QAbstractSlider::SliderToMaximum:
-        return ScrollCode::RightEnd;
-    default:
-        return std::nullopt;
-    }
-}
 
 } // namespace
 
@@ -232,8 +173,18 @@ void CChildView::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }
 
+// A menu under a button that drags the cursor would take the button's release away.
 void CChildView::contextMenuEvent(QContextMenuEvent* event) {
-    event->ignore();
+    if (m_Timer.isActive())
+        return;
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    Q_EMIT ContextMenuRequested(isByKey ? viewport()->mapToGlobal(GetMenuPlace()) : event->globalPos());
+}
+
+QPoint CChildView::GetMenuPlace() const {
+    const auto cursor = static_cast<float>(m_Graph.GetCursorPosition());
+    const QPoint line(m_Graph.GetCanvas().GetTimeAxis().WorldToPixelX(cursor), 0);
+    return IsDataLoaded() && viewport()->rect().contains(line) ? line : QPoint();
 }
 
 void CChildView::keyPressEvent(QKeyEvent* event) {

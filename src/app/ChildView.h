@@ -34,12 +34,21 @@ public:
     // Replaces an existing file once the new one is complete; else nothing is written. Does nothing, and says
     // complete, when the path cannot be opened; throws when writing fails.
     ExportEnd ExportCsv(const QString& path, const support::Progress& progress) const;
+    // For a picture of the client area: as large, at the scale of the screen.
+    COffscreenWindow MakeOffscreenWindow() const {
+        return COffscreenWindow(viewport()->size(), viewport()->devicePixelRatioF());
+    }
     void ToggleBackground() { m_Graph.ToggleBackground(*this); }
 
     // Carries out one of the view's commands; ignores all others.
     void OnCommand(CommandId id);
     // The keys that are no commands: console side and group digits. False for any other key.
     bool OnKeyDown(const QKeyEvent& event);
+
+Q_SIGNALS:
+    // The context menu is to open at this point of the screen: where the right button was pressed, or for the
+    // menu key at the top of the cursor, or of the picture while the cursor is out of view.
+    void ContextMenuRequested(const QPoint& position);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -62,6 +71,7 @@ private:
     void UpdateNow() override;
     void SetScrollBar(const ScrollBarState& state) override;
 
+    QPoint GetMenuPlace() const;
     void OnScrollBarAction(int action);
     void ToggleGroupByDigit(int digit);
 

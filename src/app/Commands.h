@@ -30,6 +30,9 @@ enum class CommandId : int {
     ToggleSelectedGroup = 32780,
     ToggleFixedCursor = 32781,
     ChangeBackground = 32792,
+    // Of the context menu.
+    CopyPicture = 33001,
+    CopyValues = 33003,
     FileOpen = 57601,
     FileClose = 57602,
     FileSave = 57603,

@@ -62,6 +62,8 @@ private:
     void OnFileSave();
     void OnSaveCsv();
     void OnStep(bool toNext);
+    void OnCopyPicture();
+    void OnCopyValues();
 
     // Loads the current file of the measurement set in place of whatever was loaded before.
     void LoadFile();
