@@ -32,6 +32,7 @@ enum class CommandId : int {
     ChangeBackground = 32792,
     // Of the context menu.
     CopyPicture = 33001,
+    SavePicture = 33002,
     CopyValues = 33003,
     FileOpen = 57601,
     FileClose = 57602,

@@ -4,7 +4,7 @@ namespace Tracelyn {
 
 CContextMenu::CContextMenu(const CCommands& commands, QWidget* window) : QMenu(window) {
     setObjectName(QStringLiteral("contextMenu"));
-    AddBlock(commands, {CommandId::CopyPicture, CommandId::CopyValues});
+    AddBlock(commands, {CommandId::CopyPicture, CommandId::SavePicture, CommandId::CopyValues});
 }
 
 void CContextMenu::AddBlock(const CCommands& commands, std::initializer_list<CommandId> ids) {

@@ -106,6 +106,9 @@ void CMainFrame::OnCommand(CommandId id) {
     case CommandId::CopyPicture:
         OnCopyPicture();
         break;
+    case CommandId::SavePicture:
+        OnSavePicture();
+        break;
     case CommandId::CopyValues:
         OnCopyValues();
         break;
@@ -136,8 +139,8 @@ void CMainFrame::OnCommand(CommandId id) {
 void CMainFrame::UpdateCommands() {
     const CGraph& graph = m_pView->GetGraph();
     const bool loaded = m_pView->IsDataLoaded();
-    for (const CommandId id :
-         {CommandId::SaveCsv, CommandId::FileClose, CommandId::CopyPicture, CommandId::CopyValues})
+    for (const CommandId id : {CommandId::SaveCsv, CommandId::FileClose, CommandId::CopyPicture,
+                               CommandId::SavePicture, CommandId::CopyValues})
         m_Commands.SetEnabled(id, loaded);
     m_Commands.SetEnabled(CommandId::PreviousFile, !m_FileSet.IsFirst());
     m_Commands.SetEnabled(CommandId::NextFile, !m_FileSet.IsLast());

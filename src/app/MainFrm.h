@@ -64,6 +64,9 @@ private:
     void OnStep(bool toNext);
     void OnCopyPicture();
     void OnCopyValues();
+    void OnSavePicture();
+    // False when the picture could not be written; nothing has changed then.
+    bool SavePictureTo(const QString& path);
 
     // Loads the current file of the measurement set in place of whatever was loaded before.
     void LoadFile();

@@ -38,6 +38,7 @@ TEST_F(ContextMenu, OpensByMouseAndKeyAndTellsWhatEachEntryDoes) {
     EXPECT_EQ(MenuPlace(), QPoint(200, 50));
     for (const auto& [text, prompt] :
          {std::pair{"&Copy picture", "Copy the picture to the clipboard, as it is on the screen"},
+          {"&Save picture...", "Save the picture as a PNG, SVG or PDF file"},
           {"Copy &values", "Copy the values at the cursor, for a spreadsheet"}}) {
         EXPECT_NE(PaintedAt(*Menu(), text), -1) << text;
         QTest::keyClick(Menu(), Qt::Key_Down);
@@ -81,4 +82,29 @@ TEST_F(ContextMenu, CopiesThePictureAndTheValues) {
     const auto at = lines.indexOf("Pressure");
     EXPECT_EQ(lines.mid(at, 3).join('|'), "Pressure|P1\t131.1\tbar|P2\t123.9\tbar");
     EXPECT_TRUE(lines.contains("Pedal down\t1\t") && lines.contains("Pedal up\t0\t"));
+}
+
+TEST_F(ContextMenu, SavesThePictureInTheFormatOfItsName) {
+    const SampleFolder folder;
+    WindowUnderTest window({folder.Path("bend01.paf")});
+    const auto say = [&](const QString& path) {
+        window.ui.answers = {path};
+        window.Choose(CommandId::SavePicture);
+        return QString::fromStdString(window.ui.TakeMessages().front()).replace(path, "@").toStdString();
+    };
+    const QImage screen = window.Screen();
+    using Case = std::pair<QString, QByteArray>; // name, what its contents begin with
+    for (const auto& [name, begin] :
+         {Case{"a.svg", "<?xml"}, Case{"a.PDF", "%PDF"}, Case{"a.png", "\x89PNG"}}) {
+        EXPECT_EQ(say(folder.Write(name, "old")), "info|Tracelyn|File '@' was created successfully");
+        EXPECT_TRUE(folder.Read(folder.Path(name)).startsWith(begin)) << name.toStdString();
+    }
+    EXPECT_EQ(QImage(folder.Path("a.png")).convertToFormat(screen.format()), screen);
+    EXPECT_TRUE(folder.Read(folder.Path("a.svg")).contains(">Position error</text>"));
+    EXPECT_EQ(window.ui.requests.front().fileName, "bend01");
+    EXPECT_EQ(window.ui.requests.front().knownExtensions, (QStringList{"png", "svg", "pdf"}));
+
+    ASSERT_TRUE(LinkTo(folder.Path("bend01.paf"), folder.Path("link.png")));
+    EXPECT_EQ(say(folder.Path("link.png")), "stop|Tracelyn|Picture not saved.\n'@' is the opened recording.");
+    EXPECT_EQ(say("/nowhere/a.png"), "stop|Tracelyn|Picture not saved.\nError during write operation.");
 }
