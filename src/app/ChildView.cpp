@@ -1,6 +1,5 @@
 #include "app/ChildView.h"
 
-#include "app/InputEvents.h"
 #include "app/ShellUi.h"
 #include "reader/SignalFileReader.h"
 #include "reader/csv/CsvFile.h"
@@ -11,9 +10,11 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -41,6 +42,7 @@ CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(pare
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setCursor(Qt::ArrowCursor);
     connect(horizontalScrollBar(), &QScrollBar::actionTriggered, this, &CChildView::OnScrollBarAction);
+    horizontalScrollBar()->installEventFilter(this);
 }
 
 void CChildView::ClearData() {
@@ -169,8 +171,26 @@ void CChildView::mouseReleaseEvent(QMouseEvent* event) {
 // The second press of a double click moves no cursor; its release toggles a group like any other.
 void CChildView::mouseDoubleClickEvent(QMouseEvent* /*event*/) {}
 
+// The wheel is another hand on the arrows of the scroll bar, and on the commands that zoom.
 void CChildView::wheelEvent(QWheelEvent* event) {
-    event->ignore();
+    QScrollBar& bar = *horizontalScrollBar();
+    const int notches = m_Wheel.TakeNotches(*event);
+    for (int i = 0; i < std::abs(notches); ++i) {
+        if (CWheel::IsZooming(*event))
+            Q_EMIT CommandRequested(notches > 0 ? CommandId::ZoomIn : CommandId::ZoomOut);
+        else if (bar.isEnabled())
+            bar.triggerAction(notches > 0 ? QScrollBar::SliderSingleStepSub
+                                          : QScrollBar::SliderSingleStepAdd);
+    }
+    event->accept();
+}
+
+// Left to itself, the bar would move without the picture.
+bool CChildView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != horizontalScrollBar() || event->type() != QEvent::Wheel)
+        return QAbstractScrollArea::eventFilter(watched, event);
+    wheelEvent(static_cast<QWheelEvent*>(event));
+    return true;
 }
 
 // A menu under a button that drags the cursor would take the button's release away.

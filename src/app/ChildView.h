@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/Commands.h"
+#include "app/InputEvents.h"
 #include "render/Graph.h"
 #include "render/GraphWindow.h"
 
@@ -49,6 +50,8 @@ Q_SIGNALS:
     // The context menu is to open at this point of the screen: where the right button was pressed, or for the
     // menu key at the top of the cursor, or of the picture while the cursor is out of view.
     void ContextMenuRequested(const QPoint& position);
+    // The wheel asks for a command, which may be disabled.
+    void CommandRequested(CommandId id);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -57,6 +60,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -79,6 +83,7 @@ private:
     CShellUi& m_Ui;
     QPoint m_LastMouse;
     QBasicTimer m_Timer;
+    CWheel m_Wheel;
     bool m_bLoading = false;
     // What was marked and not painted yet.
     CPaintArea m_Invalid;

@@ -4,6 +4,10 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <cstdlib>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -62,6 +66,24 @@ std::optional<ScrollCode> CodeOf(int action) {
     default:
         return std::nullopt;
     }
+}
+
+bool CWheel::IsZooming(const QWheelEvent& event) {
+    return event.modifiers().testFlag(Qt::ControlModifier);
+}
+
+// A second wheel or a touchpad turns sideways, too, which has no meaning for the zoom.
+int CWheel::TakeNotches(const QWheelEvent& event) {
+    const bool isZooming = IsZooming(event);
+    const QPoint turn = event.angleDelta();
+    const int angle = isZooming || std::abs(turn.y()) >= std::abs(turn.x()) ? turn.y() : turn.x();
+    const bool turnsBack = (angle < 0) != (m_nPart < 0) && angle != 0;
+    if (std::exchange(m_bZooming, isZooming) != isZooming || turnsBack)
+        m_nPart = 0;
+    m_nPart += angle;
+    const int notches = m_nPart / QWheelEvent::DefaultDeltasPerStep;
+    m_nPart %= QWheelEvent::DefaultDeltasPerStep;
+    return notches;
 }
 
 } // namespace Tracelyn

@@ -31,6 +31,8 @@ CMainFrame::CMainFrame(CShellUi& ui)
 void CMainFrame::LoadFrame() {
     QApplication::setWindowIcon(LoadIcon(QStringLiteral("app")));
     m_pView = new CChildView(m_Ui, this);
+    connect(m_pView, &CChildView::CommandRequested, this,
+            [this](CommandId id) { m_Commands.GetAction(id).trigger(); });
     setCentralWidget(m_pView);
     CreateToolBar();
     m_pStatusPanes = new CStatusPanes(*statusBar());
