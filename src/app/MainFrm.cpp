@@ -34,6 +34,7 @@ void CMainFrame::LoadFrame() {
     connect(m_pView, &CChildView::CommandRequested, this,
             [this](CommandId id) { m_Commands.GetAction(id).trigger(); });
     setCentralWidget(m_pView);
+    setAcceptDrops(true);
     CreateToolBar();
     m_pStatusPanes = new CStatusPanes(*statusBar());
     CreateMenus();
