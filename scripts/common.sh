@@ -2,8 +2,8 @@
 
 say() { printf '== %s\n' "$*"; }
 
-build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libgl1-mesa-dev libxml2-dev zlib1g-dev libgtest-dev
-    fonts-dejavu-core)
+build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libqt6svg6-dev libgl1-mesa-dev libxml2-dev zlib1g-dev
+    libgtest-dev fonts-dejavu-core)
 test_packages=(python3)
 # What ./bench.sh measures with and against.
 bench_packages=(python3 libbenchmark-dev libxml2-utils gzip python3-pandas)

@@ -4,17 +4,18 @@
 #include "reader/SignalFileReader.h"
 #include "reader/csv/CsvFile.h"
 
-#include <QGuiApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
-#include <optional>
 #include <utility>
 
 namespace Tracelyn {
@@ -26,65 +27,6 @@ constexpr int kFastStep = 10;
 constexpr float kZoomStep = 1.25F;
 constexpr int kBeepHertz = 300;
 constexpr int kBeepMilliseconds = 50;
-
-unsigned FlagsOf(const QMouseEvent& event) {
-    unsigned flags = 0;
-    if (event.buttons().testFlag(Qt::LeftButton))
-        flags |= kLeftButton;
-    if (event.buttons().testFlag(Qt::RightButton))
-        flags |= kRightButton;
-    if (event.buttons().testFlag(Qt::MiddleButton))
-        flags |= kMiddleButton;
-    if ((event.buttons() & ~(Qt::LeftButton | Qt::RightButton | Qt::MiddleButton)) != Qt::NoButton)
-        flags |= kOtherButton;
-    if (event.modifiers().testFlag(Qt::ShiftModifier))
-        flags |= kShift;
-    if (event.modifiers().testFlag(Qt::ControlModifier))
-        flags |= kControl;
-    return flags;
-}
-
-// The digit on a key above the letters; none for the numeric keypad. Where the system tells which key it was,
-// Shift and the keyboard's layout make no difference.
-std::optional<int> MainDigit(const QKeyEvent& event) {
-    if (event.modifiers().testFlag(Qt::KeypadModifier))
-        return std::nullopt;
-    if (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9)
-        return event.key() - Qt::Key_0;
-#ifdef Q_OS_WIN
-    if (event.nativeVirtualKey() >= '0' && event.nativeVirtualKey() <= '9')
-        return static_cast<int>(event.nativeVirtualKey() - '0');
-#else
-    constexpr quint32 kScanOne = 10;
-    constexpr quint32 kScanZero = 19;
-    static const bool hasScanCodes = QGuiApplication::platformName() == QLatin1String("xcb");
-    const quint32 scan = event.nativeScanCode();
-    if (hasScanCodes && scan >= kScanOne && scan <= kScanZero)
-        return static_cast<int>(scan - kScanOne + 1) % 10;
-#endif
-    return std::nullopt;
-}
-
-std::optional<ScrollCode> CodeOf(int action) {
-    switch (action) {
-    case QAbstractSlider::SliderSingleStepSub:
-        return ScrollCode::LineLeft;
-    case QAbstractSlider::SliderSingleStepAdd:
-        return ScrollCode::LineRight;
-    case QAbstractSlider::SliderPageStepSub:
-        return ScrollCode::PageLeft;
-    case QAbstractSlider::SliderPageStepAdd:
-        return ScrollCode::PageRight;
-    case QAbstractSlider::SliderMove:
-        return ScrollCode::ThumbTrack;
-    case QAbstractSlider::SliderToMinimum:
-        return ScrollCode::LeftEnd;
-    case QAbstractSlider::SliderToMaximum:
-        return ScrollCode::RightEnd;
-    default:
-        return std::nullopt;
-    }
-}
 
 } // namespace
 
@@ -100,6 +42,7 @@ CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(pare
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setCursor(Qt::ArrowCursor);
     connect(horizontalScrollBar(), &QScrollBar::actionTriggered, this, &CChildView::OnScrollBarAction);
+    horizontalScrollBar()->installEventFilter(this);
 }
 
 void CChildView::ClearData() {
@@ -230,12 +173,40 @@ void CChildView::mouseReleaseEvent(QMouseEvent* event) {
 // The second press of a double click moves no cursor; its release toggles a group like any other.
 void CChildView::mouseDoubleClickEvent(QMouseEvent* /*event*/) {}
 
+// The wheel is another hand on the arrows of the scroll bar, and on the commands that zoom.
 void CChildView::wheelEvent(QWheelEvent* event) {
-    event->ignore();
+    QScrollBar& bar = *horizontalScrollBar();
+    const int notches = m_Wheel.TakeNotches(*event);
+    for (int i = 0; i < std::abs(notches); ++i) {
+        if (CWheel::IsZooming(*event))
+            Q_EMIT CommandRequested(notches > 0 ? CommandId::ZoomIn : CommandId::ZoomOut);
+        else if (bar.isEnabled())
+            bar.triggerAction(notches > 0 ? QScrollBar::SliderSingleStepSub
+                                          : QScrollBar::SliderSingleStepAdd);
+    }
+    event->accept();
 }
 
+// Left to itself, the bar would move without the picture.
+bool CChildView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != horizontalScrollBar() || event->type() != QEvent::Wheel)
+        return QAbstractScrollArea::eventFilter(watched, event);
+    wheelEvent(static_cast<QWheelEvent*>(event));
+    return true;
+}
+
+// A menu under a button that drags the cursor would take the button's release away.
 void CChildView::contextMenuEvent(QContextMenuEvent* event) {
-    event->ignore();
+    if (m_Timer.isActive())
+        return;
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    Q_EMIT ContextMenuRequested(isByKey ? viewport()->mapToGlobal(GetMenuPlace()) : event->globalPos());
+}
+
+QPoint CChildView::GetMenuPlace() const {
+    const auto cursor = static_cast<float>(m_Graph.GetCursorPosition());
+    const QPoint line(m_Graph.GetCanvas().GetTimeAxis().WorldToPixelX(cursor), 0);
+    return IsDataLoaded() && viewport()->rect().contains(line) ? line : QPoint();
 }
 
 void CChildView::keyPressEvent(QKeyEvent* event) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/Commands.h"
+#include "app/InputEvents.h"
 #include "render/Graph.h"
 #include "render/GraphWindow.h"
 
@@ -34,6 +35,10 @@ public:
     // Replaces an existing file once the new one is complete; else nothing is written. Does nothing, and says
     // complete, when the path cannot be opened; throws when writing fails.
     ExportEnd ExportCsv(const QString& path, const support::Progress& progress) const;
+    // For a picture of the client area: as large, at the scale of the screen.
+    COffscreenWindow MakeOffscreenWindow() const {
+        return COffscreenWindow(viewport()->size(), viewport()->devicePixelRatioF());
+    }
     void ToggleBackground() { m_Graph.ToggleBackground(*this); }
 
     // Carries out one of the view's commands; ignores all others.
@@ -44,6 +49,11 @@ public:
 Q_SIGNALS:
     // A frame of the graph was painted, or a part of one.
     void FramePainted();
+    // The context menu is to open at this point of the screen: where the right button was pressed, or for the
+    // menu key at the top of the cursor, or of the picture while the cursor is out of view.
+    void ContextMenuRequested(const QPoint& position);
+    // The wheel asks for a command, which may be disabled.
+    void CommandRequested(CommandId id);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -52,6 +62,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -66,6 +77,7 @@ private:
     void UpdateNow() override;
     void SetScrollBar(const ScrollBarState& state) override;
 
+    QPoint GetMenuPlace() const;
     void OnScrollBarAction(int action);
     void ToggleGroupByDigit(int digit);
 
@@ -73,6 +85,7 @@ private:
     CShellUi& m_Ui;
     QPoint m_LastMouse;
     QBasicTimer m_Timer;
+    CWheel m_Wheel;
     bool m_bLoading = false;
     // What was marked and not painted yet.
     CPaintArea m_Invalid;

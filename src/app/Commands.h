@@ -30,6 +30,10 @@ enum class CommandId : int {
     ToggleSelectedGroup = 32780,
     ToggleFixedCursor = 32781,
     ChangeBackground = 32792,
+    // Of the context menu.
+    CopyPicture = 33001,
+    SavePicture = 33002,
+    CopyValues = 33003,
     FileOpen = 57601,
     FileClose = 57602,
     FileSave = 57603,

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStringList>
 #include <QStringView>
 
 #include <algorithm>
@@ -73,6 +72,22 @@ QStringList FilesIn(const QString& directory) {
 }
 
 } // namespace
+
+QString CFileSetDescriptor::LowestOfSet(const QStringList& paths) {
+    const SplitPath first = Split(paths.front());
+    QString lowest = paths.front();
+    uint32_t number = first.number;
+    for (const QString& path : paths) {
+        const SplitPath parts = Split(path);
+        const bool isOfSet = parts.directory == first.directory && parts.baseName == first.baseName &&
+                             parts.extension == first.extension;
+        if (isOfSet && parts.number < number) {
+            lowest = path;
+            number = parts.number;
+        }
+    }
+    return lowest;
+}
 
 bool CFileSetDescriptor::SetFile(const QString& path) {
     const SplitPath parts = Split(path);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <vector>
@@ -16,6 +17,10 @@ public:
     static constexpr uint32_t kNoNumber = UINT32_MAX;
 
     virtual ~CFileSetDescriptor() = default;
+
+    // Of the paths that belong to the measurement set of the first one, the one with the lowest number. There
+    // is at least one path.
+    static QString LowestOfSet(const QStringList& paths);
 
     // Takes the path apart and looks up which numbers exist now; stepping does not look again. A directory
     // that cannot be read has no numbers. Always true.

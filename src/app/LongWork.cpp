@@ -12,6 +12,10 @@ namespace {
 
 constexpr int kSteps = 1000;
 
+bool IsDrag(QEvent::Type type) {
+    return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+}
+
 bool IsInput(QEvent::Type type) {
     switch (type) {
     case QEvent::KeyPress:
@@ -31,12 +35,9 @@ bool IsInput(QEvent::Type type) {
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
-    case QEvent::DragEnter:
-    case QEvent::DragMove:
-    case QEvent::Drop:
         return true;
     default:
-        return false;
+        return IsDrag(type);
     }
 }
 
@@ -45,6 +46,7 @@ bool IsInput(QEvent::Type type) {
 CLongWork::CLongWork(QMainWindow& window, const QString& title, std::chrono::milliseconds patience)
     : m_Window(window), m_strTitle(title), m_Progress(*window.statusBar(), patience), m_Patience(patience) {
     qApp->installEventFilter(this);
+    ++s_nUnderWay;
 }
 
 CLongWork::~CLongWork() {
@@ -52,6 +54,7 @@ CLongWork::~CLongWork() {
     if (m_Window.isVisible())
         QCoreApplication::processEvents();
     qApp->removeEventFilter(this);
+    --s_nUnderWay;
 }
 
 bool CLongWork::Continue(double done) {
@@ -99,7 +102,8 @@ bool CLongWork::eventFilter(QObject* watched, QEvent* event) {
         return false;
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         m_bStopped = true;
-    event->accept();
+    // Whoever drags a file would take it for moved when the drop is accepted.
+    event->setAccepted(!IsDrag(event->type()));
     return true;
 }
 

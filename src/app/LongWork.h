@@ -16,9 +16,9 @@ class QProgressDialog;
 namespace Tracelyn {
 
 // Lives as long as the work. The window paints, moves and resizes meanwhile but takes no input: keys and
-// clicks are dropped, not played afterwards. Escape asks the work to stop; so does the close box, which is
-// kept for the end. Before the window is shown, work that takes long has a small window of its own with a
-// button to stop it.
+// clicks are dropped, not played afterwards, and a file that is dragged here finds no place. Escape asks the
+// work to stop; so does the close box, which is kept for the end. Before the window is shown, work that takes
+// long has a small window of its own with a button to stop it.
 class CLongWork : public QObject {
     Q_OBJECT
 
@@ -28,6 +28,9 @@ public:
               std::chrono::milliseconds patience = support::CPatience::kDefault);
     // Drops the input that came last.
     ~CLongWork() override;
+
+    // Whether any work is under way: what was asked for before it began must not begin in the middle of it.
+    static bool IsUnderWay() { return s_nUnderWay > 0; }
 
     // For support::Progress: shows the part that is done and handles the window's events. False once the work
     // is to stop.
@@ -52,6 +55,7 @@ private:
     bool m_bStopped = false;
     bool m_bClosing = false;
 
+    static inline int s_nUnderWay = 0;
     static constexpr std::chrono::milliseconds kBetweenEvents{100};
 };
 

@@ -1,5 +1,6 @@
 #include "app/MainFrm.h"
 
+#include "app/ContextMenu.h"
 #include "app/MenuBar.h"
 #include "app/StatusBar.h"
 #include "render/Graph.h"
@@ -30,7 +31,10 @@ CMainFrame::CMainFrame(CShellUi& ui)
 void CMainFrame::LoadFrame() {
     QApplication::setWindowIcon(LoadIcon(QStringLiteral("app")));
     m_pView = new CChildView(m_Ui, this);
+    connect(m_pView, &CChildView::CommandRequested, this,
+            [this](CommandId id) { m_Commands.GetAction(id).trigger(); });
     setCentralWidget(m_pView);
+    setAcceptDrops(true);
     CreateToolBar();
     m_pStatusPanes = new CStatusPanes(*statusBar());
     connect(m_pView, &CChildView::FramePainted, this,
@@ -79,6 +83,9 @@ void CMainFrame::CreateMenus() {
     AddMenu(tr("&Action"),
             {CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor});
     AddMenu(tr("&Help"), {CommandId::About});
+    auto* const context = new CContextMenu(m_Commands, this);
+    connect(m_pView, &CChildView::ContextMenuRequested, context,
+            [context](const QPoint& position) { context->popup(position); });
 }
 
 void CMainFrame::OnCommand(CommandId id) {
@@ -100,6 +107,15 @@ void CMainFrame::OnCommand(CommandId id) {
         break;
     case CommandId::NextFile:
         OnStep(true);
+        break;
+    case CommandId::CopyPicture:
+        OnCopyPicture();
+        break;
+    case CommandId::SavePicture:
+        OnSavePicture();
+        break;
+    case CommandId::CopyValues:
+        OnCopyValues();
         break;
     case CommandId::ChangeBackground:
         m_pView->ToggleBackground();
@@ -128,8 +144,9 @@ void CMainFrame::OnCommand(CommandId id) {
 void CMainFrame::UpdateCommands() {
     const CGraph& graph = m_pView->GetGraph();
     const bool loaded = m_pView->IsDataLoaded();
-    m_Commands.SetEnabled(CommandId::SaveCsv, loaded);
-    m_Commands.SetEnabled(CommandId::FileClose, loaded);
+    for (const CommandId id : {CommandId::SaveCsv, CommandId::FileClose, CommandId::CopyPicture,
+                               CommandId::SavePicture, CommandId::CopyValues})
+        m_Commands.SetEnabled(id, loaded);
     m_Commands.SetEnabled(CommandId::PreviousFile, !m_FileSet.IsFirst());
     m_Commands.SetEnabled(CommandId::NextFile, !m_FileSet.IsLast());
     m_Commands.SetEnabled(CommandId::ZoomIn, loaded && graph.CanZoomIn());

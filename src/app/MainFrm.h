@@ -46,6 +46,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     // The toolbar is hidden through the View menu alone.
     QMenu* createPopupMenu() override { return nullptr; }
     bool focusNextPrevChild(bool /*next*/) override { return false; }
@@ -58,10 +61,19 @@ private:
     void OnCommand(CommandId id);
     void UpdateCommands();
     void OnFileOpen();
+    // What Open does with the file that the user has chosen.
+    void OpenChosen(const QString& path);
+    // The file that a drop opens; none, and the drop is refused, when it cannot open any now.
+    std::optional<QString> AnswerDrag(QDropEvent& event) const;
     void OnFileClose();
     void OnFileSave();
     void OnSaveCsv();
     void OnStep(bool toNext);
+    void OnCopyPicture();
+    void OnCopyValues();
+    void OnSavePicture();
+    // False when the picture could not be written; nothing has changed then.
+    bool SavePictureTo(const QString& path);
 
     // Loads the current file of the measurement set in place of whatever was loaded before.
     void LoadFile();

@@ -1,4 +1,5 @@
 // The main window's commands on files: open, close, step, save, export, and the load that most of them share.
+#include "app/DroppedFiles.h"
 #include "app/LongWork.h"
 #include "app/MainFrm.h"
 #include "app/StatusBar.h"
@@ -6,7 +7,10 @@
 #include "render/Graph.h"
 #include "support/OutputFile.h"
 
+#include <QApplication>
+#include <QDragEnterEvent>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QStatusBar>
 
 namespace Tracelyn {
@@ -34,12 +38,49 @@ void CMainFrame::OnFileOpen() {
                                         .defaultExtension = {},
                                         .fileName = {},
                                         .directory = m_strLastPath});
-    if (!path)
-        return;
-    m_strLastPath = *path;
-    m_FileSet.SetFile(*path);
+    if (path)
+        OpenChosen(*path);
+}
+
+void CMainFrame::OpenChosen(const QString& path) {
+    m_strLastPath = path;
+    m_FileSet.SetFile(path);
     LoadFile();
     SetFileJustOpened(true);
+}
+
+std::optional<QString> CMainFrame::AnswerDrag(QDropEvent& event) const {
+    std::optional<QString> path;
+    if (event.possibleActions().testFlag(Qt::CopyAction) && QApplication::activeModalWidget() == nullptr)
+        path = RecordingAmong(*event.mimeData());
+    // Never a move: the file stays where it is.
+    event.setDropAction(path ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(path.has_value());
+    return path;
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
+    AnswerDrag(*event);
+}
+
+// Comes only after the answer to the first event of the drag was yes.
+void CMainFrame::dragMoveEvent(QDragMoveEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+// The other program waits until the drop is over, and opening may ask the user something.
+void CMainFrame::dropEvent(QDropEvent* event) {
+    const auto path = AnswerDrag(*event);
+    if (!path)
+        return;
+    const auto open = [this, path = *path] {
+        if (CLongWork::IsUnderWay() || QApplication::activeModalWidget() != nullptr)
+            return;
+        activateWindow();
+        OpenChosen(path);
+    };
+    QMetaObject::invokeMethod(this, open, Qt::QueuedConnection);
 }
 
 void CMainFrame::OnFileClose() {

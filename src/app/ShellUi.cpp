@@ -67,24 +67,22 @@ QString ExtensionOf(const QString& nameFilter, const QList<FileFilter>& filters)
     return shown == filters.end() ? QString() : ExtensionOf(*shown);
 }
 
-// Whether the path ends in one of the program's own extensions.
-bool IsComplete(const QString& path) {
-    static const QStringList kKnown{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
-    return kKnown.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+bool IsComplete(const QString& path, const QStringList& known) {
+    return known.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
 }
 
 // Adds the extension unless the path is complete. (The toolkit takes whatever follows a dot for an extension,
 // so that "run.v2-05" would stay without one.)
-QString WithExtension(const QString& path, const QString& extension) {
-    return extension.isEmpty() || IsComplete(path) ? path : path + QLatin1Char('.') + extension;
+QString WithExtension(const QString& path, const QString& extension, const QStringList& known) {
+    return extension.isEmpty() || IsComplete(path, known) ? path : path + QLatin1Char('.') + extension;
 }
 
 // Whether a dialog has added the extension to a complete path. Some systems' dialogs do so with every
 // extension that they do not know. A file that exists was not what the user had typed, or he would not know
 // that it is written over.
-bool IsAdded(const QString& path, const QString& extension) {
+bool IsAdded(const QString& path, const QString& extension, const QStringList& known) {
     const QString typed = path.chopped(extension.size() + 1);
-    return !extension.isEmpty() && path.endsWith(u'.' + extension) && IsComplete(typed) &&
+    return !extension.isEmpty() && path.endsWith(u'.' + extension) && IsComplete(typed, known) &&
            !QFileInfo::exists(typed);
 }
 
@@ -176,9 +174,9 @@ std::optional<QString> Ask(QFileDialog::AcceptMode mode, const FileRequest& requ
     if (mode == QFileDialog::AcceptOpen)
         return QDir::toNativeSeparators(path);
     const QString extension = ExtensionOf(dialog.selectedNameFilter(), request.filters);
-    const bool isAdded = dialog.IsOfSystem() && IsAdded(path, extension);
+    const bool isAdded = dialog.IsOfSystem() && IsAdded(path, extension, request.knownExtensions);
     return QDir::toNativeSeparators(isAdded ? path.chopped(extension.size() + 1)
-                                            : WithExtension(path, extension));
+                                            : WithExtension(path, extension, request.knownExtensions));
 }
 
 } // namespace

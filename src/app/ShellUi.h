@@ -35,6 +35,8 @@ struct FileRequest {
     QString defaultExtension;
     QString fileName;
     QString directory;
+    // A name that ends in one of these is complete and gets no other.
+    QStringList knownExtensions{QStringLiteral("paf"), QStringLiteral("xml"), QStringLiteral("csv")};
 };
 
 // Implemented by the program with native boxes, and by the tests, which record and answer. Calls return when

@@ -158,7 +158,7 @@ constexpr std::array kCompareOptions{
 
 constexpr std::array kInfoFiles{"FILE"};
 constexpr std::array kCsvFiles{"FILE", "OUT.csv"};
-constexpr std::array kRenderFiles{"FILE", "OUT.png"};
+constexpr std::array kRenderFiles{"FILE", "OUT.png|svg|pdf"};
 constexpr std::array kPackFiles{"IN.xml", "OUT.paf"};
 constexpr std::array kExpandFiles{"IN.paf", "OUT.xml"};
 constexpr std::array kStatsFiles{"FILE..."};

@@ -1,11 +1,9 @@
 #include "cli/Commands.h"
 
 #include "render/Graph.h"
+#include "render/Picture.h"
 #include "support/Interrupt.h"
 #include "support/OutputFile.h"
-
-#include <QBuffer>
-#include <QImage>
 
 namespace Tracelyn {
 
@@ -37,14 +35,6 @@ void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
         graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
 }
 
-// Encoded in memory: an encoder that writes to a file prints a line of its own when it fails.
-QByteArray Png(const QImage& image) {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return buffer.data();
-}
-
 } // namespace
 
 ExitCode RunRender(const Options& options) {
@@ -72,12 +62,12 @@ ExitCode RunRender(const Options& options) {
         return WrongUsage(error);
     MoveTo(graph, window, options);
 
-    const QByteArray png = Png(window.Paint(graph));
+    const QByteArray picture = EncodePicture(graph, window, PictureFormatOf(options.output), analysis->name);
     if (support::IsInterrupted())
         return ExitCode::Failed;
     support::COutputFile output(options.output);
-    if (png.isEmpty() || !output.IsOpen() ||
-        !support::WriteAll(output.GetDevice(), {png.data(), static_cast<size_t>(png.size())}) ||
+    if (picture.isEmpty() || !output.IsOpen() ||
+        !support::WriteAll(output.GetDevice(), {picture.data(), static_cast<size_t>(picture.size())}) ||
         !output.Commit())
         return FailToWrite(options.output, output.GetErrorText());
     return ReportResults(*analysis);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -45,6 +46,15 @@ QString ValueText(const CGraphDataSet& set, const CursorPair& cursors) {
     std::array<char, support::kFixedTextCapacity> buffer;
     const std::string_view digits = support::FormatFixed(buffer, value, set.GetPrecision());
     return QLatin1Char(' ') + QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size()));
+}
+
+// As a cell of a table.
+QString CellText(const QString& text) {
+    return text.simplified();
+}
+
+bool IsOn(const CGraphDataSet& set, const CursorPair& cursors) {
+    return set.GetValue(cursors.cursor, kNoReference) != 0.0;
 }
 
 } // namespace
@@ -153,7 +163,7 @@ void CConsole::DrawBitCell(const Pass& pass, const CGraphDataSet& set, int colum
     const PixelRect cell{x - 1, y, x + painter.GetTextWidth(set.GetName()) + kCellGap,
                          y + CPixelPainter::kTextHeight};
     const QColor color = ToQColor(set.GetColor());
-    const bool on = set.GetValue(pass.cursors.cursor, kNoReference) != 0.0;
+    const bool on = IsOn(set, pass.cursors);
     painter.SetTextColor(on ? pass.context.GetColors().background : color);
     painter.SetTextBackground(on ? color : QColor());
     // A cursor step repaints the cell alone. Accents that reach out of it would keep the colour of the state
@@ -164,6 +174,24 @@ void CConsole::DrawBitCell(const Pass& pass, const CGraphDataSet& set, int colum
     painter.SetClip(clip);
     painter.SetTextBackground(QColor());
     pass.canvas.AddScreenRect(kValueRect, cell);
+}
+
+QString ValueTable(const CGraphData& data, const CursorPair& cursors) {
+    QString table;
+    bool isFirst = true;
+    const auto addLine = [&](const QStringList& cells) { table += cells.join(u'\t') + u'\n'; };
+    for (const auto& group : data.GetGroups()) {
+        if (!group->IsDisplayedInConsole())
+            continue;
+        if (!std::exchange(isFirst, false))
+            addLine({CellText(group->m_strName)});
+        ForEachConsoleCell(*group, [&](const CGraphDataSet& set, int /*column*/, int /*row*/) {
+            const QString value =
+                set.IsBinary() ? QString::number(IsOn(set, cursors) ? 1 : 0) : ValueText(set, cursors);
+            addLine({CellText(set.GetName()), CellText(value), CellText(set.GetUnit())});
+        });
+    }
+    return table;
 }
 
 } // namespace Tracelyn

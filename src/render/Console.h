@@ -5,6 +5,7 @@
 #include "render/GraphLayout.h"
 
 #include <QRegion>
+#include <QString>
 
 #include <vector>
 
@@ -68,5 +69,10 @@ private:
     int m_nLeft;
     std::vector<Box> m_Boxes;
 };
+
+// The values at the cursor as the console shows them, those below the window too: a line for each signal with
+// name, value and unit between tabs, and before a group's signals its name, where the console has one. On/off
+// signals are 1 or 0.
+QString ValueTable(const CGraphData& data, const CursorPair& cursors);
 
 } // namespace Tracelyn

@@ -39,6 +39,10 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& are
         ResetRange(client);
 
     CGraphDrawingContext context(painter, *m_Font, client, area, m_Data, m_bDarkScheme);
+    if (context.GetPainter().IsVector()) {
+        DrawVector(context);
+        return;
+    }
     m_Canvas.BeginDraw(context.GetPainter(), client);
     if (m_Data.HasData())
         DrawData(context, CConsole(m_Data, client, m_Console, m_bConsoleOnLeft));
@@ -81,17 +85,17 @@ void CGraph::DrawData(CGraphDrawingContext& context, const CConsole& console) {
     const QRegion clip = frame - consoleRegion;
     painter.SetClip(clip);
     painter.Fill(client, context.GetColors().background);
-    CGroupDrawing(context, m_Canvas, clip, m_bEveryEvent).Draw();
-    DrawCursorLines(context);
+    CGroupDrawing(context, m_Canvas, clip).Draw();
+    DrawCursorLines(context, m_Canvas);
 }
 
-void CGraph::DrawCursorLines(CGraphDrawingContext& context) {
-    const WorldRect& visible = m_Canvas.GetVisible();
-    m_Canvas.SetMapping(context.GetClient(), visible);
+void CGraph::DrawCursorLines(CGraphDrawingContext& context, CCanvas& canvas) const {
+    const WorldRect& visible = canvas.GetVisible();
+    canvas.SetMapping(context.GetClient(), visible);
     const auto drawLine = [&](int index, const QColor& color) {
         context.GetPainter().SetPen(color);
-        m_Canvas.MoveTo(static_cast<float>(index), visible.y1);
-        m_Canvas.LineTo(static_cast<float>(index), visible.y2);
+        canvas.MoveTo(static_cast<float>(index), visible.y1);
+        canvas.LineTo(static_cast<float>(index), visible.y2);
     };
     if (m_nFixedCursor != kNoReference)
         drawLine(m_nFixedCursor, context.GetColors().fixedCursor);

@@ -122,7 +122,8 @@ public:
 private:
     void ResetRange(const PixelRect& client);
     void DrawData(CGraphDrawingContext& context, const CConsole& console);
-    void DrawCursorLines(CGraphDrawingContext& context);
+    void DrawVector(CGraphDrawingContext& context) const;
+    void DrawCursorLines(CGraphDrawingContext& context, CCanvas& canvas) const;
     // The pixel column of a sample in the last frame.
     int GetColumn(int index) const;
     void InvalidateStrip(CGraphWindow& window, int pixelX) const;

@@ -13,9 +13,13 @@ COffscreenWindow::COffscreenWindow(QSize size, double scale)
 }
 
 const QImage& COffscreenWindow::Paint(CGraph& graph) {
-    QPainter painter(&m_Image);
-    graph.Draw(*this, painter, CPaintArea(GetClientRect().ToQRect()));
+    PaintInto(m_Image, graph);
     return m_Image;
+}
+
+void COffscreenWindow::PaintInto(QPaintDevice& device, CGraph& graph) {
+    QPainter painter(&device);
+    graph.Draw(*this, painter, CPaintArea(GetClientRect().ToQRect()));
 }
 
 } // namespace Tracelyn

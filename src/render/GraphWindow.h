@@ -7,6 +7,8 @@
 #include <QRegion>
 #include <QSize>
 
+class QPaintDevice;
+
 namespace Tracelyn {
 
 class CGraph;
@@ -75,6 +77,8 @@ public:
 
     // Paints the whole frame.
     const QImage& Paint(CGraph& graph);
+    // The same into something else, such as a file, of the window's size.
+    void PaintInto(QPaintDevice& device, CGraph& graph);
 
     const QImage& GetImage() const { return m_Image; }
 

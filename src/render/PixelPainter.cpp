@@ -1,9 +1,11 @@
 #include "render/PixelPainter.h"
 
 #include "render/LineRuns.h"
+#include "render/VectorRuns.h"
 #include "support/ShownText.h"
 
 #include <optional>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -31,10 +33,10 @@ std::optional<QRect> Joined(const QRect& a, const QRect& b) {
 } // namespace
 
 CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
-    : m_Painter(painter), m_Font(font),
+    : m_Painter(painter), m_Font(font), m_bVector(IsVectorFile(painter)),
       m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
-    m_Painter.setFont(font.GetFont());
+    m_Painter.setFont(m_bVector ? font.GetNamedFont() : font.GetFont());
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
@@ -45,7 +47,8 @@ void CPixelPainter::SetPen(const QColor& color) {
 void CPixelPainter::SetClip(const QRegion& clip) {
     Flush();
     m_Clip = clip & m_Drawn;
-    m_Painter.setClipRegion(m_Clip);
+    if (!m_bVector)
+        m_Painter.setClipRegion(m_Clip);
     m_ClipBounds = PixelRect::From(m_Clip.boundingRect());
 }
 
@@ -77,9 +80,13 @@ void CPixelPainter::AddRun(const QRect& run) {
 void CPixelPainter::Flush() {
     if (m_nRuns == 0)
         return;
+    const auto runs = std::span(m_Runs).first(std::exchange(m_nRuns, 0));
+    if (m_bVector) {
+        DrawAsLines(m_Painter, runs, m_Pen);
+        return;
+    }
     m_Painter.setBrush(m_Pen);
-    m_Fill.Fill(m_Painter, std::span(m_Runs).first(m_nRuns));
-    m_nRuns = 0;
+    m_Fill.Fill(m_Painter, runs);
 }
 
 void CPixelPainter::Rectangle(const PixelRect& rect) {
@@ -94,6 +101,10 @@ void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
     const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
     if (visible.isEmpty())
         return;
+    if (m_bVector && color == m_Pen) {
+        AddRun(visible);
+        return;
+    }
     Flush();
     m_Painter.fillRect(visible, color);
 }
@@ -110,14 +121,28 @@ bool CPixelPainter::ReachesClip(int x, const QString& text) const {
            x + GetTextWidth(text) + kOverhang > m_ClipBounds.left;
 }
 
+// Letter by letter, from both ends.
+void CPixelPainter::CutToClip(int& x, QString& text) const {
+    const int right = x + GetTextWidth(text);
+    while (!text.isEmpty() && x < m_ClipBounds.left) {
+        text.remove(0, text.front().isHighSurrogate() ? 2 : 1);
+        x = right - GetTextWidth(text);
+    }
+    while (!text.isEmpty() && x + GetTextWidth(text) > m_ClipBounds.right)
+        text.chop(text.back().isLowSurrogate() ? 2 : 1);
+}
+
 void CPixelPainter::Text(int x, int y, const QString& text) {
     if (!ReachesClip(x, text))
         return;
-    Flush();
     if (m_TextBackground.isValid())
         Fill({x, y, x + GetTextWidth(text), y + kTextHeight}, m_TextBackground);
+    Flush();
+    QString shown = support::ShownText(text);
+    if (m_bVector)
+        CutToClip(x, shown);
     m_Painter.setPen(m_Text);
-    m_Painter.drawText(x, y + m_Font.GetAscent(), support::ShownText(text));
+    m_Painter.drawText(x, y + m_Font.GetAscent(), shown);
 }
 
 } // namespace Tracelyn

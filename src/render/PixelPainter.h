@@ -17,9 +17,9 @@
 
 namespace Tracelyn {
 
-// Wraps a borrowed painter. It works out the pixels of a line itself, so that a line looks the same whatever
-// part of it is repainted and at every scale factor of the screen. The runs of these pixels are collected and
-// reach the painter in bundles.
+// Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
+// itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
+// screen. The runs of these pixels are collected and reach the painter in bundles.
 class CPixelPainter {
 public:
     // Pixels outside the region need not be drawn.
@@ -35,6 +35,8 @@ public:
     void SetTextBackground(const QColor& color) { m_TextBackground = color; }
     void SetClip(const QRegion& clip);
     const QRegion& GetClip() const { return m_Clip; }
+    // A file of lines and texts knows no clip: only the bounds of the clip cut, and texts between letters.
+    bool IsVector() const { return m_bVector; }
 
     // From the first point up to, but without, the second.
     void Line(int x1, int y1, int x2, int y2);
@@ -56,10 +58,12 @@ public:
 
 private:
     void AddRun(const QRect& run);
+    void CutToClip(int& x, QString& text) const;
     bool ReachesClip(int x, const QString& text) const;
 
     QPainter& m_Painter;
     CSmallFont& m_Font;
+    bool m_bVector;
     // Bounds of what is drawn: clipping at a region of many pieces costs more than it saves.
     QRect m_Drawn;
     QColor m_Pen = Qt::black;

@@ -2,6 +2,7 @@
 
 #include "support/ShownText.h"
 
+#include <QFontInfo>
 #include <QStringList>
 
 namespace Tracelyn {
@@ -22,6 +23,12 @@ QFont CSmallFont::MakeFont() {
     font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
     font.setPixelSize(kPixels);
     font.setHintingPreference(QFont::PreferFullHinting);
+    return font;
+}
+
+QFont CSmallFont::GetNamedFont() const {
+    QFont font = m_Font;
+    font.setFamilies({QFontInfo(m_Font).family()});
     return font;
 }
 

@@ -26,6 +26,8 @@ public:
     int GetTextWidth(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }
+    // By the one name under which this machine has it.
+    QFont GetNamedFont() const;
     int GetAscent() const { return m_Metrics.ascent(); }
 
 private:

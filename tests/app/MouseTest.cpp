@@ -21,6 +21,17 @@ struct Mouse : ::testing::Test, SampleUnderTest {
         const SCREENRECT* rect = Graph().GetCanvas().FindScreenRect(GroupNameRect(name));
         return {rect->left + 40, rect->top + 6};
     }
+    // In notches; above 0 up, and left.
+    void Turn(double y, double x = 0, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+              QWidget* over = nullptr) {
+        QWidget& target = over == nullptr ? *Client() : *over;
+        const QPoint angle(static_cast<int>(120 * x), static_cast<int>(120 * y));
+        QWheelEvent wheel(QPointF(9, 9), target.mapToGlobal(QPointF(9, 9)), {}, angle, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&target, &wheel);
+        Settle();
+    }
+    float Left() { return Graph().GetCanvas().GetVisible().x1; }
     bool IsAtColumn(int x) { return Cursor() == SampleAt(x); }
 };
 
@@ -101,4 +112,53 @@ TEST_F(Mouse, HasAScrollBarThatIsDisabledWhenNothingCanScroll) {
     EXPECT_EQ(bar.pageStep(), static_cast<int>(visible.x2 - visible.x1));
     EXPECT_EQ(bar.maximum(), static_cast<int>(full.x2) - 1 - bar.pageStep() + 1);
     EXPECT_EQ(bar.value(), static_cast<int>(visible.x1));
+}
+
+TEST_F(Mouse, WheelScrollsAsTheArrowsOfTheBarDo) {
+    QScrollBar& bar = *View().horizontalScrollBar();
+    Turn(-1);
+    EXPECT_EQ(Left(), 0.0F) << "everything is in view";
+    for (int i = 0; i < 8; ++i)
+        Key(Qt::Key_Up);
+    const float start = Left();
+    const WorldRect visible = Graph().GetCanvas().GetVisible();
+    const float tenth = (visible.x2 - visible.x1) / 10;
+    // Turns one after the other, and the tenths of the view from where it all began.
+    for (const auto& [y, x, modifiers, over, tenths] :
+         {std::tuple<double, double, Qt::KeyboardModifiers, QWidget*, int>{-1, 0, {}, nullptr, 1},
+          {1, 0, {}, nullptr, 0},
+          {0, -1, {}, nullptr, 1},
+          {0, 1, {}, &bar, 0},
+          {-2, 0, Qt::ShiftModifier, &bar, 2},
+          {2, 0, Qt::AltModifier, nullptr, 0},
+          {-0.25, 0.1, {}, nullptr, 0},
+          {-0.5, 0, {}, nullptr, 0},
+          {-0.25, 0, {}, nullptr, 1},
+          {-0.75, 0, {}, nullptr, 1},
+          {0.75, 0, {}, nullptr, 1},
+          {0.25, 0, {}, nullptr, 0},
+          {50, 0, {}, nullptr, -100}}) {
+        Turn(y, x, modifiers, over);
+        EXPECT_NEAR(Left(), std::max(0.0F, start + static_cast<float>(tenths) * tenth), 0.5) << y << " " << x;
+        EXPECT_EQ(bar.value(), std::max(1, static_cast<int>(Left())));
+    }
+}
+
+TEST_F(Mouse, WheelZoomsWithCtrlAsTheCommandsDo) {
+    for (const auto& [notches, zoom] : {std::pair{1.0, 1.25F},
+                                        {0.5, 1.25F},
+                                        {0.5, 1.5625F},
+                                        {-1.0, 1.25F},
+                                        {-5.0, 1.0F},
+                                        {40.0, 40.0F},
+                                        {-40.0, 1.0F}}) {
+        Turn(notches, 0, Qt::ControlModifier);
+        EXPECT_FLOAT_EQ(Graph().GetZoom(), zoom) << notches;
+        EXPECT_EQ(IsEnabled(CommandId::ZoomOut), zoom > 1);
+        EXPECT_EQ(IsEnabled(CommandId::ZoomIn), zoom < 40);
+    }
+    Choose(CommandId::FileClose);
+    Turn(3, 0, Qt::ControlModifier);
+    Turn(-3);
+    EXPECT_EQ(Graph().GetZoom(), 1.0F) << "nothing without a recording";
 }

@@ -40,6 +40,22 @@ TEST(SaveDialog, CompletesTheNameByTheChosenType) {
     }
 }
 
+TEST(SaveDialog, CompletesTheNameOfAPictureByItsOwnTypes) {
+    const TestFolder folder;
+    for (const auto& [offered, result] :
+         {std::pair{"bend01", "bend01.png"}, {"a.SVG", "a.SVG"}, {"a.paf", "a.paf.png"}}) {
+        const WhenModal answer([](QWidget& dialog) {
+            QTest::keyClick(dialog.findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
+        });
+        FileRequest request = RequestIn(folder);
+        request.filters = {{"PNG Files", {"*.png"}}, {"SVG Files", {"*.svg"}}};
+        request.fileName = offered;
+        request.knownExtensions = {"png", "svg"};
+        EXPECT_EQ(CNativeShellUi().AskSaveFile(request).value_or("cancelled"),
+                  QDir::toNativeSeparators(folder.Path(result)));
+    }
+}
+
 TEST(SaveDialog, StaysOpenWhileTheFolderIsMissing) {
     const TestFolder folder;
     bool isTold = false;

@@ -43,11 +43,13 @@ std::vector<int> Columns(const QImage& image, QRgb color) {
 class CliRender : public Cli {
 protected:
     // The picture of the ramp with these options, blanks between them.
-    QImage Render(const QString& options) {
-        const QString out = Path("out.png");
+    QImage Render(const QString& options) { return QImage(Draw(options, "out.png"), "PNG"); }
+    // Returns the path.
+    QString Draw(const QString& options, const QString& name) {
+        const QString out = Path(name);
         const QStringList arguments = options.split(" ", Qt::SkipEmptyParts) + QStringList{m_File, out};
         EXPECT_EQ(Run(QStringList{"render"} + arguments), (Outcome{0, "", ""})) << options.toStdString();
-        return QImage(out, "PNG");
+        return out;
     }
 
 private:
@@ -81,6 +83,14 @@ TEST_F(CliRender, PutsEverythingWhereTheOptionsSay) {
     EXPECT_TRUE(HasConsole(Render("--cursor 190"), true)) << "the console moves out of the cursor's way";
 
     EXPECT_EQ(Count(Render("--toggle Ramp"), kCurve, 0, 640), 0);
+}
+
+TEST_F(CliRender, TakesTheFormatFromTheExtension) {
+    using Case = std::pair<const char*, const char*>; // name, what its contents begin with
+    for (const auto& [name, begin] :
+         {Case{"a.svg", "<?xml"}, Case{"a.SVG", "<?xml"}, Case{"a.pdf", "%PDF"}, Case{"svg", "\x89PNG"},
+          Case{"a.svg.txt", "\x89PNG"}, Case{"a.PNG", "\x89PNG"}})
+        EXPECT_TRUE(Read(Draw("", name)).startsWith(begin)) << name;
 }
 
 TEST_F(CliRender, LimitsWhatIsOutOfRange) {

@@ -12,7 +12,7 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
-from desktop import Desktop
+from desktop import Desktop, Picture
 from platforms import platform_of
 from viewer import Checks, Failed, Tool, Viewer
 
@@ -190,6 +190,32 @@ def scroll_bar(bench):
     viewer.shows("the arrow moves on to the end", scroll=bench.last_index(1))
 
 
+def wheel(bench):
+    viewer = bench.open_sample(1)
+    viewer.mouse(400, 100, "click", 5)
+    viewer.mouse(400, 100, "keydown", "ctrl", "click", 4, "click", 4, "keyup", "ctrl")
+    viewer.shows("with Ctrl the wheel zooms, and alone it does not scroll what is all in view", zoom=1.25 ** 2)
+    for button, sample in ((5, bench.last_index(1)), (4, 0), (7, bench.last_index(1)), (6, 0)):
+        viewer.mouse(400, 100, "click", "--repeat", 25, "--delay", 30, button)
+        viewer.shows(f"button {button} scrolls to sample {sample}", scroll=sample)
+
+
+def context_menu(bench):
+    viewer = bench.open_sample(2)
+    for name, opens in (("by mouse.png", lambda: viewer.mouse(400, 100, "click", 3)), ("by key.png", lambda: viewer.keys("Menu"))):
+        picture = bench.new_folder("pictures") / name
+        before = viewer.view()
+        opens()
+        bench.checks.expect("a menu opens", lambda: viewer.view() != before)
+        # The menu holds the keyboard.
+        viewer.desktop.input("key", "s")
+        viewer.answer("Save As", "Return", text=picture)
+        viewer.answer("Tracelyn", "Return")
+        bench.checks.check(f"the picture saved {name}", Picture.load(picture) == viewer.expected())
+    viewer.keys("Right")
+    viewer.shows("the window works on", cursor=bench.last_index(2) // 2 + 1)
+
+
 def file_set(bench):
     viewer = bench.open_sample(1)
     viewer.keys("F1")
@@ -261,7 +287,7 @@ def resizing(bench):
     viewer.expect_exit("closing the window")
 
 
-SCENARIOS = [empty_window, command_line, keys, mouse, scroll_bar, file_set, saving, opening, resizing]
+SCENARIOS = [empty_window, command_line, keys, mouse, scroll_bar, wheel, context_menu, file_set, saving, opening, resizing]
 
 
 def main():

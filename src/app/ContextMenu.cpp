@@ -1,0 +1,17 @@
+#include "app/ContextMenu.h"
+
+namespace Tracelyn {
+
+CContextMenu::CContextMenu(const CCommands& commands, QWidget* window) : QMenu(window) {
+    setObjectName(QStringLiteral("contextMenu"));
+    AddBlock(commands, {CommandId::CopyPicture, CommandId::SavePicture, CommandId::CopyValues});
+}
+
+void CContextMenu::AddBlock(const CCommands& commands, std::initializer_list<CommandId> ids) {
+    if (!isEmpty())
+        addSeparator();
+    for (const CommandId id : ids)
+        addAction(&commands.GetAction(id));
+}
+
+} // namespace Tracelyn
