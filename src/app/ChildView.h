@@ -40,6 +40,9 @@ public:
         return COffscreenWindow(viewport()->size(), viewport()->devicePixelRatioF());
     }
     void ToggleBackground() { m_Graph.ToggleBackground(*this); }
+    void ShowEveryEvent(bool show) { m_Graph.ShowEveryEvent(*this, show); }
+    // See CGraph.
+    void ShowBehind(const CGraphData* other, int shift) { m_Graph.ShowBehind(*this, other, shift); }
 
     // Carries out one of the view's commands; ignores all others.
     void OnCommand(CommandId id);

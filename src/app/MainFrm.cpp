@@ -1,6 +1,7 @@
 #include "app/MainFrm.h"
 
 #include "app/ContextMenu.h"
+#include "app/MeasureDock.h"
 #include "app/MenuBar.h"
 #include "app/StatusBar.h"
 #include "render/Graph.h"
@@ -83,9 +84,11 @@ void CMainFrame::CreateMenus() {
     AddMenu(tr("&Action"),
             {CommandId::ZoomIn, CommandId::ZoomOut, CommandId::ZoomReset, CommandId::ToggleFixedCursor});
     AddMenu(tr("&Help"), {CommandId::About});
-    auto* const context = new CContextMenu(m_Commands, this);
-    connect(m_pView, &CChildView::ContextMenuRequested, context,
-            [context](const QPoint& position) { context->popup(position); });
+    m_pContextMenu = new CContextMenu(m_Commands, this);
+    connect(m_pView, &CChildView::ContextMenuRequested, m_pContextMenu,
+            [this](const QPoint& position) { m_pContextMenu->popup(position); });
+    QMenu& align = m_pContextMenu->GetAlignMenu();
+    connect(&align, &QMenu::aboutToShow, this, [this, &align] { FillAlignMenu(align); });
 }
 
 void CMainFrame::OnCommand(CommandId id) {
@@ -107,6 +110,25 @@ void CMainFrame::OnCommand(CommandId id) {
         break;
     case CommandId::NextFile:
         OnStep(true);
+        break;
+    case CommandId::ShowEveryEvent:
+        m_pView->ShowEveryEvent(!m_pView->GetGraph().IsEveryEventShown());
+        break;
+    case CommandId::Measure:
+        OnMeasure();
+        break;
+    case CommandId::CompareWith:
+        OnCompareWith();
+        break;
+    case CommandId::KeepForSet:
+        m_Good.SetKept(!m_Good.IsKept());
+        break;
+    case CommandId::StopComparing:
+        StopComparing();
+        break;
+    case CommandId::EventAtFixedCursor:
+        m_Good.SetAtFixedCursor(!m_Good.IsAtFixedCursor());
+        UpdateComparison();
         break;
     case CommandId::CopyPicture:
         OnCopyPicture();
@@ -136,6 +158,8 @@ void CMainFrame::OnCommand(CommandId id) {
         break;
     default:
         m_pView->OnCommand(id);
+        if (id == CommandId::ToggleFixedCursor && m_Good.IsAtFixedCursor())
+            UpdateComparison();
         break;
     }
     UpdateCommands();
@@ -144,9 +168,19 @@ void CMainFrame::OnCommand(CommandId id) {
 void CMainFrame::UpdateCommands() {
     const CGraph& graph = m_pView->GetGraph();
     const bool loaded = m_pView->IsDataLoaded();
-    for (const CommandId id : {CommandId::SaveCsv, CommandId::FileClose, CommandId::CopyPicture,
-                               CommandId::SavePicture, CommandId::CopyValues})
+    for (const CommandId id :
+         {CommandId::SaveCsv, CommandId::FileClose, CommandId::CopyPicture, CommandId::SavePicture,
+          CommandId::CopyValues, CommandId::ShowEveryEvent, CommandId::Measure, CommandId::CompareWith})
         m_Commands.SetEnabled(id, loaded);
+    for (const CommandId id : {CommandId::KeepForSet, CommandId::StopComparing})
+        m_Commands.SetEnabled(id, m_Good.IsThere());
+    m_pContextMenu->GetAlignMenu().setEnabled(loaded && m_Good.IsThere());
+    m_Commands.SetEnabled(CommandId::EventAtFixedCursor,
+                          m_Good.GetEvent().has_value() && graph.GetFixedCursor() != kNoReference);
+    m_Commands.SetChecked(CommandId::ShowEveryEvent, graph.IsEveryEventShown());
+    m_Commands.SetChecked(CommandId::Measure, m_pMeasure != nullptr && !m_pMeasure->isHidden());
+    m_Commands.SetChecked(CommandId::KeepForSet, m_Good.IsKept());
+    m_Commands.SetChecked(CommandId::EventAtFixedCursor, m_Good.IsAtFixedCursor());
     m_Commands.SetEnabled(CommandId::PreviousFile, !m_FileSet.IsFirst());
     m_Commands.SetEnabled(CommandId::NextFile, !m_FileSet.IsLast());
     m_Commands.SetEnabled(CommandId::ZoomIn, loaded && graph.CanZoomIn());

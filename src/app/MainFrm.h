@@ -4,6 +4,7 @@
 #include "app/ChildView.h"
 #include "app/Commands.h"
 #include "app/FileSetDescriptor.h"
+#include "app/GoodMovement.h"
 #include "app/ShellUi.h"
 
 #include <QMainWindow>
@@ -12,10 +13,13 @@
 #include <optional>
 #include <span>
 
+class QMenu;
 class QToolBar;
 
 namespace Tracelyn {
 
+class CContextMenu;
+class CMeasureDock;
 class CMenuBar;
 class CStatusPanes;
 struct Analysis;
@@ -54,6 +58,7 @@ protected:
     bool focusNextPrevChild(bool /*next*/) override { return false; }
 
 private:
+    static QList<FileFilter> GetAnalysisFilters();
     void CreateMenus();
     void CreateToolBar();
     void AddMenu(const QString& title, std::initializer_list<CommandId> ids);
@@ -69,6 +74,16 @@ private:
     void OnFileSave();
     void OnSaveCsv();
     void OnStep(bool toNext);
+    void OnMeasure();
+    void OnSaveMeasured();
+    // What the dock shows is of this model from now on; asks for the samples to be summed up.
+    void MeasureLoaded();
+    void OnCompareWith();
+    void CompareWith(const QString& path);
+    void StopComparing();
+    // After anything that the alignment depends on has changed.
+    void UpdateComparison();
+    void FillAlignMenu(QMenu& menu);
     void OnCopyPicture();
     void OnCopyValues();
     void OnSavePicture();
@@ -99,6 +114,9 @@ private:
     CMenuBar* m_pMenuBar = nullptr;
     QToolBar* m_pToolBar = nullptr;
     CStatusPanes* m_pStatusPanes = nullptr;
+    CMeasureDock* m_pMeasure = nullptr; // made when it is first asked for
+    CContextMenu* m_pContextMenu = nullptr;
+    CGoodMovement m_Good;
     QString m_strFileLabel;
     QString m_strLastPath;
     QString m_strTitle;

@@ -2,6 +2,7 @@
 #include "app/DroppedFiles.h"
 #include "app/LongWork.h"
 #include "app/MainFrm.h"
+#include "app/MeasureDock.h"
 #include "app/StatusBar.h"
 #include "reader/AnalysisFile.h"
 #include "render/Graph.h"
@@ -23,6 +24,10 @@ FileFilter AllFiles() {
 
 } // namespace
 
+QList<FileFilter> CMainFrame::GetAnalysisFilters() {
+    return {{tr("Analysis Files"), {QStringLiteral("*.paf"), QStringLiteral("*.xml")}}, AllFiles()};
+}
+
 void CMainFrame::OpenFromCommandLine(const QString& path) {
     if (path.isEmpty())
         return;
@@ -32,9 +37,8 @@ void CMainFrame::OpenFromCommandLine(const QString& path) {
 }
 
 void CMainFrame::OnFileOpen() {
-    const FileFilter analyses{tr("Analysis Files"), {QStringLiteral("*.paf"), QStringLiteral("*.xml")}};
     const auto path = m_Ui.AskOpenFile({.title = {},
-                                        .filters = {analyses, AllFiles()},
+                                        .filters = GetAnalysisFilters(),
                                         .defaultExtension = {},
                                         .fileName = {},
                                         .directory = m_strLastPath});
@@ -43,6 +47,7 @@ void CMainFrame::OnFileOpen() {
 }
 
 void CMainFrame::OpenChosen(const QString& path) {
+    StopComparing();
     m_strLastPath = path;
     m_FileSet.SetFile(path);
     LoadFile();
@@ -84,12 +89,17 @@ void CMainFrame::dropEvent(QDropEvent* event) {
 }
 
 void CMainFrame::OnFileClose() {
+    StopComparing();
+    if (m_pMeasure != nullptr)
+        m_pMeasure->Forget();
     m_pView->ClearData();
     m_FileSet.Clear();
     UpdateTitle();
 }
 
 void CMainFrame::OnStep(bool toNext) {
+    if (!m_Good.IsKept())
+        StopComparing();
     if (toNext)
         m_FileSet.StepToNext();
     else
@@ -98,6 +108,8 @@ void CMainFrame::OnStep(bool toNext) {
 }
 
 void CMainFrame::LoadFile() {
+    if (m_pMeasure != nullptr)
+        m_pMeasure->Forget();
     m_pView->ClearData();
     m_pStatusPanes->SetSamplesPerShownOne(1);
     {
@@ -109,6 +121,8 @@ void CMainFrame::LoadFile() {
         }
     }
     UpdateTitle();
+    MeasureLoaded();
+    UpdateComparison();
     UpdateCommands();
 }
 

@@ -1,6 +1,8 @@
 // The tool's command line.
 #pragma once
 
+#include "measure/Table.h"
+
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -11,8 +13,6 @@
 namespace Tracelyn {
 
 enum class Command { Info, Csv, Render, Pack, Expand, Stats, Compare, Help, Version };
-
-enum class TableFormat { Table, Csv, Json };
 
 // How far the signals of a name may be from the good ones, in scaled units; 0 or more, finite.
 struct Tolerance {

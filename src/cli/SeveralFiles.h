@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/ProgressLine.h"
-#include "cli/Table.h"
+#include "measure/Table.h"
 #include "support/Progress.h"
 
 #include <QString>

@@ -1,23 +1,17 @@
 #include "cli/Commands.h"
 #include "cli/SeveralFiles.h"
 #include "measure/Signals.h"
-#include "measure/Statistics.h"
+#include "measure/StatisticsTable.h"
 #include "model/GraphData.h"
 #include "support/Interrupt.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <utility>
 
 namespace Tracelyn {
 
 namespace {
-
-constexpr std::array kColumns{"file",        "group",  "signal", "unit",       "from",  "to",
-                              "count",       "first",  "last",   "difference", "min",   "minAt",
-                              "max",         "maxAt",  "mean",   "deviation",  "slope", "switchedOn",
-                              "switchedOff", "timeOn", "share"};
 
 // The samples to measure, both included. Nothing, with a problem, when the recording does not have them.
 std::optional<std::pair<int, int>> RangeOf(const CGraphData& data, const Options& options,
@@ -52,36 +46,6 @@ std::optional<std::pair<int, int>> RangeOf(const CGraphData& data, const Options
     return std::pair(*on, off && *off <= to ? *off - 1 : to);
 }
 
-// The sample of a figure, or that there is none.
-Cell SampleCell(int sample) {
-    return sample < 0 ? Cell(Statistics::kNone) : Cell(int64_t{sample});
-}
-
-TableLine LineOf(const QString& file, const ShownSignal& signal, const Statistics& figures) {
-    TableLine line{file,
-                   signal.group->m_strName,
-                   signal.set->GetName(),
-                   signal.set->GetUnit(),
-                   int64_t{figures.from},
-                   int64_t{figures.to},
-                   figures.count,
-                   figures.first,
-                   figures.last,
-                   figures.difference,
-                   figures.min,
-                   SampleCell(figures.minAt),
-                   figures.max,
-                   SampleCell(figures.maxAt),
-                   figures.mean,
-                   figures.deviation,
-                   figures.slope};
-    if (const auto& switching = figures.switching)
-        line.insert(line.end(),
-                    {switching->switchedOn, switching->switchedOff, switching->timeOn, switching->share});
-    line.resize(kColumns.size(), NoFigure());
-    return line;
-}
-
 } // namespace
 
 ExitCode RunStats(const Options& options) {
@@ -94,7 +58,7 @@ ExitCode RunStats(const Options& options) {
             if (support::IsInterrupted())
                 return;
             const Statistics figures = Measure(*signal.set, range->first, range->second, axisStep);
-            report.lines.push_back(LineOf(file, signal, figures));
+            report.lines.push_back(StatisticsLine(file, signal, figures));
         }
     };
     std::vector<FileReport> reports;
@@ -102,7 +66,7 @@ ExitCode RunStats(const Options& options) {
         CJointProgress progress(options.inputs.size());
         reports = LookAtFiles(options.inputs, options.accessLevel, measure, progress);
     }
-    if (support::IsInterrupted() || !PrintReports(reports, kColumns, options.format))
+    if (support::IsInterrupted() || !PrintReports(reports, kStatisticsColumns, options.format))
         return ExitCode::Failed;
     if (std::ranges::none_of(reports, &FileReport::isRead))
         return ExitCode::Failed;

@@ -38,7 +38,7 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& are
     if (m_bResetPending)
         ResetRange(client);
 
-    CGraphDrawingContext context(painter, *m_Font, client, area, m_Data, m_bDarkScheme);
+    CGraphDrawingContext context(painter, *m_Font, client, area, m_Data, m_Options, m_bDarkScheme);
     if (context.GetPainter().IsVector()) {
         DrawVector(context);
         return;
@@ -105,6 +105,7 @@ void CGraph::DrawCursorLines(CGraphDrawingContext& context, CCanvas& canvas) con
 
 void CGraph::Clear() {
     RememberGroupStates();
+    m_Options.behind.clear();
     m_Data.Clear();
     m_Canvas = CCanvas();
     m_Font.reset();
@@ -150,20 +151,6 @@ void CGraph::ToggleConsoleSide(CGraphWindow& window) {
 void CGraph::ToggleBackground(CGraphWindow& window) {
     m_bDarkScheme = !m_bDarkScheme;
     window.Invalidate();
-}
-
-void CGraph::ShowEveryEvent(CGraphWindow& window, bool show) {
-    m_bEveryEvent = show;
-    window.Invalidate();
-}
-
-int CGraph::GetSamplesPerShownOne() const {
-    const auto hasCurve = [](const auto& group) {
-        return group->IsDisplayedAsGraph() && group->m_bExpanded && group->CountSets(DisplayType::Graph) > 0;
-    };
-    if (m_bEveryEvent || std::ranges::none_of(m_Data.GetGroups(), hasCurve))
-        return 1;
-    return m_Canvas.GetTimeAxis().GetSamplesPerPixel();
 }
 
 void CGraph::InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key, Contents contents) const {

@@ -5,6 +5,7 @@
 #include "model/GraphData.h"
 #include "reader/csv/CsvExport.h"
 #include "render/Canvas.h"
+#include "render/GraphDrawingContext.h"
 #include "render/GraphLayout.h"
 #include "render/GraphWindow.h"
 #include "render/SmallFont.h"
@@ -21,7 +22,6 @@ namespace Tracelyn {
 
 class CConsole;
 class CCsvFile;
-class CGraphDrawingContext;
 
 // The buttons and keys that are held down during a mouse message.
 enum MouseFlags : unsigned {
@@ -93,11 +93,16 @@ public:
     void ToggleSelectedGroup(CGraphWindow& window);
     void ToggleConsoleSide(CGraphWindow& window);
     void ToggleBackground(CGraphWindow& window);
+    bool IsDark() const { return m_bDarkScheme; }
     // Whether curves show every sample in view, instead of one for each pixel column. Off at first.
-    bool IsEveryEventShown() const { return m_bEveryEvent; }
+    bool IsEveryEventShown() const { return m_Options.everyEvent; }
     void ShowEveryEvent(CGraphWindow& window, bool show);
     // Of how many samples the picture shows one, by the last frame. 1 when none is left out.
     int GetSamplesPerShownOne() const;
+    // Draws the signals that both have from a second recording, dimmed behind those of this one and on their
+    // scale; sample i of it stands at sample i + shift. Borrows the other until Clear, or a call with null,
+    // which ends it.
+    void ShowBehind(CGraphWindow& window, const CGraphData* other, int shift = 0);
     void InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key,
                                Contents contents = Contents::Draw) const;
 
@@ -141,7 +146,7 @@ private:
     // Of the last frame.
     ConsoleMetrics m_Console;
     bool m_bDarkScheme = true;
-    bool m_bEveryEvent = false;
+    PlotOptions m_Options;
     GroupStates m_GroupStates;
 };
 

@@ -37,11 +37,20 @@ const ColorScheme& ColorScheme::Light() {
 }
 
 CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
-                                           const CPaintArea& area, const CGraphData& data, bool dark)
-    : m_Data(data), m_Client(client), m_Area(area),
+                                           const CPaintArea& area, const CGraphData& data,
+                                           const PlotOptions& options, bool dark)
+    : m_Data(data), m_Client(client), m_Area(area), m_Options(options),
       m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()),
       m_Painter(painter, font, area.GetRegion()) {
     m_Painter.SetClip(client.ToQRect());
+}
+
+QColor CGraphDrawingContext::Dimmed(const QColor& color) const {
+    const QColor& ground = m_Colors.background;
+    // Two fifths of the colour can be told from both the background and the curve.
+    const auto mixed = [](int own, int other) { return (2 * own + 3 * other) / 5; };
+    return QColor(mixed(color.red(), ground.red()), mixed(color.green(), ground.green()),
+                  mixed(color.blue(), ground.blue()));
 }
 
 QColor ToQColor(ColorRef color) {

@@ -9,11 +9,22 @@
 #include <QColor>
 #include <QRect>
 
+#include <unordered_map>
+
 class QPainter;
 
 namespace Tracelyn {
 
 class CGraphData;
+
+// What plots show on request beside one sample for each pixel column of the recording.
+struct PlotOptions {
+    bool everyEvent = false;
+    // A second recording, drawn dimmed behind the first: the signals of that one and those that stand for
+    // them in the second. Sample i of the second stands at sample i + shift of the first.
+    std::unordered_map<const CGraphDataSet*, const CGraphDataSet*> behind;
+    int shift = 0;
+};
 
 struct ColorScheme {
     QColor background;
@@ -32,22 +43,26 @@ struct ColorScheme {
     static const ColorScheme& Light();
 };
 
-// Lives for one frame and borrows the painter, the font and the model.
+// Lives for one frame and borrows the painter, the font, the model and the options.
 class CGraphDrawingContext {
 public:
     CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client, const CPaintArea& area,
-                         const CGraphData& data, bool dark);
+                         const CGraphData& data, const PlotOptions& options, bool dark);
 
     CPixelPainter& GetPainter() { return m_Painter; }
     const PixelRect& GetClient() const { return m_Client; }
     const CPaintArea& GetArea() const { return m_Area; }
     const CGraphData& GetData() const { return m_Data; }
+    const PlotOptions& GetOptions() const { return m_Options; }
     const ColorScheme& GetColors() const { return m_Colors; }
+    // The colour of a curve behind others.
+    QColor Dimmed(const QColor& color) const;
 
 private:
     const CGraphData& m_Data;
     PixelRect m_Client;
     CPaintArea m_Area;
+    const PlotOptions& m_Options;
     const ColorScheme& m_Colors;
     CPixelPainter m_Painter;
 };

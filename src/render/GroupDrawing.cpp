@@ -35,6 +35,13 @@ bool IsDrawn(const CGraphDataSet& set) {
     return set.IsDisplayedAsGraph() && set.GetCount() > 0;
 }
 
+// Of the samples [from, to) of the set.
+MinMax GetFiniteRange(const CGraphDataSet& set, int from, int to) {
+    SampleSummary samples{};
+    set.Summarize(std::array{from, to}, std::span(&samples, 1));
+    return samples.finite;
+}
+
 // A range without height gets one above its value, so that a constant lies along the lower edge of its plot.
 // From 2^24 on the next float is more than 1 away; above the largest float there is none.
 MinMax WithHeight(const MinMax& range) {
@@ -46,10 +53,9 @@ MinMax WithHeight(const MinMax& range) {
 
 } // namespace
 
-CGroupDrawing::CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip,
-                             bool everyEvent)
+CGroupDrawing::CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip)
     : m_Context(context), m_Canvas(canvas), m_Clip(clip) {
-    if (everyEvent)
+    if (context.GetOptions().everyEvent)
         m_Events.emplace(context.GetPainter(), canvas.GetTimeAxis(), context.GetClient());
 }
 
@@ -129,10 +135,15 @@ void CGroupDrawing::DrawSharedPlot(const CGraphDataGroup& group) {
             range.Widen(GetVisibleRange(*set, plot));
     }
     range = WithHeight(range);
+    const float top = group.m_bInverted ? range.min : range.max;
+    const float bottom = group.m_bInverted ? range.max : range.min;
     for (const CGraphDataSet* set : group.m_Sets) {
         if (IsDrawn(*set))
-            DrawSet(*set, plot, group.m_bInverted ? range.min : range.max,
-                    group.m_bInverted ? range.max : range.min);
+            DrawBehind(*set, plot, top, bottom);
+    }
+    for (const CGraphDataSet* set : group.m_Sets) {
+        if (IsDrawn(*set))
+            DrawSet(*set, plot, top, bottom);
     }
 }
 
@@ -150,6 +161,7 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
             MinMax range{0.0F, 1.0F};
             if (!set->IsBinary())
                 range = WithHeight(GetVisibleRange(*set, row));
+            DrawBehind(*set, row, range.max, range.min);
             DrawSet(*set, row, range.max, range.min);
         }
         space -= rowHeight;
@@ -158,9 +170,26 @@ void CGroupDrawing::DrawSeparateRows(const CGraphDataGroup& group) {
     }
 }
 
+void CGroupDrawing::DrawBehind(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
+    const auto behind = FindBehind(set);
+    if (!behind)
+        return;
+    const auto toRaw = [&](float value) {
+        return set.IsBinary() ? value : static_cast<float>((value - behind->offset) / behind->factor);
+    };
+    DrawShown({.set = *behind->set,
+               .color = m_Context.Dimmed(ToQColor(set.GetColor())),
+               .shift = m_Context.GetOptions().shift,
+               .endsWithItsData = true},
+              plot, toRaw(top), toRaw(bottom));
+}
+
 void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom) {
+    DrawShown({.set = set, .color = ToQColor(set.GetColor())}, plot, top, bottom);
+}
+
+void CGroupDrawing::DrawShown(const ShownSet& shown, const PixelRect& plot, float top, float bottom) {
     const WorldRect& visible = m_Canvas.GetVisible();
-    const ShownSet shown{.set = set, .color = ToQColor(set.GetColor())};
     m_Canvas.SetMapping(plot, {visible.x1, top, visible.x2, bottom});
     if (m_Events)
         m_Events->Draw(shown, m_Canvas.GetMapping());
@@ -168,24 +197,58 @@ void CGroupDrawing::DrawSet(const CGraphDataSet& set, const PixelRect& plot, flo
         DrawCurve(m_Canvas, m_Context.GetPainter(), shown, m_Context.GetClient(), m_Columns);
 }
 
-MinMax CGroupDrawing::GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) {
-    const CMapping mapping(plot, m_Canvas.GetVisible());
-    if (m_Events)
-        return GetRangeOfEvents(set, mapping, plot);
-    return set.GetMinMax(mapping.PixelToIndex(plot.left), mapping.PixelToIndex(plot.right));
+MinMax CGroupDrawing::GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) const {
+    MinMax range = GetRangeOfSet(set, plot);
+    range.Widen(GetRangeBehind(set, plot));
+    return range;
 }
 
-// With the last sample in view, and the values that are finite alone.
-MinMax CGroupDrawing::GetRangeOfEvents(const CGraphDataSet& set, const CMapping& mapping,
-                                       const PixelRect& plot) {
+MinMax CGroupDrawing::GetRangeOfSet(const CGraphDataSet& set, const PixelRect& plot) const {
+    const CMapping mapping(plot, m_Canvas.GetVisible());
+    const int from = mapping.PixelToIndex(plot.left);
+    const int to = mapping.PixelToIndex(plot.right);
+    if (!m_Events)
+        return set.GetMinMax(from, to);
     if (set.IsBinary())
         return {0.0F, 1.0F};
+    // With the last sample in view, and the values that are finite alone.
     const int last = set.GetCount() - 1;
-    const int from = std::clamp(mapping.PixelToIndex(plot.left), 0, last);
-    const int to = std::clamp(mapping.PixelToIndex(plot.right), from, last) + 1;
-    SampleSummary samples{};
-    set.Summarize(std::array{from, to}, std::span(&samples, 1));
-    return samples.finite;
+    const int first = std::clamp(from, 0, last);
+    return GetFiniteRange(set, first, std::clamp(to, first, last) + 1);
+}
+
+MinMax CGroupDrawing::GetRangeBehind(const CGraphDataSet& set, const PixelRect& plot) const {
+    const auto behind = FindBehind(set);
+    if (!behind || set.IsBinary())
+        return MinMax::None();
+    const CMapping mapping(plot, m_Canvas.GetVisible());
+    const auto toIndex = [&](int px) {
+        return static_cast<int>(
+            std::clamp<int64_t>(int64_t{mapping.PixelToIndex(px)} - m_Context.GetOptions().shift, 0,
+                                behind->set->GetCount() - 1));
+    };
+    const MinMax raw = GetFiniteRange(*behind->set, toIndex(plot.left), toIndex(plot.right) + 1);
+    if (!raw.HasValue())
+        return raw;
+    const auto toOwn = [&](float value) {
+        return static_cast<float>(value * behind->factor + behind->offset);
+    };
+    const auto [min, max] = std::minmax({toOwn(raw.min), toOwn(raw.max)});
+    return std::isfinite(min) && std::isfinite(max) ? MinMax{min, max} : MinMax::None();
+}
+
+std::optional<CGroupDrawing::Behind> CGroupDrawing::FindBehind(const CGraphDataSet& set) const {
+    const auto& signals = m_Context.GetOptions().behind;
+    const auto found = signals.find(&set);
+    if (found == signals.end() || found->second->GetCount() == 0)
+        return std::nullopt;
+    const CGraphDataSet& other = *found->second;
+    if (other.GetUnitFactor() == set.GetUnitFactor() && other.GetUnitOffset() == set.GetUnitOffset())
+        return Behind{&other, 1.0, 0.0};
+    const double factor = double{other.GetUnitFactor()} / set.GetUnitFactor();
+    const double offset = other.GetUnitOffset() * factor - set.GetUnitOffset();
+    const bool isUsable = std::isfinite(factor) && factor != 0.0 && std::isfinite(offset);
+    return isUsable ? std::optional(Behind{&other, factor, offset}) : std::nullopt;
 }
 
 } // namespace Tracelyn

@@ -19,8 +19,8 @@ struct MinMax;
 
 class CGroupDrawing {
 public:
-    // `clip` holds the pixels that bands may touch. With `everyEvent` no sample in view is hidden.
-    CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip, bool everyEvent);
+    // `clip` holds the pixels that bands may touch.
+    CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip);
 
     // Bands below the window are left out, clickable rectangles included.
     void Draw();
@@ -29,13 +29,26 @@ public:
     static QRegion GetExpandedBands(const CGraphDrawingContext& context);
 
 private:
+    // The signal of the second recording that stands for one of the first, and how its raw values become
+    // those of the first: raw * factor + offset.
+    struct Behind {
+        const CGraphDataSet* set;
+        double factor;
+        double offset;
+    };
+
     void DrawHeader(const CGraphDataGroup& group);
     void DrawSharedPlot(const CGraphDataGroup& group);
     void DrawSeparateRows(const CGraphDataGroup& group);
+    // First what lies behind all sets of a plot, then the sets.
+    void DrawBehind(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom);
     void DrawSet(const CGraphDataSet& set, const PixelRect& plot, float top, float bottom);
-    // The extremes of the samples in view; MinMax::None() when there are none.
-    MinMax GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot);
-    MinMax GetRangeOfEvents(const CGraphDataSet& set, const CMapping& mapping, const PixelRect& plot);
+    void DrawShown(const ShownSet& shown, const PixelRect& plot, float top, float bottom);
+    // The scale that a set wants, with what lies behind it.
+    MinMax GetVisibleRange(const CGraphDataSet& set, const PixelRect& plot) const;
+    MinMax GetRangeOfSet(const CGraphDataSet& set, const PixelRect& plot) const;
+    MinMax GetRangeBehind(const CGraphDataSet& set, const PixelRect& plot) const;
+    std::optional<Behind> FindBehind(const CGraphDataSet& set) const;
 
     CGraphDrawingContext& m_Context;
     CCanvas& m_Canvas;

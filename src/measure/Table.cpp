@@ -1,6 +1,5 @@
-#include "cli/Table.h"
+#include "measure/Table.h"
 
-#include "reader/csv/CsvFile.h"
 #include "support/ShownText.h"
 
 #include <QJsonArray>
@@ -14,6 +13,9 @@
 namespace Tracelyn {
 
 namespace {
+
+constexpr char kCsvSeparator = ',';
+constexpr const char* kCsvLineEnd = "\r\n";
 
 template <class... Format>
 QByteArray NumberText(double value, Format... format) {
@@ -74,14 +76,13 @@ QByteArray CsvText(std::span<const char* const> columns, std::span<const TableLi
             text += kCsvSeparator;
         text += field;
     };
-    const QByteArray lineEnd(kCsvLineEnd.data(), kCsvLineEnd.size());
     for (size_t i = 0; i < columns.size(); ++i)
         append(i, columns[i]);
-    text += lineEnd;
+    text += kCsvLineEnd;
     for (const TableLine& line : lines) {
         for (size_t i = 0; i < columns.size(); ++i)
             append(i, CellText(line[i], CsvField, [](double value) { return NumberText(value); }));
-        text += lineEnd;
+        text += kCsvLineEnd;
     }
     return text;
 }

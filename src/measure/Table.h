@@ -1,8 +1,6 @@
 // A table of figures as text: aligned for people, as CSV, or as JSON.
 #pragma once
 
-#include "cli/Options.h"
-
 #include <QByteArray>
 #include <QString>
 
@@ -12,6 +10,8 @@
 #include <vector>
 
 namespace Tracelyn {
+
+enum class TableFormat { Table, Csv, Json };
 
 // A figure that this line does not have: JSON leaves it out.
 struct NoFigure {};

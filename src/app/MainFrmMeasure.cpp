@@ -1,0 +1,69 @@
+// The main window's commands around the dock that measures.
+#include "app/LongWork.h"
+#include "app/MainFrm.h"
+#include "app/MeasureDock.h"
+#include "render/Graph.h"
+#include "support/OutputFile.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace Tracelyn {
+
+void CMainFrame::OnMeasure() {
+    if (m_pMeasure == nullptr) {
+        m_pMeasure = new CMeasureDock(this);
+        m_pMeasure->hide();
+        addDockWidget(Qt::BottomDockWidgetArea, m_pMeasure);
+        connect(m_pView, &CChildView::FramePainted, m_pMeasure, &CMeasureDock::Follow);
+        connect(m_pMeasure, &CMeasureDock::visibilityChanged, this, &CMainFrame::UpdateCommands);
+        connect(m_pMeasure, &CMeasureDock::CopyRequested, this, [this] {
+            QGuiApplication::clipboard()->setText(QString::fromUtf8(m_pMeasure->GetText(false, {})));
+        });
+        connect(m_pMeasure, &CMeasureDock::SaveRequested, this, &CMainFrame::OnSaveMeasured);
+    }
+    m_pMeasure->setVisible(m_pMeasure->isHidden());
+    MeasureLoaded();
+    UpdateComparison();
+}
+
+void CMainFrame::MeasureLoaded() {
+    if (m_pMeasure == nullptr || m_pMeasure->isHidden() || m_pMeasure->IsMeasuring() ||
+        !m_pView->IsDataLoaded())
+        return;
+    bool closes = false;
+    {
+        const CScopedCursor wait(Qt::WaitCursor);
+        CLongWork work(*this, QString());
+        m_pMeasure->Measure(m_pView->GetGraph(), [&work](double done) { return work.Continue(done); });
+        closes = work.IsClosing();
+    }
+    if (closes)
+        close();
+}
+
+void CMainFrame::OnSaveMeasured() {
+    const auto path = m_Ui.AskSaveFile({.title = {},
+                                        .filters = {{tr("CSV Files"), {QStringLiteral("*.csv")}}},
+                                        .defaultExtension = QStringLiteral("csv"),
+                                        .fileName = DefaultName(),
+                                        .directory = m_strLastPath});
+    if (!path)
+        return;
+    if (support::IsSameFile(m_FileSet.GetFullPath(), *path)) {
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\n'%1' is the opened recording.").arg(*path));
+        return;
+    }
+    const QByteArray text = m_pMeasure->GetText(true, m_strFileLabel);
+    support::COutputFile output(*path);
+    const bool isWritten =
+        output.IsOpen() &&
+        support::WriteAll(output.GetDevice(), {text.data(), static_cast<size_t>(text.size())}) &&
+        output.Commit();
+    if (isWritten)
+        ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(*path));
+    else
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\nError during write operation."));
+}
+
+} // namespace Tracelyn

@@ -1,0 +1,142 @@
+#include "app/MeasureDock.h"
+
+#include "app/MeasureModel.h"
+#include "measure/StatisticsIndex.h"
+#include "render/Graph.h"
+
+#include <QBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPalette>
+#include <QPushButton>
+#include <QTableView>
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Tracelyn {
+
+namespace {
+
+constexpr int kRefreshMilliseconds = 50;
+constexpr int kRowMargin = 4;
+
+} // namespace
+
+CMeasureDock::CMeasureDock(QWidget* parent)
+    : QDockWidget(tr("Measure"), parent), m_pModel(new CMeasureModel(this)), m_pRange(new QLabel),
+      m_pTable(new QTableView) {
+    setObjectName(QStringLiteral("measure"));
+    m_pRange->setObjectName(QStringLiteral("measuredRange"));
+    m_pTable->setModel(m_pModel);
+    m_pTable->setFocusPolicy(Qt::NoFocus);
+    m_pTable->setSelectionMode(QAbstractItemView::NoSelection);
+    m_pTable->setShowGrid(false);
+    m_pTable->setWordWrap(false);
+    m_pTable->verticalHeader()->hide();
+    m_pTable->verticalHeader()->setMinimumSectionSize(1);
+    m_pTable->verticalHeader()->setDefaultSectionSize(m_pTable->fontMetrics().height() + kRowMargin);
+    m_pTable->horizontalHeader()->setSectionsClickable(false);
+
+    auto* const content = new QWidget;
+    auto* const rows = new QVBoxLayout(content);
+    auto* const top = new QHBoxLayout;
+    rows->setContentsMargins(4, 2, 4, 4);
+    top->addWidget(m_pRange, 1);
+    const auto addButton = [&](const QString& text, auto signal) {
+        auto* const button = new QPushButton(text);
+        button->setFocusPolicy(Qt::NoFocus);
+        connect(button, &QPushButton::clicked, this, signal);
+        top->addWidget(button);
+    };
+    addButton(tr("Copy"), &CMeasureDock::CopyRequested);
+    addButton(tr("Save..."), &CMeasureDock::SaveRequested);
+    rows->addLayout(top);
+    rows->addWidget(m_pTable, 1);
+    setWidget(content);
+}
+
+CMeasureDock::~CMeasureDock() = default;
+
+void CMeasureDock::Measure(const CGraph& graph, const support::Progress& progress) {
+    Forget();
+    m_pGraph = &graph;
+    m_pIndex = std::make_unique<CStatisticsIndex>(graph.GetData());
+    m_pIndex->Prepare(progress);
+    m_pModel->Reset(&graph.GetData());
+    Refresh();
+    FitColumns();
+}
+
+void CMeasureDock::Forget() {
+    m_Timer.stop();
+    m_Shown.reset();
+    m_pModel->Reset(nullptr);
+    m_pIndex.reset();
+    m_pRange->clear();
+}
+
+void CMeasureDock::Follow() {
+    if (!m_pIndex || !isVisible())
+        return;
+    if (m_bDark != m_pGraph->IsDark())
+        UseColors();
+    if (m_Shown != GetRange() && !m_Timer.isActive())
+        m_Timer.start(kRefreshMilliseconds, this);
+}
+
+void CMeasureDock::Compare(const CGraphData* good, int shift) {
+    m_pModel->Compare(good, shift);
+    FitColumns();
+}
+
+QByteArray CMeasureDock::GetText(bool csv, const QString& file) {
+    if (m_pIndex && m_Shown != GetRange())
+        Refresh();
+    return m_pModel->GetText(csv, file);
+}
+
+void CMeasureDock::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_Timer.timerId())
+        return;
+    m_Timer.stop();
+    if (m_pIndex)
+        Refresh();
+}
+
+std::pair<int, int> CMeasureDock::GetRange() const {
+    const int cursor = m_pGraph->GetCursorPosition();
+    const int fixedCursor = m_pGraph->GetFixedCursor();
+    if (fixedCursor != kNoReference)
+        return std::minmax(cursor, fixedCursor);
+    const WorldRect& visible = m_pGraph->GetCanvas().GetVisible();
+    return {static_cast<int>(std::ceil(visible.x1)), TruncateToInt(std::floor(visible.x2))};
+}
+
+void CMeasureDock::Refresh() {
+    const auto range = GetRange();
+    const bool isView = m_pGraph->GetFixedCursor() == kNoReference;
+    m_Shown = range;
+    m_pModel->Measure(*m_pIndex, range.first, range.second);
+    const QString text = isView ? tr("View: samples %1 to %2, %3 of them")
+                                : tr("Between the cursors: samples %1 to %2, %3 of them");
+    m_pRange->setText(text.arg(range.first).arg(range.second).arg(int64_t{range.second} - range.first + 1));
+}
+
+// Once for a recording: columns that changed their width with the figures would dance.
+void CMeasureDock::FitColumns() {
+    m_pTable->resizeColumnsToContents();
+}
+
+// The signals' colours are made for the background of the picture.
+void CMeasureDock::UseColors() {
+    m_bDark = m_pGraph->IsDark();
+    const ColorScheme& colors = *m_bDark ? ColorScheme::Dark() : ColorScheme::Light();
+    QPalette palette = m_pTable->palette();
+    palette.setColor(QPalette::Base, colors.consoleFill);
+    palette.setColor(QPalette::Text, colors.consoleGroupName);
+    m_pTable->setPalette(palette);
+}
+
+} // namespace Tracelyn
