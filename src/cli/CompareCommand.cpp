@@ -44,17 +44,24 @@ public:
         if (!zero)
             return;
         ++m_nCompared;
-        for (const CommonSignal& signal : MatchSignals(m_Good, data)) {
+        const std::vector<CommonSignal> signals = MatchSignals(m_Good, data);
+        for (const CommonSignal& signal : signals) {
             if (support::IsInterrupted())
                 return;
-            if (signal.compared != nullptr)
+            if (signal.compared != nullptr && signal.compared->GetUnit() != signal.good->GetUnit())
+                report.AddProblem(
+                    file, QStringLiteral("%1 is in '%2', not in '%3'")
+                              .arg(NameOf(signal), signal.compared->GetUnit(), signal.good->GetUnit()));
+            else if (signal.compared != nullptr)
                 AddLine(signal, *zero - m_nZero, file, report);
             else if (ToleranceOf(signal) != nullptr)
                 report.AddProblem(file, NameOf(signal) + QStringLiteral(" is missing"));
         }
-        if (report.lines.empty())
+        if (std::ranges::all_of(signals,
+                                [](const CommonSignal& signal) { return signal.compared == nullptr; }))
             report.AddProblem(file, QStringLiteral("no signal is also in %1").arg(m_Options.input));
-        RemarkLengths(data, *zero - m_nZero, file, report);
+        if (!report.lines.empty())
+            RemarkAxis(data, *zero - m_nZero, file, report);
     }
 
     bool IsBroken() const { return m_bBroken; }
@@ -102,16 +109,20 @@ private:
             report.AddProblem(file, NameOf(signal) + QStringLiteral(" has no sample to compare"));
     }
 
-    // Nobody shall take a part for the whole.
-    void RemarkLengths(const CGraphData& data, int shift, const QString& file, FileReport& report) const {
+    // Nobody shall take a part for the whole, or other moments for the same ones.
+    void RemarkAxis(const CGraphData& data, int shift, const QString& file, FileReport& report) const {
         const int64_t good = SampleCount(m_Good);
         const int64_t own = SampleCount(data);
         const int64_t both = std::max<int64_t>(0, std::min(own, good + shift) - std::max(0, shift));
-        if (!report.lines.empty() && (both < good || both < own))
+        if (both < good || both < own)
             report.remarks.append(
                 QStringLiteral("%1: %2 of its %3 samples stand beside one of %4, which has %5")
                     .arg(file, QString::number(both), QString::number(own), m_Options.input,
                          QString::number(good)));
+        if (AxisStep(data) != AxisStep(m_Good))
+            report.remarks.append(QStringLiteral("%1: its samples are %2 apart, those of %3 are %4 apart")
+                                      .arg(file, QString::number(AxisStep(data)), m_Options.input,
+                                           QString::number(AxisStep(m_Good))));
     }
 
     const Options& m_Options;
@@ -125,13 +136,13 @@ private:
 } // namespace
 
 ExitCode RunCompare(const Options& options) {
-    const QStringList files = options.inputs.mid(1);
+    const QStringList files = FilesNamedBy(options.inputs.mid(1));
     for (const QString& file : files) {
         if (support::IsSameFile(options.input, file))
             return WrongUsage(QStringLiteral("'%1' is the good recording itself").arg(file));
     }
     std::vector<FileReport> reports(1);
-    std::optional<CJointProgress> progress(std::in_place, options.inputs.size());
+    std::optional<CJointProgress> progress(std::in_place, 1 + files.size());
     CRecording good;
     ReadRecording(good, options.input, options.accessLevel, progress->Of(0), reports.front());
     const std::optional<int> zero = reports.front().isRead

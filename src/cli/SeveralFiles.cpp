@@ -6,11 +6,40 @@
 #include "support/Parallel.h"
 #include "support/UserDevices.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
 
 namespace Tracelyn {
+
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr bool kShellReplacesPatterns = false;
+#else
+constexpr bool kShellReplacesPatterns = true;
+#endif
+
+} // namespace
+
+QStringList FilesNamedBy(const QStringList& arguments) {
+    if (kShellReplacesPatterns)
+        return arguments;
+    QStringList files;
+    for (const QString& argument : arguments) {
+        const QFileInfo pattern(argument);
+        const QString name = pattern.fileName();
+        const bool isPattern = name.contains(u'*') || name.contains(u'?');
+        const QStringList found =
+            isPattern ? pattern.dir().entryList({name}, QDir::Files, QDir::Name) : QStringList();
+        if (found.isEmpty())
+            files.append(argument);
+        for (const QString& file : found)
+            files.append(pattern.dir().filePath(file));
+    }
+    return files;
+}
 
 void FileReport::AddProblem(const QString& file, const QString& text) {
     problems.append(QStringLiteral("%1: %2").arg(file, text));

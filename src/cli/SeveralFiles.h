@@ -18,6 +18,10 @@ namespace Tracelyn {
 class CGraphData;
 class CRecording;
 
+// The files that the arguments name. A shell of Windows leaves patterns such as bend*.paf to the program; a
+// pattern without a match stays as it is.
+QStringList FilesNamedBy(const QStringList& arguments);
+
 // What became of one file. The output and the problems are printed when all files are done, in their order.
 struct FileReport {
     bool isRead = false; // whether there was anything to look at

@@ -63,8 +63,9 @@ ExitCode RunStats(const Options& options) {
     };
     std::vector<FileReport> reports;
     {
-        CJointProgress progress(options.inputs.size());
-        reports = LookAtFiles(options.inputs, options.accessLevel, measure, progress);
+        const QStringList files = FilesNamedBy(options.inputs);
+        CJointProgress progress(files.size());
+        reports = LookAtFiles(files, options.accessLevel, measure, progress);
     }
     if (support::IsInterrupted() || !PrintReports(reports, kStatisticsColumns, options.format))
         return ExitCode::Failed;

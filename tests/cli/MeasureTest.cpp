@@ -87,6 +87,8 @@ TEST_F(CliMeasure, CompareTellsTheDeviationsAndWhetherTheyAreKept) {
 TEST_F(CliMeasure, NamesWhatIsWrongAndGoesOnWithTheRest) {
     const QStringList both{"good.xml", "still.xml"};
     Write("still2.xml", Read(m_Still));
+    Write("alone.xml", Read(m_Good).replace("Motion", "Other"));
+    Write("inch.xml", Read(m_Good).replace("&#181;m", "inch").replace("0.5", "0.2"));
     struct Case {
         int code;
         bool hasOutput;
@@ -128,7 +130,18 @@ TEST_F(CliMeasure, NamesWhatIsWrongAndGoesOnWithTheRest) {
               true,
               "compare --tolerance Way=1",
               {"still.xml", "good.xml", "still2.xml"},
-              "ERROR: good.xml: 'Way' of 'Motion' is missing\n" + length}}) {
+              "ERROR: good.xml: 'Way' of 'Motion' is missing\n" + length},
+             {3,
+              true,
+              "compare",
+              {"good.xml", "inch.xml"},
+              "ERROR: inch.xml: 'Path, \"left\"' of 'Motion' is in 'inch', not in 'µm'\n"
+              "tracelyn-cli: inch.xml: its samples are 0.2 apart, those of good.xml are 0.5 apart\n"},
+             {3,
+              false,
+              "compare",
+              {"good.xml", "alone.xml"},
+              "ERROR: alone.xml: no signal is also in good.xml\n"}}) {
         const Outcome outcome = RunHere(row.command, row.files);
         EXPECT_EQ(std::tuple(outcome.code, !outcome.out.empty(), outcome.err),
                   std::tuple(row.code, row.hasOutput, row.error))

@@ -147,6 +147,20 @@ TYPED_TEST(MeasuredType, GivesTheFiguresOfAPlainLoopWithAndWithoutAnIndex) {
     }
 }
 
+TEST(Figures, LoseNothingSmallAmongTheLarge) {
+    CGraphData data;
+    CGraphDataTypedSource<float> swinging;
+    CGraphDataTypedSource<float> noisy;
+    for (int i = 0; i < 90'000; ++i) {
+        swinging.Add(std::array{3e30F, 1.0F, -3e30F}[size_t(i % 3)]);
+        noisy.Add(1e9F + 64.0F * float(i % 2));
+    }
+    const auto& swing = data.Make<CGraphDataTypedSet<float>>("swing", &swinging);
+    const auto& noise = data.Make<CGraphDataTypedSet<float>>("noise", &noisy);
+    EXPECT_EQ(Measure(swing, 0, INT_MAX, 1).mean, 1.0 / 3);
+    EXPECT_EQ(Measure(noise, 0, INT_MAX, 1).deviation, 32);
+}
+
 TEST(Switching, IsFoundFromAnySampleOn) {
     CGraphData data;
     CGraphDataTypedSource<uint8_t> source;
