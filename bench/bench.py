@@ -181,8 +181,11 @@ def measure(rows, samples, rounds, seconds):
     inner = Inner(rounds, seconds, f"--file={xml}", f"--folder={FILES}", f"--samples={samples}")
     export = inner.ratio("ExportFile|PrintfLoop", "PrintfLoop", "ExportFile")
     first = inner.ratio("FrameAfterLoad", "FrameAfterLoad/first", "FrameAfterLoad/next")
-    zoom = inner.ratio("ZoomAndScroll", "ZoomAndScrollLarge", "ZoomAndScrollSmall")
-    step = inner.ratio("FullFrame|CursorStep", "CursorStep", "FullFrame")
+    zoom = inner.ratio("ZoomAndScroll|EveryEvent", "ZoomAndScrollLarge", "ZoomAndScrollSmall")
+    events = inner.seconds["EveryEventLarge"] / inner.seconds["EveryEventSmall"]
+    ordinary = inner.seconds["EveryEventLarge"] / inner.seconds["ZoomAndScrollLarge"]
+    measuring = inner.ratio("CursorStepLong|CursorStepMeasuring", "CursorStepMeasuring", "CursorStepLong")
+    step = inner.ratio("FullFrame|CursorStep$", "CursorStep", "FullFrame")
     indexes = inner.run("BuildIndex|AskIndex").values()
     index = max(result["index_bytes"] / result["store_bytes"] for result in indexes if "index_bytes" in result)
 
@@ -196,6 +199,9 @@ def measure(rows, samples, rounds, seconds):
         Row("CSV export", "fprintf loop over the same values", ">= 5 x faster", 5.0, export, at_least=True),
         Row("first frame after the load", "the frame after it", "<= 3 x", 3.0, first),
         Row("frame after zoom or scroll, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, zoom),
+        Row("frame with every event, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, events),
+        Row("frame with every event, long", "the ordinary frame", "<= 1.5 x", 1.5, ordinary),
+        Row("cursor step, measuring, long", "the same without the dock", "<= 2 x", 2.0, measuring),
         Row("cursor step", "a full frame", "<= 0.1 x", 0.1, step),
         Row("memory of the min/max index", "typed stores", "<= 5 %", 0.05, index),
         Row("load, file four times as large", "the smaller", "<= 4.2 x", 4.2, load["four"] / load["xml"]),

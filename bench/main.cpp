@@ -3,7 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QStringList>
 
 #include <cstdio>
@@ -29,8 +29,8 @@ int main(int argc, char** argv) {
 #ifndef Q_OS_WIN // which has no fonts without a display
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
-    const QGuiApplication application(argc, argv);
-    for (const QString& argument : QGuiApplication::arguments().mid(1)) {
+    const QApplication application(argc, argv);
+    for (const QString& argument : QApplication::arguments().mid(1)) {
         if (const QString file = ValueOf(argument, "file"); !file.isEmpty())
             g_Options.file = file;
         else if (const QString folder = ValueOf(argument, "folder"); !folder.isEmpty())

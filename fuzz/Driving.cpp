@@ -50,6 +50,8 @@ void Step(CGraph& graph, RecordingWindow& window, unsigned action, unsigned amou
         return graph.RestoreGroupStates();
     case 15:
         return graph.ShowEveryEvent(window, !graph.IsEveryEventShown());
+    case 16:
+        return graph.ShowBehind(window, count < 30 ? nullptr : &graph.GetData(), count * count - 5000);
     default:
         return window.Invalidate({x / 2, y / 2, x + 1, y + 1}, Contents::Draw);
     }
@@ -61,7 +63,7 @@ void Drive(CGraph& graph, Settings& settings) {
     static constexpr std::array kSizes{QSize(320, 240), QSize(500, 100), QSize(1, 1), QSize(7, 600),
                                        QSize(1000, 3)};
     static constexpr std::array kScales{1.0, 1.0, 1.5, 2.0};
-    constexpr unsigned kActions = 17;
+    constexpr unsigned kActions = 18;
     const QSize size = kSizes[settings.Below(kSizes.size())];
     const double scale = kScales[settings.Below(kScales.size())];
     RecordingWindow window(graph, size, scale);

@@ -88,6 +88,9 @@ void CMainFrame::CreateMenus() {
     connect(m_pView, &CChildView::ContextMenuRequested, m_pContextMenu,
             [this](const QPoint& position) { m_pContextMenu->popup(position); });
     QMenu& align = m_pContextMenu->GetAlignMenu();
+    // A menu keeps the prompts of its entries to itself when it opens beside another one.
+    connect(&align, &QMenu::hovered, this,
+            [this](const QAction* action) { m_pStatusPanes->SetPrompt(action->statusTip()); });
     connect(&align, &QMenu::aboutToShow, this, [this, &align] { FillAlignMenu(align); });
 }
 

@@ -18,21 +18,6 @@ namespace {
 
 constexpr std::array kColumns{"file", "group", "signal", "unit", "largest", "at", "rms", "tolerance", "kept"};
 
-// Where the recording's zero is: its first sample, or where the named signal first switches on. Nothing, with
-// a problem, when it does not.
-std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,
-                          FileReport& report) {
-    if (!options.alignSignal)
-        return 0;
-    const CGraphDataSet* const signal = FindOnOffSignal(data, *options.alignSignal);
-    const std::optional<int> zero = signal == nullptr ? std::nullopt : FindSwitchOn(*signal, 0);
-    if (signal == nullptr)
-        report.AddProblem(file, QStringLiteral("there is no on/off signal '%1'").arg(*options.alignSignal));
-    else if (!zero)
-        report.AddProblem(file, QStringLiteral("'%1' is never on").arg(*options.alignSignal));
-    return zero;
-}
-
 // Compares recordings with the good one, each on its thread.
 class CComparison {
 public:

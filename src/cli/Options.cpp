@@ -86,6 +86,12 @@ constexpr std::array kCode{
                 }},
 };
 
+constexpr OptionEntry kAlign{"align", "sample|NAME", false, [](const QString& text, Options& options) {
+                                 if (text != QLatin1String("sample"))
+                                     options.alignSignal = text;
+                                 return true;
+                             }};
+
 constexpr std::array kRenderOptions{
     kCode[0],
     OptionEntry{"size", "WxH", false,
@@ -118,6 +124,12 @@ constexpr std::array kRenderOptions{
                     options.everyEvent = true;
                     return true;
                 }},
+    OptionEntry{"compare", "GOOD", false,
+                [](const QString& text, Options& options) {
+                    options.behind = text;
+                    return true;
+                }},
+    kAlign,
 };
 
 constexpr OptionEntry kFormat{"format", "table|csv|json", false, [](const QString& text, Options& options) {
@@ -140,12 +152,7 @@ constexpr std::array kStatsOptions{
 
 constexpr std::array kCompareOptions{
     kCode[0],
-    OptionEntry{"align", "sample|NAME", false,
-                [](const QString& text, Options& options) {
-                    if (text != QLatin1String("sample"))
-                        options.alignSignal = text;
-                    return true;
-                }},
+    kAlign,
     OptionEntry{"tolerance", "NAME=VALUE", true,
                 [](const QString& text, Options& options) {
                     const auto tolerance = ToTolerance(text);

@@ -40,6 +40,7 @@ struct Options {
     std::optional<bool> consoleOnLeft;
     QStringList toggledGroups;
     bool everyEvent = false;
+    std::optional<QString> behind; // the recording that is drawn behind the input
 
     // Samples, both included; `from` is never behind `to`.
     std::optional<int> from;

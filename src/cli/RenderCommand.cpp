@@ -1,9 +1,13 @@
 #include "cli/Commands.h"
+#include "cli/SeveralFiles.h"
+#include "measure/Comparison.h"
 
 #include "render/Graph.h"
 #include "render/Picture.h"
 #include "support/Interrupt.h"
 #include "support/OutputFile.h"
+
+#include <algorithm>
 
 namespace Tracelyn {
 
@@ -35,9 +39,43 @@ void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
         graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
 }
 
+// Reads the recording to compare with and shows it behind the other one. False, with the reason in the
+// report, when there is nothing to compare.
+bool ShowBehind(CGraph& graph, CGraphWindow& window, const Options& options, CRecording& good,
+                FileReport& report) {
+    {
+        CJointProgress progress(1);
+        ReadRecording(good, *options.behind, options.accessLevel, progress.Of(0), report);
+    }
+    if (!report.isRead)
+        return false;
+    const CGraphData& data = graph.GetData();
+    const auto goodZero = ZeroOf(good.GetData(), options, *options.behind, report);
+    const auto zero = ZeroOf(data, options, options.input, report);
+    if (!goodZero || !zero)
+        return false;
+    const auto signals = MatchSignals(good.GetData(), data);
+    if (std::ranges::none_of(signals,
+                             [](const CommonSignal& signal) { return signal.compared != nullptr; })) {
+        report.AddProblem(options.input, QStringLiteral("no signal is also in %1").arg(*options.behind));
+        return false;
+    }
+    graph.ShowBehind(window, &good.GetData(), *zero - *goodZero);
+    return true;
+}
+
 } // namespace
 
 ExitCode RunRender(const Options& options) {
+    if (options.behind && support::IsSameFile(*options.behind, options.input))
+        return WrongUsage(QStringLiteral("'%1' is the recording itself").arg(*options.behind));
+    if (options.behind && support::IsSameFile(*options.behind, options.output))
+        return WrongUsage(
+            QStringLiteral("'%1' is the file to read, which it would replace").arg(options.output));
+    if (options.alignSignal && !options.behind)
+        return WrongUsage(QStringLiteral("--align needs --compare"));
+    CRecording good; // outlives the graph, which borrows it
+    FileReport report;
     CGraph graph;
     const auto analysis = LoadInput(options, graph.GetData());
     if (!analysis)
@@ -61,6 +99,13 @@ ExitCode RunRender(const Options& options) {
     if (!ToggleGroups(graph, options.toggledGroups, error))
         return WrongUsage(error);
     MoveTo(graph, window, options);
+    const bool isComplete = !options.behind || ShowBehind(graph, window, options, good, report);
+    if (support::IsInterrupted())
+        return ExitCode::Failed;
+    for (const QString& problem : report.problems)
+        PrintError(problem);
+    if (!isComplete)
+        return ExitCode::ReadWithProblems;
 
     const QByteArray picture = EncodePicture(graph, window, PictureFormatOf(options.output), analysis->name);
     if (support::IsInterrupted())
@@ -70,7 +115,8 @@ ExitCode RunRender(const Options& options) {
         !support::WriteAll(output.GetDevice(), {picture.data(), static_cast<size_t>(picture.size())}) ||
         !output.Commit())
         return FailToWrite(options.output, output.GetErrorText());
-    return ReportResults(*analysis);
+    const ExitCode code = ReportResults(*analysis);
+    return report.problems.isEmpty() ? code : ExitCode::ReadWithProblems;
 }
 
 } // namespace Tracelyn

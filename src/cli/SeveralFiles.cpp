@@ -1,6 +1,7 @@
 #include "cli/SeveralFiles.h"
 
 #include "cli/Commands.h"
+#include "measure/Signals.h"
 #include "model/GraphData.h"
 #include "support/Interrupt.h"
 #include "support/Parallel.h"
@@ -73,6 +74,19 @@ void ReadRecording(CRecording& recording, const QString& path, int accessLevel,
     for (const ReadResult& result : analysis.results)
         report.AddProblem(path, result.GetText());
     report.isRead = !IsNothingRead(analysis, recording.GetData());
+}
+
+std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,
+                          FileReport& report) {
+    if (!options.alignSignal)
+        return 0;
+    const CGraphDataSet* const signal = FindOnOffSignal(data, *options.alignSignal);
+    const std::optional<int> zero = signal == nullptr ? std::nullopt : FindSwitchOn(*signal, 0);
+    if (signal == nullptr)
+        report.AddProblem(file, QStringLiteral("there is no on/off signal '%1'").arg(*options.alignSignal));
+    else if (!zero)
+        report.AddProblem(file, QStringLiteral("'%1' is never on").arg(*options.alignSignal));
+    return zero;
 }
 
 std::vector<FileReport> LookAtFiles(const QStringList& files, int accessLevel, const LookAtRecording& look,

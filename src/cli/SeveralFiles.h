@@ -1,6 +1,7 @@
 // Reads the recordings of a command that takes any number of them.
 #pragma once
 
+#include "cli/Options.h"
 #include "cli/ProgressLine.h"
 #include "measure/Table.h"
 #include "support/Progress.h"
@@ -10,6 +11,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -54,6 +56,11 @@ private:
 // read.
 void ReadRecording(CRecording& recording, const QString& path, int accessLevel,
                    const support::Progress& progress, FileReport& report);
+
+// Where the recording's zero is: its first sample, or where the named signal first switches on. Nothing, with
+// a problem, when it does not.
+std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,
+                          FileReport& report);
 
 // Calls look(data, file, report) for each file of which anything could be read, several at the same time on
 // threads of their own, and gives what it is told in the order of the files. A recording goes when it was

@@ -166,3 +166,29 @@ TEST(EveryEvent, IsSeenWhereOrdinaryDrawingHidesIt) {
         EXPECT_EQ(data.window.At(640, always.m_nTop + always.m_nTopMargin), kGreen) << "on, not off";
     }
 }
+
+// The second recording is drawn where its samples stand, on the scale and in the unit of the first.
+TEST(RecordingBehind, StandsDimmedAtItsShiftInTheUnitOfTheFirst) {
+    const QColor dimmed(0, 102, 0);
+    for (const bool everyEvent : {false, true}) {
+        Events data(QSize(500, 100));
+        data.graph.ShowEveryEvent(data.window, everyEvent);
+        data.AddSignal(data.group, 501, [](int i) { return i < 100 ? 0 : 1000; });
+        GraphWithData other;
+        CGraphDataGroup& group = other.AddGroup("Band", DisplayType::Graph);
+        other.AddSignal(group, 200, [](int i) { return i < 50 ? 0.0 : 5.0; }).SetUnit("m", 0.0F, 100.0F, 0);
+        data.Paint();
+        data.graph.ShowBehind(data.window, &other.graph.GetData(), 120);
+        data.window.PaintAll();
+        const int top = data.group.m_nTop + data.group.m_nTopMargin;
+        const int bottom = data.group.m_nTop + data.group.m_nHeight - 7;
+        const auto rows = [&](int x) { return data.window.Rows(x, dimmed); };
+        EXPECT_EQ(rows(110), std::vector<int>{}) << "before its samples";
+        EXPECT_EQ(rows(150), std::vector{bottom});
+        EXPECT_EQ(rows(200), std::vector{top + (bottom - top) / 2}) << "5 x 100 is half of 1000";
+        EXPECT_EQ(rows(330), std::vector<int>{}) << "behind its samples";
+        data.graph.ShowBehind(data.window, nullptr);
+        data.window.PaintAll();
+        EXPECT_EQ(data.window.Count(dimmed), 0);
+    }
+}
