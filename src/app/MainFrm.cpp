@@ -87,6 +87,8 @@ void CMainFrame::CreateMenus() {
     m_pContextMenu = new CContextMenu(m_Commands, this);
     connect(m_pView, &CChildView::ContextMenuRequested, m_pContextMenu,
             [this](const QPoint& position) { m_pContextMenu->popup(position); });
+    // The dock may have been closed by its own box.
+    connect(m_pContextMenu, &QMenu::aboutToShow, this, &CMainFrame::UpdateCommands);
     QMenu& align = m_pContextMenu->GetAlignMenu();
     // A menu keeps the prompts of its entries to itself when it opens beside another one.
     connect(&align, &QMenu::hovered, this,

@@ -16,7 +16,6 @@ void CMainFrame::OnMeasure() {
         m_pMeasure->hide();
         addDockWidget(Qt::BottomDockWidgetArea, m_pMeasure);
         connect(m_pView, &CChildView::FramePainted, m_pMeasure, &CMeasureDock::Follow);
-        connect(m_pMeasure, &CMeasureDock::visibilityChanged, this, &CMainFrame::UpdateCommands);
         connect(m_pMeasure, &CMeasureDock::CopyRequested, this, [this] {
             QGuiApplication::clipboard()->setText(QString::fromUtf8(m_pMeasure->GetText(false, {})));
         });

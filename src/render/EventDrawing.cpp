@@ -99,7 +99,7 @@ void CEventDrawing::SumUp(const ShownSet& shown, const Strip& strip) {
 
 void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip) {
     const auto pointAt = [&](int index) {
-        return PointOf(ColumnOf(index + shown.shift),
+        return PointOf(ColumnOf(int64_t{index} + shown.shift),
                        static_cast<float>(shown.set.GetValue(index, kNoReference)), values);
     };
     std::optional<QPoint> pen;

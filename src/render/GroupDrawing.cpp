@@ -223,11 +223,14 @@ MinMax CGroupDrawing::GetRangeBehind(const CGraphDataSet& set, const PixelRect& 
         return MinMax::None();
     const CMapping mapping(plot, m_Canvas.GetVisible());
     const auto toIndex = [&](int px) {
-        return static_cast<int>(
-            std::clamp<int64_t>(int64_t{mapping.PixelToIndex(px)} - m_Context.GetOptions().shift, 0,
-                                behind->set->GetCount() - 1));
+        return int64_t{mapping.PixelToIndex(px)} - m_Context.GetOptions().shift;
     };
-    const MinMax raw = GetFiniteRange(*behind->set, toIndex(plot.left), toIndex(plot.right) + 1);
+    const int64_t last = behind->set->GetCount() - 1;
+    const int64_t from = std::max<int64_t>(toIndex(plot.left), 0);
+    const int64_t to = std::min(toIndex(plot.right), last);
+    if (from > to)
+        return MinMax::None();
+    const MinMax raw = GetFiniteRange(*behind->set, static_cast<int>(from), static_cast<int>(to) + 1);
     if (!raw.HasValue())
         return raw;
     const auto toOwn = [&](float value) {
