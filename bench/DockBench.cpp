@@ -2,6 +2,7 @@
 #include "Recording.h"
 #include "StripWindow.h"
 #include "app/MeasureDock.h"
+#include "measure/StatisticsIndex.h"
 
 #include <benchmark/benchmark.h>
 
@@ -43,5 +44,20 @@ void CursorStepMeasuring(benchmark::State& state) {
     StepInLongRecording(state, true);
 }
 BENCHMARK(CursorStepMeasuring)->Unit(benchmark::kMillisecond);
+
+// What one refresh of the dock asks for.
+void FiguresLong(benchmark::State& state) {
+    constexpr int kShape = 10'000;
+    static MadeRecording recording(kShape, Options().samples / kShape);
+    CStatisticsIndex index(recording.graph.GetData());
+    index.Prepare();
+    int from = 1000;
+    for ([[maybe_unused]] auto _ : state) {
+        for (const auto& set : recording.graph.GetData().GetSets())
+            benchmark::DoNotOptimize(index.Measure(*set, from, Options().samples - from));
+        from = from % 2000 + 7;
+    }
+}
+BENCHMARK(FiguresLong)->Unit(benchmark::kMillisecond);
 
 } // namespace

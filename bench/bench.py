@@ -185,6 +185,7 @@ def measure(rows, samples, rounds, seconds):
     events = inner.seconds["EveryEventLarge"] / inner.seconds["EveryEventSmall"]
     ordinary = inner.seconds["EveryEventLarge"] / inner.seconds["ZoomAndScrollLarge"]
     measuring = inner.ratio("CursorStepLong|CursorStepMeasuring", "CursorStepMeasuring", "CursorStepLong")
+    figures = inner.ratio("FiguresLong|FullFrame", "FiguresLong", "FullFrame")
     step = inner.ratio("FullFrame|CursorStep$", "CursorStep", "FullFrame")
     indexes = inner.run("BuildIndex|AskIndex").values()
     index = max(result["index_bytes"] / result["store_bytes"] for result in indexes if "index_bytes" in result)
@@ -202,6 +203,7 @@ def measure(rows, samples, rounds, seconds):
         Row("frame with every event, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, events),
         Row("frame with every event, long", "the ordinary frame", "<= 1.5 x", 1.5, ordinary),
         Row("cursor step, measuring, long", "the same without the dock", "<= 2 x", 2.0, measuring),
+        Row("figures of all signals, long", "a full frame", "<= 0.2 x", 0.2, figures),
         Row("cursor step", "a full frame", "<= 0.1 x", 0.1, step),
         Row("memory of the min/max index", "typed stores", "<= 5 %", 0.05, index),
         Row("load, file four times as large", "the smaller", "<= 4.2 x", 4.2, load["four"] / load["xml"]),

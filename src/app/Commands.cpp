@@ -157,7 +157,7 @@ QList<CommandText> Texts() {
          {}},
         {CommandId::CopyPicture,
          QT_TRANSLATE_NOOP("Commands", "&Copy picture"),
-         QT_TRANSLATE_NOOP("Commands", "Copy the picture to the clipboard, as it is on the screen"),
+         QT_TRANSLATE_NOOP("Commands", "Copy the picture as it is on the screen"),
          "",
          "",
          false,

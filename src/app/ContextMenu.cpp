@@ -7,7 +7,7 @@ CContextMenu::CContextMenu(const CCommands& commands, QWidget* window) : QMenu(w
     AddBlock(commands, {CommandId::ShowEveryEvent, CommandId::Measure});
     AddBlock(commands, {CommandId::CompareWith});
     m_pAlign = addMenu(tr("&Align"));
-    m_pAlign->menuAction()->setStatusTip(tr("Choose which samples of the two recordings stand together"));
+    m_pAlign->menuAction()->setStatusTip(tr("Choose which samples stand together"));
     addAction(&commands.GetAction(CommandId::KeepForSet));
     addAction(&commands.GetAction(CommandId::StopComparing));
     AddBlock(commands, {CommandId::CopyPicture, CommandId::SavePicture, CommandId::CopyValues});

@@ -4,6 +4,8 @@
 #include "measure/Signals.h"
 #include "model/GraphData.h"
 
+#include <QFileInfo>
+
 #include <utility>
 
 namespace Tracelyn {
@@ -17,9 +19,9 @@ std::optional<int> FirstSwitchOn(const CGraphData& data, const QString& name) {
 
 } // namespace
 
-void CGoodMovement::Set(std::unique_ptr<CRecording> recording, const QString& name) {
+void CGoodMovement::Set(std::unique_ptr<CRecording> recording, const QString& path) {
     m_pRecording = std::move(recording);
-    m_strName = name;
+    m_strPath = path;
     m_bKept = false;
     m_Event.reset();
     m_bAtFixedCursor = false;
@@ -27,6 +29,10 @@ void CGoodMovement::Set(std::unique_ptr<CRecording> recording, const QString& na
 
 void CGoodMovement::Drop() {
     Set(nullptr, QString());
+}
+
+QString CGoodMovement::GetName() const {
+    return QFileInfo(m_strPath).fileName();
 }
 
 QStringList CGoodMovement::GetEvents(const CGraphData& opened) const {

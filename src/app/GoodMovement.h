@@ -19,14 +19,15 @@ class CGoodMovement {
 public:
     bool IsThere() const { return m_pRecording != nullptr; }
     // Takes the place of the one before; the alignment begins anew, and it is not kept.
-    void Set(std::unique_ptr<CRecording> recording, const QString& name);
+    void Set(std::unique_ptr<CRecording> recording, const QString& path);
     // Frees the recording.
     void Drop();
 
     // Null when there is none.
     const CGraphData* GetData() const { return m_pRecording ? &m_pRecording->GetData() : nullptr; }
-    // Of its file, without the folder.
-    const QString& GetName() const { return m_strName; }
+    const QString& GetPath() const { return m_strPath; }
+    // Without the folder.
+    QString GetName() const;
 
     // Whether it stays when another file of the measurement set is opened.
     bool IsKept() const { return m_bKept; }
@@ -47,7 +48,7 @@ public:
 
 private:
     std::unique_ptr<CRecording> m_pRecording;
-    QString m_strName;
+    QString m_strPath;
     bool m_bKept = false;
     std::optional<QString> m_Event;
     bool m_bAtFixedCursor = false;

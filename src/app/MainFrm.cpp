@@ -183,7 +183,12 @@ void CMainFrame::UpdateCommands() {
     m_Commands.SetEnabled(CommandId::EventAtFixedCursor,
                           m_Good.GetEvent().has_value() && graph.GetFixedCursor() != kNoReference);
     m_Commands.SetChecked(CommandId::ShowEveryEvent, graph.IsEveryEventShown());
-    m_Commands.SetChecked(CommandId::Measure, m_pMeasure != nullptr && !m_pMeasure->isHidden());
+    const bool measures = m_pMeasure != nullptr && !m_pMeasure->isHidden();
+    m_Commands.SetEnabled(CommandId::Measure, loaded || measures);
+    m_Commands.SetChecked(CommandId::Measure, measures);
+    m_Commands.GetAction(CommandId::StopComparing)
+        .setStatusTip(m_Good.IsThere() ? tr("Remove the second recording, %1").arg(m_Good.GetName())
+                                       : tr("Remove the second recording"));
     m_Commands.SetChecked(CommandId::KeepForSet, m_Good.IsKept());
     m_Commands.SetChecked(CommandId::EventAtFixedCursor, m_Good.IsAtFixedCursor());
     m_Commands.SetEnabled(CommandId::PreviousFile, !m_FileSet.IsFirst());
@@ -218,6 +223,7 @@ void CMainFrame::focusInEvent(QFocusEvent* event) {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
+    m_bClosed = true;
     event->accept();
     QCoreApplication::exit(0);
 }

@@ -76,13 +76,15 @@ private:
     void OnStep(bool toNext);
     void OnMeasure();
     void OnSaveMeasured();
-    // What the dock shows is of this model from now on; asks for the samples to be summed up.
+    // Lets the dock, if it is shown, measure the loaded recording.
     void MeasureLoaded();
     void OnCompareWith();
     void CompareWith(const QString& path);
     void StopComparing();
-    // After anything that the alignment depends on has changed.
+    // After anything that the comparison depends on has changed.
     void UpdateComparison();
+    // Tells what is odd about the comparison with the file that was just loaded.
+    void RemarkComparison();
     void FillAlignMenu(QMenu& menu);
     void OnCopyPicture();
     void OnCopyValues();
@@ -122,6 +124,7 @@ private:
     QString m_strTitle;
     CFileSetDescriptor m_FileSet;
     int m_nAccessLevel = 0;
+    bool m_bClosed = false; // by the user; what is under way ends
 };
 
 } // namespace Tracelyn

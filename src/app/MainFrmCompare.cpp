@@ -4,15 +4,25 @@
 #include "app/MainFrm.h"
 #include "app/MeasureDock.h"
 #include "measure/Comparison.h"
+#include "model/GraphData.h"
 #include "render/Graph.h"
 #include "support/OutputFile.h"
 
 #include <QActionGroup>
-#include <QFileInfo>
 
 #include <algorithm>
 
 namespace Tracelyn {
+
+namespace {
+
+bool HasCommonSignal(const CGraphData& good, const CGraphData& opened) {
+    return std::ranges::any_of(MatchSignals(good, opened), [](const CommonSignal& signal) {
+        return signal.compared != nullptr && signal.compared->GetUnit() == signal.good->GetUnit();
+    });
+}
+
+} // namespace
 
 void CMainFrame::OnCompareWith() {
     const auto path = m_Ui.AskOpenFile({.title = tr("Compare with"),
@@ -64,8 +74,8 @@ void CMainFrame::CompareWith(const QString& path) {
         ShowMessage(MessageIcon::Stop, tr("'%1' has no signal that the opened recording has.").arg(path));
         return;
     }
-    StopComparing(); // before the recording that it borrows goes
-    m_Good.Set(std::move(recording), QFileInfo(path).fileName());
+    StopComparing(); // before the recording goes that the graph borrows
+    m_Good.Set(std::move(recording), path);
     UpdateComparison();
 }
 
@@ -77,20 +87,32 @@ void CMainFrame::StopComparing() {
 }
 
 void CMainFrame::UpdateComparison() {
-    if (!m_Good.IsThere() || !m_pView->IsDataLoaded())
+    if (!m_Good.IsThere() || !m_pView->IsDataLoaded() || m_bClosed)
         return;
     const CGraph& graph = m_pView->GetGraph();
-    std::optional<int> shift = m_Good.GetShift(graph.GetData(), graph.GetFixedCursor());
-    if (!shift) {
+    const int shift = m_Good.GetShift(graph.GetData(), graph.GetFixedCursor()).value_or(0);
+    m_pView->ShowBehind(m_Good.GetData(), shift);
+    if (m_pMeasure != nullptr && !m_pMeasure->isHidden()) {
+        const CScopedCursor wait(Qt::WaitCursor);
+        m_pMeasure->Compare(m_Good.GetData(), shift);
+    }
+}
+
+void CMainFrame::RemarkComparison() {
+    if (!m_Good.IsThere() || !m_pView->IsDataLoaded() || m_bClosed)
+        return;
+    const CGraph& graph = m_pView->GetGraph();
+    const QString path = m_FileSet.GetFullPath();
+    if (support::IsSameFile(path, m_Good.GetPath()))
+        ShowMessage(MessageIcon::Information,
+                    tr("'%1' is the recording that others are compared with.").arg(path));
+    else if (!HasCommonSignal(*m_Good.GetData(), graph.GetData()))
+        ShowMessage(MessageIcon::Information,
+                    tr("'%1' has no signal that the opened recording has.").arg(m_Good.GetPath()));
+    else if (!m_Good.GetShift(graph.GetData(), graph.GetFixedCursor()))
         ShowMessage(MessageIcon::Information,
                     tr("'%1' does not switch on in both recordings.\nThey begin together now.")
                         .arg(m_Good.GetEvent().value_or(QString())));
-        m_Good.SetEvent(std::nullopt);
-        shift = 0;
-    }
-    m_pView->ShowBehind(m_Good.GetData(), *shift);
-    if (m_pMeasure != nullptr)
-        m_pMeasure->Compare(m_Good.GetData(), *shift);
 }
 
 // Made anew whenever it opens: the events are those of the two recordings.

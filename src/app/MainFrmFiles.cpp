@@ -123,6 +123,7 @@ void CMainFrame::LoadFile() {
     UpdateTitle();
     MeasureLoaded();
     UpdateComparison();
+    RemarkComparison();
     UpdateCommands();
 }
 

@@ -6,7 +6,10 @@
 #include "support/OutputFile.h"
 
 #include <QClipboard>
+#include <QFileInfo>
 #include <QGuiApplication>
+
+#include <new>
 
 namespace Tracelyn {
 
@@ -28,15 +31,20 @@ void CMainFrame::OnMeasure() {
 
 void CMainFrame::MeasureLoaded() {
     if (m_pMeasure == nullptr || m_pMeasure->isHidden() || m_pMeasure->IsMeasuring() ||
-        !m_pView->IsDataLoaded())
+        !m_pView->IsDataLoaded() || m_bClosed)
         return;
+    bool isMeasured = false;
     bool closes = false;
-    {
+    try {
         const CScopedCursor wait(Qt::WaitCursor);
         CLongWork work(*this, QString());
-        m_pMeasure->Measure(m_pView->GetGraph(), [&work](double done) { return work.Continue(done); });
+        isMeasured =
+            m_pMeasure->Measure(m_pView->GetGraph(), [&work](double done) { return work.Continue(done); });
         closes = work.IsClosing();
+    } catch (const std::bad_alloc&) {
+        ShowMessage(MessageIcon::Stop, tr("Not measured.\nThere is too little memory."));
     }
+    m_pMeasure->setVisible(isMeasured);
     if (closes)
         close();
 }
@@ -49,11 +57,11 @@ void CMainFrame::OnSaveMeasured() {
                                         .directory = m_strLastPath});
     if (!path)
         return;
-    if (support::IsSameFile(m_FileSet.GetFullPath(), *path)) {
-        ShowMessage(MessageIcon::Stop, tr("File not exported.\n'%1' is the opened recording.").arg(*path));
+    if (support::IsSameFile(m_FileSet.GetFullPath(), *path) || support::IsSameFile(m_Good.GetPath(), *path)) {
+        ShowMessage(MessageIcon::Stop, tr("File not exported.\n'%1' is an opened recording.").arg(*path));
         return;
     }
-    const QByteArray text = m_pMeasure->GetText(true, m_strFileLabel);
+    const QByteArray text = m_pMeasure->GetText(true, QFileInfo(m_FileSet.GetFullPath()).fileName());
     support::COutputFile output(*path);
     const bool isWritten =
         output.IsOpen() &&

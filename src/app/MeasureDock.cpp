@@ -5,7 +5,9 @@
 #include "render/Graph.h"
 
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -26,9 +29,11 @@ constexpr int kRowMargin = 4;
 
 CMeasureDock::CMeasureDock(QWidget* parent)
     : QDockWidget(tr("Measure"), parent), m_pModel(new CMeasureModel(this)), m_pRange(new QLabel),
-      m_pTable(new QTableView) {
+      m_pTable(new QTableView), m_pButtons(new QWidget) {
     setObjectName(QStringLiteral("measure"));
     m_pRange->setObjectName(QStringLiteral("measuredRange"));
+    // A long text does not make the dock wider than a small screen.
+    m_pRange->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pTable->setModel(m_pModel);
     m_pTable->setFocusPolicy(Qt::NoFocus);
     m_pTable->setSelectionMode(QAbstractItemView::NoSelection);
@@ -44,29 +49,39 @@ CMeasureDock::CMeasureDock(QWidget* parent)
     auto* const top = new QHBoxLayout;
     rows->setContentsMargins(4, 2, 4, 4);
     top->addWidget(m_pRange, 1);
+    top->addWidget(m_pButtons);
+    auto* const buttons = new QHBoxLayout(m_pButtons);
+    buttons->setContentsMargins(0, 0, 0, 0);
     const auto addButton = [&](const QString& text, auto signal) {
         auto* const button = new QPushButton(text);
         button->setFocusPolicy(Qt::NoFocus);
         connect(button, &QPushButton::clicked, this, signal);
-        top->addWidget(button);
+        buttons->addWidget(button);
     };
     addButton(tr("Copy"), &CMeasureDock::CopyRequested);
     addButton(tr("Save..."), &CMeasureDock::SaveRequested);
     rows->addLayout(top);
     rows->addWidget(m_pTable, 1);
     setWidget(content);
+    m_pButtons->setEnabled(false);
 }
 
 CMeasureDock::~CMeasureDock() = default;
 
-void CMeasureDock::Measure(const CGraph& graph, const support::Progress& progress) {
+bool CMeasureDock::Measure(const CGraph& graph, const support::Progress& progress) {
     Forget();
+    auto index = std::make_unique<CStatisticsIndex>(graph.GetData());
+    if (!index->Prepare(progress))
+        return false;
     m_pGraph = &graph;
-    m_pIndex = std::make_unique<CStatisticsIndex>(graph.GetData());
-    m_pIndex->Prepare(progress);
+    m_pIndex = std::move(index);
     m_pModel->Reset(&graph.GetData());
+    m_pButtons->setEnabled(true);
+    // Columns that changed their width with the figures would dance: they fit those of the whole recording.
+    m_pModel->Measure(*m_pIndex, 0, graph.GetLastIndex());
+    m_pTable->resizeColumnsToContents();
     Refresh();
-    FitColumns();
+    return true;
 }
 
 void CMeasureDock::Forget() {
@@ -75,6 +90,7 @@ void CMeasureDock::Forget() {
     m_pModel->Reset(nullptr);
     m_pIndex.reset();
     m_pRange->clear();
+    m_pButtons->setEnabled(false);
 }
 
 void CMeasureDock::Follow() {
@@ -88,13 +104,22 @@ void CMeasureDock::Follow() {
 
 void CMeasureDock::Compare(const CGraphData* good, int shift) {
     m_pModel->Compare(good, shift);
-    FitColumns();
+    m_pTable->resizeColumnsToContents();
 }
 
 QByteArray CMeasureDock::GetText(bool csv, const QString& file) {
     if (m_pIndex && m_Shown != GetRange())
         Refresh();
     return m_pModel->GetText(csv, file);
+}
+
+void CMeasureDock::showEvent(QShowEvent* event) {
+    QDockWidget::showEvent(event);
+    Follow();
+}
+
+void CMeasureDock::keyPressEvent(QKeyEvent* event) {
+    QCoreApplication::sendEvent(parentWidget(), event);
 }
 
 void CMeasureDock::timerEvent(QTimerEvent* event) {
@@ -105,13 +130,14 @@ void CMeasureDock::timerEvent(QTimerEvent* event) {
         Refresh();
 }
 
+// The fixed cursor may stand behind the end of a shorter recording.
 std::pair<int, int> CMeasureDock::GetRange() const {
-    const int cursor = m_pGraph->GetCursorPosition();
-    const int fixedCursor = m_pGraph->GetFixedCursor();
-    if (fixedCursor != kNoReference)
-        return std::minmax(cursor, fixedCursor);
+    const auto within = [last = m_pGraph->GetLastIndex()](int index) { return std::clamp(index, 0, last); };
+    const int cursor = within(m_pGraph->GetCursorPosition());
+    if (m_pGraph->GetFixedCursor() != kNoReference)
+        return std::minmax(cursor, within(m_pGraph->GetFixedCursor()));
     const WorldRect& visible = m_pGraph->GetCanvas().GetVisible();
-    return {static_cast<int>(std::ceil(visible.x1)), TruncateToInt(std::floor(visible.x2))};
+    return {within(TruncateToInt(std::ceil(visible.x1))), within(TruncateToInt(std::floor(visible.x2)))};
 }
 
 void CMeasureDock::Refresh() {
@@ -122,11 +148,6 @@ void CMeasureDock::Refresh() {
     const QString text = isView ? tr("View: samples %1 to %2, %3 of them")
                                 : tr("Between the cursors: samples %1 to %2, %3 of them");
     m_pRange->setText(text.arg(range.first).arg(range.second).arg(int64_t{range.second} - range.first + 1));
-}
-
-// Once for a recording: columns that changed their width with the figures would dance.
-void CMeasureDock::FitColumns() {
-    m_pTable->resizeColumnsToContents();
 }
 
 // The signals' colours are made for the background of the picture.

@@ -33,8 +33,8 @@ public:
     ~CMeasureDock() override;
 
     // Shows the signals of the graph's model, which it borrows until Forget, and sums up their samples
-    // first. Asked to stop, it reads all samples at every measurement instead.
-    void Measure(const CGraph& graph, const support::Progress& progress);
+    // first. False when it was asked to stop, and nothing is shown then. Throws when memory runs out.
+    bool Measure(const CGraph& graph, const support::Progress& progress);
     // To be called before the model changes.
     void Forget();
     bool IsMeasuring() const { return m_pIndex != nullptr; }
@@ -53,17 +53,20 @@ Q_SIGNALS:
     void SaveRequested();
 
 protected:
+    void showEvent(QShowEvent* event) override;
+    // A dock that floats gives the keys to the main window.
+    void keyPressEvent(QKeyEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
     std::pair<int, int> GetRange() const;
     void Refresh();
-    void FitColumns();
     void UseColors();
 
     CMeasureModel* m_pModel;
     QLabel* m_pRange;
     QTableView* m_pTable;
+    QWidget* m_pButtons;
     const CGraph* m_pGraph = nullptr;
     std::unique_ptr<CStatisticsIndex> m_pIndex;
     // What the table shows.

@@ -46,23 +46,25 @@ constexpr std::array<const char*, Count> kTitles{
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Last"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Difference"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Smallest"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "at"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Smallest at"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Largest"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "at"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Largest at"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Mean"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Deviation"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Std. deviation"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Slope"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Switched on"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Switched off"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Samples on"),
     QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Share on"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Away from good"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "at"),
-    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "RMS from good"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Whole: furthest from good"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Furthest at"),
+    QT_TRANSLATE_NOOP("Tracelyn::CMeasureModel", "Whole: RMS from good"),
 };
 
+constexpr int kMostDecimals = 10;
+
 QString Rounded(double value, int decimals) {
-    return std::isfinite(value) ? QString::number(value, 'f', std::clamp(decimals, 0, 12)) : QString();
+    return std::isfinite(value) ? QString::number(value, 'f', decimals) : QString();
 }
 
 QString SampleText(int sample) {
@@ -112,7 +114,7 @@ void CMeasureModel::Compare(const CGraphData* good, int shift) {
     std::map<const CGraphDataSet*, Deviation> deviations;
     if (good != nullptr && m_pData != nullptr) {
         for (const CommonSignal& signal : MatchSignals(*good, *m_pData)) {
-            if (signal.compared != nullptr)
+            if (signal.compared != nullptr && signal.compared->GetUnit() == signal.good->GetUnit())
                 deviations[signal.compared] = Tracelyn::Compare(*signal.good, *signal.compared, shift);
         }
     }
@@ -160,7 +162,7 @@ QString CMeasureModel::GetCell(const Row& row, int column) const {
     if (set == nullptr)
         return column == Signal ? row.signal.group->m_strName : QString();
     const Statistics& figures = row.figures;
-    const int decimals = set->GetPrecision() < 0 ? 6 : set->GetPrecision();
+    const int decimals = set->GetPrecision() < 0 ? 6 : std::min(set->GetPrecision(), kMostDecimals);
     switch (column) {
     case Signal:
         return set->GetName();

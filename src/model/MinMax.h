@@ -58,9 +58,9 @@ struct FiniteValues {
     };
 };
 
-// The smallest or largest of some samples in their own type: Better is one of the comparisons above. The
-// first of equal values stays and a NaN counts for nothing. The extremes of several blocks together are
-// therefore what MinMax::Widen finds in all their samples.
+// The smallest or largest of some samples in their own type: Better is one of the comparisons above, or
+// std::less or std::greater. The first of equal values stays and a NaN counts for nothing. The extremes of
+// several blocks together are therefore what MinMax::Widen finds in all their samples.
 template <class T, class Better>
 struct Extreme {
     // Every sample is at least as good.

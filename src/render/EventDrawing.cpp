@@ -41,7 +41,7 @@ void CEventDrawing::SetColumns(std::span<const ColumnRange> columns) {
             continue;
         Strip& strip = m_Strips.emplace_back(Strip{left, {}});
         for (int column = left; column <= right; ++column)
-            strip.starts.push_back(column < m_Client.right ? FirstSampleFrom(column) : EndOfView());
+            strip.starts.push_back(column < m_Client.right ? FirstSampleFrom(column) : m_nEndOfView);
     }
 }
 
@@ -58,6 +58,11 @@ void CEventDrawing::Draw(const ShownSet& shown, const CMapping& values) {
 
 int CEventDrawing::ColumnOf(int64_t index) const {
     return m_Axis.WorldToPixelX(static_cast<float>(index));
+}
+
+int CEventDrawing::ColumnInView(int64_t index) const {
+    const int column = ColumnOf(index);
+    return index < m_nEndOfView ? std::min(column, m_Client.right - 1) : column;
 }
 
 // Whole numbers beyond 2^24 are rounded to floats: the sample is searched for, around its place.
@@ -82,10 +87,13 @@ int64_t CEventDrawing::FirstSampleFrom(int column) const {
     return from;
 }
 
-int64_t CEventDrawing::EndOfView() const {
-    // A sample on the right edge of the view counts for the last column.
-    const auto last = static_cast<int64_t>(std::floor(m_Axis.PixelToWorldX(m_Client.right)));
-    return std::max(FirstSampleFrom(m_Client.right), last + 1);
+int64_t CEventDrawing::FindEndOfView() const {
+    const double right = m_Axis.PixelToWorldX(m_Client.right);
+    int64_t end = std::max(FirstSampleFrom(m_Client.right), static_cast<int64_t>(std::floor(right)) + 1);
+    // The edge of the view is a float, to which whole numbers beyond 2^24 are rounded.
+    while (double{static_cast<float>(end)} <= right)
+        ++end;
+    return end;
 }
 
 void CEventDrawing::SumUp(const ShownSet& shown, const Strip& strip) {
@@ -99,7 +107,7 @@ void CEventDrawing::SumUp(const ShownSet& shown, const Strip& strip) {
 
 void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip) {
     const auto pointAt = [&](int index) {
-        return PointOf(ColumnOf(int64_t{index} + shown.shift),
+        return PointOf(ColumnInView(int64_t{index} + shown.shift),
                        static_cast<float>(shown.set.GetValue(index, kNoReference)), values);
     };
     std::optional<QPoint> pen;

@@ -28,8 +28,10 @@ class CEventDrawing {
 public:
     // `axis` maps samples to the pixels of the client area.
     CEventDrawing(CPixelPainter& painter, const CMapping& axis, const PixelRect& client)
-        : m_Painter(painter), m_Axis(axis), m_Client(client) {}
+        : m_Painter(painter), m_Axis(axis), m_Client(client), m_nEndOfView(FindEndOfView()) {}
 
+    // Behind the last sample in view.
+    int64_t GetEndOfView() const { return m_nEndOfView; }
     // What Draw draws from now on: the parts of these columns inside the client area.
     void SetColumns(std::span<const ColumnRange> columns);
     // `values` maps raw values to the rows of the plot.
@@ -43,11 +45,12 @@ private:
     };
     enum class Lane { None, Off, On, Both };
 
+    int64_t FindEndOfView() const;
     int ColumnOf(int64_t index) const;
+    // The same, but for a sample on the right edge of the view, which counts for the last column.
+    int ColumnInView(int64_t index) const;
     // The first sample in view that falls on the column or lies to its right.
     int64_t FirstSampleFrom(int column) const;
-    // Behind the last sample in view.
-    int64_t EndOfView() const;
     void SumUp(const ShownSet& shown, const Strip& strip);
     void DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip);
     void DrawLane(const ShownSet& shown, const CMapping& values, const Strip& strip);
@@ -57,6 +60,7 @@ private:
     CPixelPainter& m_Painter;
     CMapping m_Axis;
     PixelRect m_Client;
+    int64_t m_nEndOfView;
     std::vector<Strip> m_Strips;
     // Of the set and the strip that are being drawn: where each column's samples begin in the set, and what
     // they come to.

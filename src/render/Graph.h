@@ -99,9 +99,9 @@ public:
     void ShowEveryEvent(CGraphWindow& window, bool show);
     // Of how many samples the picture shows one, by the last frame. 1 when none is left out.
     int GetSamplesPerShownOne() const;
-    // Draws the signals that both have from a second recording, dimmed behind those of this one and on their
-    // scale; sample i of it stands at sample i + shift. Borrows the other until Clear, or a call with null,
-    // which ends it.
+    // Draws the signals that both have, in the same unit, from a second recording, dimmed behind those of
+    // this one and on their scale; sample i of it stands at sample i + shift. Borrows the other until Clear,
+    // or a call with null, which ends it.
     void ShowBehind(CGraphWindow& window, const CGraphData* other, int shift = 0);
     void InvalidateScreenRects(CGraphWindow& window, const ScreenRectKey& key,
                                Contents contents = Contents::Draw) const;

@@ -26,7 +26,7 @@ void CGraph::ShowBehind(CGraphWindow& window, const CGraphData* other, int shift
         for (const CGraphDataSet* set : group->m_Sets) {
             const CGraphDataSet* const behind =
                 other == nullptr ? nullptr : other->FindCounterpart(*group, *set);
-            if (behind != nullptr)
+            if (behind != nullptr && behind->GetUnit() == set->GetUnit())
                 m_Options.behind.emplace(set, behind);
         }
     }

@@ -214,7 +214,8 @@ MinMax CGroupDrawing::GetRangeOfSet(const CGraphDataSet& set, const PixelRect& p
     // With the last sample in view, and the values that are finite alone.
     const int last = set.GetCount() - 1;
     const int first = std::clamp(from, 0, last);
-    return GetFiniteRange(set, first, std::clamp(to, first, last) + 1);
+    const int64_t end = std::max<int64_t>(m_Events->GetEndOfView(), int64_t{to} + 1);
+    return GetFiniteRange(set, first, static_cast<int>(std::clamp<int64_t>(end, first + 1, last + 1)));
 }
 
 MinMax CGroupDrawing::GetRangeBehind(const CGraphDataSet& set, const PixelRect& plot) const {

@@ -40,10 +40,7 @@ TEST_F(ContextMenu, OpensByMouseAndKeyAndTellsWhatEachEntryDoes) {
          {std::pair{"Show every &event", "Hide no sample in view, however short an event is"},
           {"&Measure", "Show figures of the signals between the cursors"},
           {"C&ompare with...", "Draw a second recording behind this one"},
-          {"&Align", "Choose which samples of the two recordings stand together"},
-          {"&Keep for the set", "Compare the other files of the set with it, too"},
-          {"S&top comparing", "Remove the second recording"},
-          {"&Copy picture", "Copy the picture to the clipboard, as it is on the screen"},
+          {"&Copy picture", "Copy the picture as it is on the screen"},
           {"&Save picture...", "Save the picture as a PNG, SVG or PDF file"},
           {"Copy &values", "Copy the values at the cursor, for a spreadsheet"}}) {
         EXPECT_NE(PaintedAt(*Menu(), text), -1) << text;

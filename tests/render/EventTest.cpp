@@ -176,7 +176,7 @@ TEST(RecordingBehind, StandsDimmedAtItsShiftInTheUnitOfTheFirst) {
         data.AddSignal(data.group, 501, [](int i) { return i < 100 ? 0 : 1000; });
         GraphWithData other;
         CGraphDataGroup& group = other.AddGroup("Band", DisplayType::Graph);
-        other.AddSignal(group, 200, [](int i) { return i < 50 ? 0.0 : 5.0; }).SetUnit("m", 0.0F, 100.0F, 0);
+        other.AddSignal(group, 200, [](int i) { return i < 50 ? 0.0 : 5.0; }).SetUnit("", 0.0F, 100.0F, 0);
         data.Paint();
         data.graph.ShowBehind(data.window, &other.graph.GetData(), 120);
         data.window.PaintAll();
