@@ -30,6 +30,18 @@ std::optional<QRect> Joined(const QRect& a, const QRect& b) {
     return std::nullopt;
 }
 
+// How many letters of the text, up to all of them, it takes until `isEnough`.
+template <class IsEnough>
+qsizetype FewestLetters(const QString& text, IsEnough isEnough) {
+    qsizetype tooFew = -1;
+    qsizetype enough = text.size();
+    while (enough - tooFew > 1) {
+        const qsizetype middle = (enough + tooFew) / 2;
+        (isEnough(middle) ? enough : tooFew) = middle;
+    }
+    return enough;
+}
+
 } // namespace
 
 CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
@@ -121,15 +133,22 @@ bool CPixelPainter::ReachesClip(int x, const QString& text) const {
            x + GetTextWidth(text) + kOverhang > m_ClipBounds.left;
 }
 
-// Letter by letter, from both ends.
+// As many letters go at both ends as stand out there. Measuring them one by one would take long for some
+// texts.
 void CPixelPainter::CutToClip(int& x, QString& text) const {
-    const int right = x + GetTextWidth(text);
-    while (!text.isEmpty() && x < m_ClipBounds.left) {
-        text.remove(0, text.front().isHighSurrogate() ? 2 : 1);
-        x = right - GetTextWidth(text);
+    const int end = x + GetTextWidth(text);
+    if (x < m_ClipBounds.left) {
+        const qsizetype cut = FewestLetters(
+            text, [&](qsizetype count) { return end - GetTextWidth(text.mid(count)) >= m_ClipBounds.left; });
+        text.remove(0, cut < text.size() && text[cut].isLowSurrogate() ? cut + 1 : cut);
+        x = end - GetTextWidth(text);
     }
-    while (!text.isEmpty() && x + GetTextWidth(text) > m_ClipBounds.right)
-        text.chop(text.back().isLowSurrogate() ? 2 : 1);
+    if (end > m_ClipBounds.right) {
+        const qsizetype cut = FewestLetters(text, [&](qsizetype count) {
+            return x + GetTextWidth(text.chopped(count)) <= m_ClipBounds.right;
+        });
+        text = support::CutText(text, text.size() - cut);
+    }
 }
 
 void CPixelPainter::Text(int x, int y, const QString& text) {

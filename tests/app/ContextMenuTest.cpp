@@ -16,10 +16,11 @@ struct ContextMenu : ::testing::Test, SampleUnderTest {
         QTest::mouseClick(Frame().windowHandle(), Qt::RightButton, {}, widget.mapTo(&Frame(), at));
         Settle();
     }
-    void PressMenuKey() {
-        // Where the mouse is makes no difference.
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, {3, 3}, View().mapToGlobal(QPoint(3, 3)));
-        QCoreApplication::sendEvent(&View(), &event);
+    void PressMenuKey() { Ask(View(), QContextMenuEvent::Keyboard); }
+    // For the key it makes no difference where the mouse is.
+    void Ask(QWidget& widget, QContextMenuEvent::Reason reason) {
+        QContextMenuEvent event(reason, {3, 3}, widget.mapToGlobal(QPoint(3, 3)));
+        QCoreApplication::sendEvent(&widget, &event);
         Settle();
     }
     QPoint MenuPlace() { return Client()->mapFromGlobal(Menu()->pos()); }
@@ -57,7 +58,7 @@ TEST_F(ContextMenu, OpensByMouseAndKeyAndTellsWhatEachEntryDoes) {
     EXPECT_EQ(MenuPlace(), QPoint(CursorColumn(), 0));
     QTest::keyClick(Menu(), Qt::Key_Escape);
     QTest::mousePress(Client(), Qt::LeftButton, {}, {100, 40});
-    RightClick(*Client(), {100, 40});
+    Ask(*Client(), QContextMenuEvent::Mouse);
     EXPECT_EQ(Menu(), nullptr) << "not while the cursor is dragged";
     QTest::mouseRelease(Client(), Qt::LeftButton, {}, {100, 40});
 

@@ -20,9 +20,11 @@ struct Drop : ::testing::Test, SampleFolder {
         QCoreApplication::sendEvent(&window.Frame(), &enter);
         QDropEvent drop(QPointF(9, 9), actions, &data, Qt::LeftButton, Qt::NoModifier);
         drop.setDropAction(Qt::MoveAction);
-        if (enter.isAccepted())
-            QCoreApplication::sendEvent(&window.Frame(), &drop);
-        return enter.isAccepted() && drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
+        if (!enter.isAccepted())
+            return false;
+        QCoreApplication::sendEvent(&window.Frame(), &drop);
+        EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
+        return drop.isAccepted();
     }
     QString Shown() {
         window.Settle();
