@@ -3,6 +3,7 @@
 #include "render/Graph.h"
 #include "render/GraphWindow.h"
 #include "render/SmallFont.h"
+#include "render/SvgDevice.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -11,7 +12,6 @@
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSvgGenerator>
 
 namespace Tracelyn {
 
@@ -33,29 +33,10 @@ QByteArray MakePng(CGraph& graph, COffscreenWindow& window) {
     return buffer.data();
 }
 
-// What the toolkit leaves out: its millimetres are no whole pixels again, and a machine without the font
-// would take one with serifs.
-QByteArray Mended(QByteArray svg, const QSize& size) {
-    const qsizetype from = svg.indexOf("<svg") + 4;
-    const qsizetype to = svg.indexOf("viewBox=");
-    svg.replace(
-        from, to - from,
-        QStringLiteral(" width=\"%1\" height=\"%2\" ").arg(size.width()).arg(size.height()).toLatin1());
-    const QByteArray family = QFontInfo(CSmallFont::MakeFont()).family().toUtf8();
-    return svg.replace("font-family=\"" + family + '"', "font-family=\"" + family + ", sans-serif\"");
-}
-
 QByteArray MakeSvg(CGraph& graph, COffscreenWindow& window, const QString& title) {
-    QBuffer buffer;
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setSize(SizeOf(window));
-    generator.setViewBox(QRect({}, SizeOf(window)));
-    // The toolkit writes both as they are.
-    generator.setTitle(title.toHtmlEscaped());
-    generator.setDescription(QStringLiteral("Tracelyn"));
-    window.PaintInto(generator, graph);
-    return Mended(buffer.data(), SizeOf(window));
+    CSvgDevice device(SizeOf(window), title, QFontInfo(CSmallFont::MakeFont()).family());
+    window.PaintInto(device, graph);
+    return device.GetDocument();
 }
 
 QByteArray MakePdf(CGraph& graph, COffscreenWindow& window, const QString& title) {
