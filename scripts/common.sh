@@ -2,7 +2,7 @@
 
 say() { printf '== %s\n' "$*"; }
 
-build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev libqt6svg6-dev libgl1-mesa-dev libxml2-dev zlib1g-dev
+build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev qt6-svg-dev libgl1-mesa-dev libxml2-dev zlib1g-dev
     libgtest-dev fonts-dejavu-core)
 test_packages=(python3)
 # What ./bench.sh measures with and against.
