@@ -93,6 +93,7 @@ void CMainFrame::CreateMenus() {
     // A menu keeps the prompts of its entries to itself when it opens beside another one.
     connect(&align, &QMenu::hovered, this,
             [this](const QAction* action) { m_pStatusPanes->SetPrompt(action->statusTip()); });
+    connect(&align, &QMenu::aboutToHide, this, [this] { m_pStatusPanes->SetPrompt({}); });
     connect(&align, &QMenu::aboutToShow, this, [this, &align] { FillAlignMenu(align); });
 }
 
