@@ -91,8 +91,10 @@ struct Extreme {
             rest = Better()(*at, rest) ? *at : rest;
         if (values.size() >= kLanes) {
             best = Better()(other, best) ? other : best;
-            for (int lane = 0; lane < kLanes; ++lane)
-                rest = Better()(best[lane], rest) ? best[lane] : rest;
+            for (int lane = 0; lane < kLanes; ++lane) {
+                const T value = best[lane];
+                rest = Better()(value, rest) ? value : rest;
+            }
         }
         if (std::is_floating_point_v<T> && rest == T{0})
             return *std::ranges::find(values, T{0});
