@@ -34,7 +34,12 @@ class Wine:
 
     def __enter__(self):
         try:
-            self.run("wineboot", "-i")
+            try:
+                self.run("wineboot", "-i")
+            except subprocess.CalledProcessError:
+                print("wineboot failed, once more", file=sys.stderr)
+                self.settle()
+                self.run("wineboot", "-i")
             fonts = list(FONTS.glob("*.ttf"))
             if not fonts:
                 raise RuntimeError(f"no fonts in {FONTS}")

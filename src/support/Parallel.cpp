@@ -70,6 +70,9 @@ int WorkerCount(int64_t items) {
 
 int64_t ForEachParallel(int64_t items, const std::function<bool(int, int64_t)>& work,
                         const Progress& progress) {
+    // Few items may all be done by the helpers before this thread asks for the first time.
+    if (!Report(progress, 0))
+        return 0;
     CWorkList list(items, work);
     {
         std::vector<std::jthread> helpers;

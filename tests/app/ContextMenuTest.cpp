@@ -44,7 +44,12 @@ TEST_F(ContextMenu, OpensByMouseAndKeyAndTellsWhatEachEntryDoes) {
           {"&Copy picture", "Copy the picture as it is on the screen"},
           {"&Save picture...", "Save the picture as a PNG, SVG or PDF file"},
           {"Copy &values", "Copy the values at the cursor, for a spreadsheet"}}) {
-        EXPECT_NE(PaintedAt(*Menu(), text), -1) << text;
+        // Some styles underline elsewhere: there, what is beside the letter is looked for.
+        const QString before = QString(text).section('&', 0, 0).trimmed();
+        const QString after = QString(text).section('&', 1).mid(1);
+        EXPECT_TRUE(PaintedAt(*Menu(), text) != -1 ||
+                    PaintedAt(*Menu(), before.size() > after.size() ? before : after) != -1)
+            << text;
         QTest::keyClick(Menu(), Qt::Key_Down);
         EXPECT_EQ(PaintedAt(*Frame().statusBar(), prompt), 6) << prompt;
     }
