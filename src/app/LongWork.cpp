@@ -107,4 +107,17 @@ bool CLongWork::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
+bool RunLongWork(QMainWindow& window, const QString& title,
+                 const std::function<void(const support::Progress&)>& work) {
+    bool closes = false;
+    {
+        CLongWork running(window, title);
+        work([&running](double done) { return running.Continue(done); });
+        closes = running.IsClosing();
+    }
+    if (closes)
+        window.close();
+    return !closes;
+}
+
 } // namespace Tracelyn

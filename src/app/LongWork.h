@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 class QMainWindow;
@@ -58,5 +59,10 @@ private:
     static inline int s_nUnderWay = 0;
     static constexpr std::chrono::milliseconds kBetweenEvents{100};
 };
+
+// Runs work that takes the progress to report. False when the user closed the window meanwhile, which is done
+// when the work is over. What the work throws comes out of here.
+bool RunLongWork(QMainWindow& window, const QString& title,
+                 const std::function<void(const support::Progress&)>& work);
 
 } // namespace Tracelyn

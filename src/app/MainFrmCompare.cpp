@@ -47,19 +47,16 @@ void CMainFrame::CompareWith(const QString& path) {
     auto recording = std::make_unique<CRecording>();
     Analysis analysis;
     bool stopped = false;
-    bool closes = false;
     {
         const CScopedCursor wait(Qt::WaitCursor);
-        CLongWork work(*this, QString());
-        analysis = recording->Load(path, m_nAccessLevel, [&](double done) {
-            stopped = !work.Continue(done);
-            return !stopped;
+        RunLongWork(*this, {}, [&](const support::Progress& progress) {
+            analysis = recording->Load(path, m_nAccessLevel, [&](double done) {
+                stopped = !progress(done);
+                return !stopped;
+            });
         });
-        closes = work.IsClosing();
     }
-    if (closes)
-        close();
-    if (stopped)
+    if (stopped || m_bClosed)
         return;
     if (analysis.status == LoadStatus::UnknownExtension)
         ShowMessage(MessageIcon::Stop, tr("'%1' is no analysis file.").arg(path));
@@ -82,7 +79,7 @@ void CMainFrame::CompareWith(const QString& path) {
 void CMainFrame::StopComparing() {
     m_pView->ShowBehind(nullptr, 0);
     if (m_pMeasure != nullptr)
-        m_pMeasure->Compare(nullptr, 0);
+        m_pMeasure->Compare(nullptr, 0, {});
     m_Good.Drop();
 }
 
@@ -94,7 +91,9 @@ void CMainFrame::UpdateComparison() {
     m_pView->ShowBehind(m_Good.GetData(), shift);
     if (m_pMeasure != nullptr && !m_pMeasure->isHidden()) {
         const CScopedCursor wait(Qt::WaitCursor);
-        m_pMeasure->Compare(m_Good.GetData(), shift);
+        RunLongWork(*this, {}, [&](const support::Progress& progress) {
+            m_pMeasure->Compare(m_Good.GetData(), shift, progress);
+        });
     }
 }
 

@@ -148,18 +148,12 @@ std::optional<Analysis> CMainFrame::ReadCurrentFile() {
     const auto read = [this](CSignalFileReader& reader, const QString& document) {
         m_pView->Load(reader, document);
     };
-    Analysis analysis;
-    bool closes = false;
-    {
-        CLongWork work(*this, tr("Loading %1").arg(QFileInfo(path).fileName()));
-        analysis =
-            LoadAnalysis(path, m_nAccessLevel, read, [&work](double done) { return work.Continue(done); });
-        closes = work.IsClosing();
-    }
-    if (!closes)
-        return analysis;
-    close();
-    return std::nullopt;
+    std::optional<Analysis> analysis;
+    const bool isOpen = RunLongWork(*this, tr("Loading %1").arg(QFileInfo(path).fileName()),
+                                    [&](const support::Progress& progress) {
+                                        analysis = LoadAnalysis(path, m_nAccessLevel, read, progress);
+                                    });
+    return isOpen ? analysis : std::nullopt;
 }
 
 void CMainFrame::ShowResults(std::span<const ReadResult> results) {
@@ -208,16 +202,12 @@ void CMainFrame::SaveTo(const QString& path) {
         return;
     }
     bool isSaved = false;
-    bool closes = false;
-    {
-        CLongWork work(*this, QString());
-        isSaved = support::CopyToNewFile(m_FileSet.GetFullPath(), path,
-                                         [&work](double done) { return work.Continue(done); });
-        closes = work.IsClosing();
-    }
-    if (closes)
-        close();
-    else if (isSaved)
+    const bool isOpen = RunLongWork(*this, {}, [&](const support::Progress& progress) {
+        isSaved = support::CopyToNewFile(m_FileSet.GetFullPath(), path, progress);
+    });
+    if (!isOpen)
+        return;
+    if (isSaved)
         ShowMessage(MessageIcon::Information, tr("File '%1' was saved successfully").arg(path));
     else
         ShowMessage(MessageIcon::Information, tr("File '%1' is not saved!\nFile already exists!").arg(path));
@@ -229,16 +219,15 @@ void CMainFrame::ExportTo(const QString& path) {
         return;
     }
     ExportEnd end = ExportEnd::Complete;
-    bool closes = false;
+    bool isOpen = true;
     {
         const CScopedCursor wait(Qt::WaitCursor);
-        CLongWork work(*this, QString());
-        end = m_pView->ExportCsv(path, [&work](double done) { return work.Continue(done); });
-        closes = work.IsClosing();
+        isOpen = RunLongWork(
+            *this, {}, [&](const support::Progress& progress) { end = m_pView->ExportCsv(path, progress); });
     }
-    if (closes)
-        close();
-    else if (end == ExportEnd::Complete)
+    if (!isOpen)
+        return;
+    if (end == ExportEnd::Complete)
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(path));
     else if (end == ExportEnd::Stopped)
         ShowMessage(MessageIcon::Information,

@@ -34,19 +34,15 @@ void CMainFrame::MeasureLoaded() {
         !m_pView->IsDataLoaded() || m_bClosed)
         return;
     bool isMeasured = false;
-    bool closes = false;
     try {
         const CScopedCursor wait(Qt::WaitCursor);
-        CLongWork work(*this, QString());
-        isMeasured =
-            m_pMeasure->Measure(m_pView->GetGraph(), [&work](double done) { return work.Continue(done); });
-        closes = work.IsClosing();
+        RunLongWork(*this, {}, [&](const support::Progress& progress) {
+            isMeasured = m_pMeasure->Measure(m_pView->GetGraph(), progress);
+        });
     } catch (const std::bad_alloc&) {
         ShowMessage(MessageIcon::Stop, tr("Not measured.\nThere is too little memory."));
     }
     m_pMeasure->setVisible(isMeasured);
-    if (closes)
-        close();
 }
 
 void CMainFrame::OnSaveMeasured() {
@@ -63,11 +59,7 @@ void CMainFrame::OnSaveMeasured() {
     }
     const QByteArray text = m_pMeasure->GetText(true, QFileInfo(m_FileSet.GetFullPath()).fileName());
     support::COutputFile output(*path);
-    const bool isWritten =
-        output.IsOpen() &&
-        support::WriteAll(output.GetDevice(), {text.data(), static_cast<size_t>(text.size())}) &&
-        output.Commit();
-    if (isWritten)
+    if (output.CommitWith(text))
         ShowMessage(MessageIcon::Information, tr("File '%1' was created successfully").arg(*path));
     else
         ShowMessage(MessageIcon::Stop, tr("File not exported.\nError during write operation."));

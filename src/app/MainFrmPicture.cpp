@@ -42,9 +42,7 @@ bool CMainFrame::SavePictureTo(const QString& path) try {
     COffscreenWindow window = m_pView->MakeOffscreenWindow();
     const QByteArray picture = EncodePicture(m_pView->GetGraph(), window, PictureFormatOf(path), m_strTitle);
     support::COutputFile output(path);
-    return !picture.isEmpty() && output.IsOpen() &&
-           support::WriteAll(output.GetDevice(), {picture.data(), static_cast<size_t>(picture.size())}) &&
-           output.Commit();
+    return !picture.isEmpty() && output.CommitWith(picture);
 } catch (const std::bad_alloc&) {
     return false;
 }

@@ -102,8 +102,8 @@ void CMeasureDock::Follow() {
         m_Timer.start(kRefreshMilliseconds, this);
 }
 
-void CMeasureDock::Compare(const CGraphData* good, int shift) {
-    m_pModel->Compare(good, shift);
+void CMeasureDock::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
+    m_pModel->Compare(good, shift, progress);
     m_pTable->resizeColumnsToContents();
 }
 

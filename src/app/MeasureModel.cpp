@@ -110,10 +110,17 @@ void CMeasureModel::Measure(const CStatisticsIndex& index, int from, int to) {
         Q_EMIT dataChanged(createIndex(0, First), createIndex(rowCount() - 1, Share));
 }
 
-void CMeasureModel::Compare(const CGraphData* good, int shift) {
+void CMeasureModel::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
     std::map<const CGraphDataSet*, Deviation> deviations;
     if (good != nullptr && m_pData != nullptr) {
-        for (const CommonSignal& signal : MatchSignals(*good, *m_pData)) {
+        const std::vector<CommonSignal> signals = MatchSignals(*good, *m_pData);
+        double compared = 0;
+        for (const CommonSignal& signal : signals) {
+            if (!support::Report(progress, compared++ / static_cast<double>(signals.size()))) {
+                good = nullptr;
+                deviations.clear();
+                break;
+            }
             if (signal.compared != nullptr && signal.compared->GetUnit() == signal.good->GetUnit())
                 deviations[signal.compared] = Tracelyn::Compare(*signal.good, *signal.compared, shift);
         }

@@ -4,6 +4,7 @@
 #include "measure/Comparison.h"
 #include "measure/Signals.h"
 #include "measure/Statistics.h"
+#include "support/Progress.h"
 
 #include <QAbstractTableModel>
 
@@ -27,8 +28,9 @@ public:
     void Reset(const CGraphData* data);
     // Measures all signals between two samples, both included.
     void Measure(const CStatisticsIndex& index, int from, int to);
-    // Compares all signals with those of the second recording; null ends that.
-    void Compare(const CGraphData* good, int shift);
+    // Compares all signals with those of the second recording; null ends that, and so does a progress that
+    // asks to stop.
+    void Compare(const CGraphData* good, int shift, const support::Progress& progress);
 
     // The table as text: for a spreadsheet with tabs, or all figures in full as CSV. `file` names the
     // recording in the CSV.

@@ -111,9 +111,7 @@ ExitCode RunRender(const Options& options) {
     if (support::IsInterrupted())
         return ExitCode::Failed;
     support::COutputFile output(options.output);
-    if (picture.isEmpty() || !output.IsOpen() ||
-        !support::WriteAll(output.GetDevice(), {picture.data(), static_cast<size_t>(picture.size())}) ||
-        !output.Commit())
+    if (picture.isEmpty() || !output.CommitWith(picture))
         return FailToWrite(options.output, output.GetErrorText());
     const ExitCode code = ReportResults(*analysis);
     return report.problems.isEmpty() ? code : ExitCode::ReadWithProblems;

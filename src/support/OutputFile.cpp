@@ -182,6 +182,10 @@ QString COutputFile::GetErrorText() const {
     return m_strRefusal.isEmpty() ? m_pDevice->errorString() : m_strRefusal;
 }
 
+bool COutputFile::CommitWith(const QByteArray& bytes) {
+    return IsOpen() && WriteAll(GetDevice(), {bytes.data(), static_cast<size_t>(bytes.size())}) && Commit();
+}
+
 bool COutputFile::Commit() {
     if (auto* const saved = dynamic_cast<QSaveFile*>(m_pDevice.get()))
         return saved->commit();

@@ -3,6 +3,7 @@
 
 #include "support/Progress.h"
 
+#include <QByteArray>
 #include <QFileDevice>
 #include <QString>
 
@@ -32,6 +33,8 @@ public:
     bool IsOpen() const { return m_pDevice->isOpen(); }
     // Unbuffered. Can seek unless it is a device or a pipe.
     QFileDevice& GetDevice() { return *m_pDevice; }
+    // Writes these bytes and puts the file in its place; false when it was not opened or any write failed.
+    bool CommitWith(const QByteArray& bytes);
     // Puts the file in its place; false when any write failed.
     bool Commit();
     QString GetErrorText() const;
