@@ -1,6 +1,12 @@
 // The quick road from a file to its samples against the plain algorithm, over random files.
+#include "reader/rows/SampleRows.h"
 #include "PlainReading.h"
 #include "ReaderTesting.h"
+#include "support/NumberText.h"
+
+#include <array>
+#include <bit>
+#include <span>
 
 namespace {
 
@@ -108,16 +114,54 @@ TEST(SampleRows, AreWhatThePlainAlgorithmReadsInEveryFile) {
     }
 }
 
-// Around the number of digits that a shorter way of reading takes.
-TEST(SampleRows, MayHaveAnyNumberOfDigitsAndDecimals) {
-    const QByteArray digits = "12345678901234567890";
-    QByteArray rows;
-    for (int count = 1; count <= digits.size(); ++count) {
-        rows += digits.left(count) + "\n-" + digits.left(count) + "\n";
-        for (int point = 0; point <= count; ++point)
-            rows += digits.left(count).insert(point, '.') + "\n";
+// Numbers of every length, with every character at every place in them, among plain neighbours.
+TEST(SampleRows, BecomeTheNumberThatEachFieldAloneIs) {
+    std::mt19937 random(1);
+    const auto expectEach = [&](const std::string& field) {
+        std::vector<std::string> fields{"12.5", "-7", "123456", field, "0.25", "99999.9", "8"};
+        std::ranges::shuffle(fields, random);
+        fields.resize(1 + random() % fields.size());
+        std::string rows;
+        for (const std::string& each : fields)
+            rows += each + "," + each + "\n";
+        std::vector<float> floats(fields.size());
+        std::vector<int32_t> integers(fields.size());
+        const std::array<SampleColumn, 2> columns{std::span(floats), std::span(integers)};
+        const size_t size = rows.size();
+        rows.resize(size + CRowConverter::kReadableBehind, '5');
+        ASSERT_TRUE(CRowConverter(columns).Convert({rows.data(), size}, 0, fields.size()));
+        for (size_t i = 0; i < fields.size(); ++i) {
+            ASSERT_EQ(std::bit_cast<uint32_t>(floats[i]),
+                      std::bit_cast<uint32_t>(support::ParseFloatField(fields[i])))
+                << fields[i];
+            ASSERT_EQ(integers[i], support::ParseIntegerField(fields[i])) << fields[i];
+        }
+    };
+    for (size_t length = 0; length <= 40; ++length) {
+        std::string digits;
+        for (size_t i = 0; i < length; ++i)
+            digits += static_cast<char>('0' + random() % 10);
+        expectEach(digits);
+        for (size_t place = 0; place <= length; ++place) {
+            for (std::string field : {"", "-"})
+                expectEach(field.append(digits, 0, place).append(1, '.').append(digits, place));
+            for (int byte = 0; byte < 256 && place < length; ++byte) {
+                std::string field = digits;
+                field[place] = static_cast<char>(byte);
+                if (byte != ',' && byte != '\n')
+                    expectEach(field);
+            }
+        }
     }
-    ExpectPlainSamples(Whole({"Float", "Long", "ULong", "Short"}, "<Data>" + rows + "</Data>"), "digits");
+    // Where floats are widest apart from what is written, around the middle of two.
+    for (int i = 0; i < 200'000; ++i) {
+        const auto decimals = random() % 8;
+        const std::string number =
+            std::to_string(random() % static_cast<unsigned>(std::pow(10, 1 + random() % 9)));
+        const size_t place = number.size() - std::min<size_t>(decimals, number.size());
+        std::string field(number, 0, place);
+        expectEach(field.append(1, '.').append(number, place));
+    }
 }
 
 TEST(SampleRows, MayBeLongerThanThePiecesTheyAreReadIn) {

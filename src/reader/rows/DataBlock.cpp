@@ -37,8 +37,9 @@ public:
     std::span<char> Grow(int64_t count) {
         const size_t from = m_nSize;
         m_nSize += static_cast<size_t>(count);
-        if (m_Bytes.size() < m_nSize)
-            m_Bytes.resize(std::max(m_nSize, m_Bytes.size() * 2));
+        const size_t needed = m_nSize + CRowConverter::kReadableBehind;
+        if (m_Bytes.size() < needed)
+            m_Bytes.resize(std::max(needed, m_Bytes.size() * 2));
         return std::span(m_Bytes).subspan(from, static_cast<size_t>(count));
     }
     void Shorten(size_t count) { m_nSize -= count; }

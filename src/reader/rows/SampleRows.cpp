@@ -1,5 +1,7 @@
 #include "reader/rows/SampleRows.h"
 
+#include "reader/rows/FieldColumn.h"
+#include "reader/rows/FieldNumber.h"
 #include "support/Limits.h"
 #include "support/NumberText.h"
 
@@ -10,95 +12,36 @@ namespace Tracelyn {
 
 namespace {
 
-constexpr bool EndsField(char c) {
-    return c == ',' || c == '\n' || c == '\r';
-}
-
-// A carriage return may stand before a number, too, as any white space may.
-constexpr bool IsEmptyField(char first) {
-    return first == ',' || first == '\n';
-}
-
 const char* FindFieldEnd(const char* at) {
     while (*at != ',' && *at != '\n')
         ++at;
     return at;
 }
 
-std::string_view FieldAt(const char* at) {
-    const auto length = static_cast<size_t>(FindFieldEnd(at) - at);
-    return {at, std::min(length, support::limits::kMaxFieldBytes)};
+template <class T>
+T SampleOfField(const char* begin, const char* end) {
+    if constexpr (std::is_floating_point_v<T>)
+        return FloatOfField(begin, end);
+    else
+        return SampleFromNumber<T>(IntegerOfField(begin, end));
 }
 
-// A run of decimal digits and where it ends; the value counts for as many digits as it can hold.
-struct Digits {
-    uint64_t value;
-    const char* end;
-};
-
-Digits ReadDigits(const char* at, uint64_t value) {
-    for (;; ++at) {
-        const auto digit = static_cast<unsigned>(*at) - '0';
-        if (digit > 9)
-            return {value, at};
-        value = value * 10 + digit;
-    }
-}
-
-// Powers of ten that double holds exactly, as it does integers of that many digits: their quotient is then
-// the double nearest to the written number.
-constexpr size_t kExactDigits = 15;
-constexpr std::array<double, kExactDigits + 1> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                            1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
-// Both read the field at `at` and return where it ends. Plain decimals need no more than their digits;
-// whatever else stands there goes the general way.
-const char* Read(const char* at, float& sample) {
-    const bool negative = *at == '-';
-    const char* const start = at + (negative ? 1 : 0);
-    Digits digits = ReadDigits(start, 0);
-    auto count = static_cast<size_t>(digits.end - start);
-    size_t decimals = 0;
-    if (*digits.end == '.') {
-        const char* const point = digits.end;
-        digits = ReadDigits(point + 1, digits.value);
-        decimals = static_cast<size_t>(digits.end - point - 1);
-        count += decimals;
-    }
-    if (count - 1 >= kExactDigits || !EndsField(*digits.end)) {
-        sample = IsEmptyField(*at) ? 0.0F : support::ParseFloatField(FieldAt(at));
-        return FindFieldEnd(digits.end);
-    }
-    const double value = static_cast<double>(digits.value) / kPowersOfTen[decimals];
-    sample = static_cast<float>(negative ? -value : value);
-    return digits.end;
-}
-
-const char* Read(const char* at, int32_t& sample) {
-    const bool negative = *at == '-';
-    const char* const start = at + (negative ? 1 : 0);
-    const Digits digits = ReadDigits(start, 0);
-    const auto count = static_cast<size_t>(digits.end - start);
-    constexpr size_t kSafeDigits = 9;
-    if (count - 1 >= kSafeDigits || !EndsField(*digits.end)) {
-        sample = IsEmptyField(*at) ? 0 : support::ParseIntegerField(FieldAt(at));
-        return FindFieldEnd(digits.end);
-    }
-    const auto value = static_cast<int32_t>(digits.value);
-    sample = negative ? -value : value;
-    return digits.end;
+// A number may be followed by the carriage return of its row's end.
+const char* WithoutReturn(const char* begin, const char* end) {
+    return end != begin && end[-1] == '\r' ? end - 1 : end;
 }
 
 template <class T>
-const char* ReadInto(std::span<T> column, size_t row, const char* at) {
-    FieldNumber<T> number{};
-    at = Read(at, number);
-    column[row] = SampleFromNumber<T>(number);
-    return at;
-}
-
-const char* ReadInto(std::monostate /*dropped*/, size_t /*row*/, const char* at) {
-    return FindFieldEnd(at);
+void ConvertFields(const ColumnFields& fields, std::span<T> samples) {
+    using Number = FieldNumber<T>;
+    constexpr size_t kAtOnce = CFieldReader<Number>::kAtOnce;
+    CFieldReader<Number> reader(fields);
+    std::array<Number, kAtOnce> numbers;
+    for (size_t from = 0; from < samples.size(); from += kAtOnce) {
+        const auto some = samples.subspan(from, std::min(samples.size() - from, kAtOnce));
+        reader.Read(from, std::span(numbers).first(some.size()));
+        std::transform(numbers.data(), numbers.data() + some.size(), some.begin(), SampleFromNumber<T>);
+    }
 }
 
 template <class T>
@@ -118,33 +61,64 @@ CRowConverter::CRowConverter(std::span<const SampleColumn> columns) : m_Columns(
 }
 
 bool CRowConverter::Convert(std::string_view rows, size_t row, size_t count) {
-    const char* at = rows.data();
-    const char* const end = at + rows.size();
     const size_t last = row + count;
-    for (; at != end && row != last; ++row)
-        at = ConvertRow(at, row);
-    return at == end && row == last;
+    while (!rows.empty() && row != last) {
+        size_t length = m_Bounds.Find(rows.substr(0, CFieldBounds::kMaxBytes));
+        const size_t found = std::min(m_Bounds.GetRows(), last - row);
+        const size_t fields = m_Bounds.GetFieldsPerRow();
+        if (fields >= m_Columns.size() && found == m_Bounds.GetRows()) {
+            ConvertColumns(rows.data(), fields, row, found);
+            row += found;
+        } else {
+            // At least one row, which may be longer than what the bounds are found of.
+            const char* at = rows.data();
+            do
+                at = ConvertRow(at, row++);
+            while (row != last && at < rows.data() + length);
+            length = static_cast<size_t>(at - rows.data());
+        }
+        rows.remove_prefix(length);
+    }
+    return rows.empty() && row == last;
+}
+
+// Of rows that have as many fields each, no fewer than there are columns.
+void CRowConverter::ConvertColumns(const char* text, size_t fieldsPerRow, size_t row, size_t count) {
+    for (size_t column = 0; column < m_Columns.size(); ++column) {
+        const bool hasReturns = column + 1 == fieldsPerRow && m_Bounds.AllHaveReturns();
+        const ColumnFields fields{text, m_Bounds.GetBegins() + column, fieldsPerRow,
+                                  hasReturns ? size_t{2} : 1};
+        std::visit(
+            [&](auto samples) {
+                if constexpr (!std::is_same_v<decltype(samples), std::monostate>)
+                    ConvertFields(fields, samples.subspan(row, count));
+            },
+            m_Columns[column]);
+    }
 }
 
 // Returns where the next row begins.
-const char* CRowConverter::ConvertRow(const char* const begin, size_t row) {
-    const char* at = begin;
-    for (size_t column = 0;; ++at) {
-        at = std::visit([=](auto samples) { return ReadInto(samples, row, at); }, m_Columns[column]);
-        if (*at == '\r')
-            at = FindFieldEnd(at);
-        ++column;
-        if (*at == '\n') {
-            if (column < m_Columns.size())
-                StartOver({begin, at}, row);
-            return at + 1;
+const char* CRowConverter::ConvertRow(const char* const row, size_t number) {
+    const char* begin = row;
+    for (size_t column = 0; column < m_Columns.size(); ++column) {
+        const char* const end = FindFieldEnd(begin);
+        std::visit(
+            [&](auto samples) {
+                if constexpr (!std::is_same_v<decltype(samples), std::monostate>)
+                    samples[number] = SampleOfField<typename decltype(samples)::value_type>(
+                        begin, WithoutReturn(begin, end));
+            },
+            m_Columns[column]);
+        begin = end + 1;
+        if (*end == '\n') {
+            if (column + 1 < m_Columns.size())
+                StartOver({row, end}, number);
+            return begin;
         }
-        if (column == m_Columns.size())
-            break;
     }
-    while (*at != '\n')
-        ++at;
-    return at + 1;
+    while (*begin != '\n')
+        ++begin;
+    return begin + 1;
 }
 
 // Fills the columns that the row's own fields did not reach. Each field becomes a number just once, however

@@ -1,6 +1,8 @@
 // Converts the text of sample rows into the samples of their columns.
 #pragma once
 
+#include "reader/rows/FieldBounds.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -37,6 +39,9 @@ public:
     // Borrows the columns, of which there is at least one.
     explicit CRowConverter(std::span<const SampleColumn> columns);
 
+    // So many bytes behind the rows must be readable, whatever they are.
+    static constexpr size_t kReadableBehind = CFieldBounds::kReadableBehind;
+
     // Converts `count` rows, each of which ends with a line feed. `row` is the number of the first one,
     // counted from 0. Fields become numbers and samples as above. A row with fewer fields than columns starts
     // over for the remaining ones. False when there are not exactly `count` rows; no further ones are written
@@ -44,10 +49,12 @@ public:
     bool Convert(std::string_view rows, size_t row, size_t count);
 
 private:
-    const char* ConvertRow(const char* at, size_t row);
+    void ConvertColumns(const char* text, size_t fieldsPerRow, size_t row, size_t count);
+    const char* ConvertRow(const char* row, size_t number);
     void StartOver(std::string_view text, size_t row);
 
     std::span<const SampleColumn> m_Columns;
+    CFieldBounds m_Bounds;
     std::vector<size_t> m_Stored; // numbers of the columns that are not dropped
     std::vector<FieldNumbers> m_Fields;
 };
