@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/MinMax.h"
+#include "support/LargePages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -76,7 +77,9 @@ public:
         if (m_Values.size() < count)
             m_Values.resize(count);
         m_nCount += n;
-        return std::span(m_Values).subspan(old, static_cast<size_t>(n));
+        const auto added = std::span(m_Values).subspan(old, static_cast<size_t>(n));
+        support::PreferLargePages(std::as_writable_bytes(added));
+        return added;
     }
 
     // Takes back the last n of the samples, of which nothing was asked yet.

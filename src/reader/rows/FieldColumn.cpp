@@ -39,7 +39,7 @@ struct Words {
     alignas(16) std::array<uint32_t, kAtOnce> signs; // the highest bit is set behind a minus sign
 };
 
-// Returns the length of the longest field; too much for any number when one is empty. Unless withHigh, `high`
+// Returns a length that no field exceeds, too much for any number when one is empty. Unless withHigh, `high`
 // is not written, and the words of fields of more than eight characters have no meaning; with it, those of
 // more than 16.
 template <bool withHigh>
@@ -57,14 +57,15 @@ size_t LoadWords(const ColumnFields fields, size_t from, size_t count, Words& wo
         const uint32_t negative = *begin == '-' ? 1 : 0;
         const char* const number = begin + negative;
         const auto length = static_cast<size_t>(end - number);
-        longest = std::max(longest, length - 1);
         signs[i] = negative << 31;
         if constexpr (withHigh) {
+            longest = std::max(longest, length - 1);
             const bool isLong = length > kWordBytes;
             const Word before = field::LoadValues(number, length - kWordBytes);
             low[i] = field::LoadValues(isLong ? end - kWordBytes : number, std::min(length, kWordBytes));
             high[i] = isLong ? before : 0;
         } else {
+            longest |= length - 1; // at most seven when none exceeds eight characters
             low[i] = field::LoadValues(number, length);
         }
     }
@@ -265,7 +266,7 @@ bool CFieldReader<T>::ReadAtOnce([[maybe_unused]] size_t from, [[maybe_unused]] 
     size_t longest = 0;
     if (!m_bLong)
         longest = LoadWords<false>(m_Fields, from, count, words);
-    if (m_bLong || (longest > kWordBytes && longest <= kLongest))
+    if (m_bLong || (longest > kWordBytes && longest <= 2 * kWordBytes && kLongest > kWordBytes))
         longest = LoadWords<true>(m_Fields, from, count, words);
     if (longest > kLongest)
         return false;
