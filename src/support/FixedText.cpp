@@ -56,18 +56,69 @@ void WriteDigits(char* end, uint64_t value, int count) {
         end[-1] = static_cast<char>('0' + value % 10);
 }
 
-// The value is below 10^18.
-int CountDigits(uint64_t value) {
-    int count = 1;
-    while (value >= kPowersOfTen[static_cast<size_t>(count)])
-        ++count;
-    return count;
+// The most decimals of a number that is written from words of eight digits.
+constexpr int kWordDecimals = 7;
+// A sign, two words, a point, and what is written behind them and does not count.
+constexpr size_t kWordsCapacity = 1 + 8 + 8 + 1 + 8;
+static_assert(kWordsCapacity <= kExactCapacity);
+
+// Eight digits of a number below 10^8, as characters; the first one is the lowest byte.
+constexpr uint64_t EightDigits(uint32_t value) {
+    // Each step splits all parts in two. The factors give the exact quotients of such small numbers.
+    const uint32_t high = value / 10'000;
+    uint64_t parts = high | uint64_t{value - high * 10'000} << 32;
+    const uint64_t hundreds = (parts * 5243) >> 19 & 0x0000'007F'0000'007F;
+    parts = hundreds | (parts - hundreds * 100) << 16;
+    const uint64_t tens = (parts * 103) >> 10 & 0x000F'000F'000F'000F;
+    parts = tens | (parts - tens * 10) << 8;
+    return parts | 0x3030'3030'3030'3030;
+}
+
+// Stores a word without its first characters.
+void StoreFrom(char* at, uint64_t characters, size_t first) {
+    characters >>= 8 * first;
+    if constexpr (std::endian::native == std::endian::big)
+        characters = __builtin_bswap64(characters);
+    std::memcpy(at, &characters, sizeof characters);
+}
+
+// How many digits a number below 10^18 is written with; no branch, as nothing could predict it.
+size_t DigitsIn(uint64_t value) {
+    constexpr unsigned kLogarithm = 1233; // of 2, in 4096 parts
+    value |= 1;                           // a zero is a digit, too; powers of ten are even
+    const auto least = static_cast<size_t>(static_cast<unsigned>(std::bit_width(value)) * kLogarithm >> 12);
+    return least + (value >= kPowersOfTen[least] ? 1 : 0);
+}
+
+// Writes a number below 10^16 that counts units of the last decimal; at most kWordDecimals of them. Touches
+// kWordsCapacity bytes and returns the end of those that count. What is stored is not loaded again, which a
+// processor could only do once it has left its queue.
+char* WriteWords(char* at, uint64_t units, bool isNegative, size_t decimals) {
+    constexpr uint64_t kWord = kPowersOfTen[8];
+    const size_t count = std::max(DigitsIn(units), decimals + 1);
+    *at = '-';
+    at += isNegative ? 1 : 0;
+    uint64_t last = 0;
+    if (units < kWord) {
+        last = EightDigits(static_cast<uint32_t>(units));
+        StoreFrom(at, last, 8 - count);
+    } else {
+        last = EightDigits(static_cast<uint32_t>(units % kWord));
+        StoreFrom(at, EightDigits(static_cast<uint32_t>(units / kWord)), 16 - count);
+        StoreFrom(at + count - 8, last, 0);
+    }
+    at += count;
+    if (decimals == 0)
+        return at;
+    at[-static_cast<std::ptrdiff_t>(decimals)] = '.';
+    StoreFrom(at - decimals + 1, last, 8 - decimals);
+    return at + 1;
 }
 
 char* WriteInteger(char* at, uint64_t value) {
-    const int digits = CountDigits(value);
+    const size_t digits = DigitsIn(value);
     at += digits;
-    WriteDigits(at, value, digits);
+    WriteDigits(at, value, static_cast<int>(digits));
     return at;
 }
 
@@ -110,53 +161,40 @@ std::optional<Magnitude> MagnitudeOf(uint32_t bits) {
     return Magnitude{exponent == 0 ? field : field | kHiddenBit, kBias - std::max(exponent, 1)};
 }
 
-struct Rounded {
-    uint64_t integer;
-    uint64_t fraction; // in units of the last decimal
-};
-
-// With up to 11 decimals, ties to even as printf rounds: mantissa * 10^11 is below 2^61, so that whole
-// numbers hold it without an error. The shift is above 0.
-Rounded RoundExactly(Magnitude magnitude, int decimals) {
+// How many units of the last decimal it is. With up to 11 decimals, ties to even as printf rounds: mantissa *
+// 10^11 is below 2^61, so that whole numbers hold it without an error. The shift is above 0.
+uint64_t RoundExactly(Magnitude magnitude, uint64_t unitsInOne) {
     const auto [mantissa, shift] = magnitude;
     if (shift >= 62)
-        return {0, 0}; // less than half a unit of any decimal here
-    const uint64_t unit = kPowersOfTen[static_cast<size_t>(decimals)];
-    uint64_t integer = uint64_t{mantissa} >> shift;
-    const uint64_t scaled = (mantissa - (integer << shift)) * unit;
-    uint64_t fraction = scaled >> shift;
-    const uint64_t rest = scaled - (fraction << shift);
+        return 0; // less than half a unit of any decimal here
+    const uint64_t scaled = mantissa * unitsInOne;
+    const uint64_t units = scaled >> shift;
+    const uint64_t rest = scaled - (units << shift);
     const uint64_t half = uint64_t{1} << (shift - 1);
-    const uint64_t odd = (integer * unit + fraction) % 2;
     // Up above half a unit, and at half a unit when that makes it even. Not a branch: no processor could
     // predict it.
-    fraction += static_cast<uint64_t>(rest + odd > half);
-    if (fraction == unit) {
-        fraction = 0;
-        ++integer;
-    }
-    return {integer, fraction};
+    return units + static_cast<uint64_t>(rest + units % 2 > half);
 }
 
 // Returns the end of what it writes.
 char* WriteExactly(char* at, Magnitude magnitude, bool isNegative, int decimals) {
+    const uint64_t unitsInOne = kPowersOfTen[static_cast<size_t>(decimals)];
+    uint64_t units = 0;
+    if (magnitude.shift > 0) {
+        units = RoundExactly(magnitude, unitsInOne);
+        if (units < kPowersOfTen[16] && decimals <= kWordDecimals)
+            return WriteWords(at, units, isNegative, static_cast<size_t>(decimals));
+    }
     if (isNegative)
         *at++ = '-';
-    uint64_t fraction = 0;
-    if (magnitude.shift > 0) {
-        const Rounded rounded = RoundExactly(magnitude, decimals);
-        at = WriteInteger(at, rounded.integer);
-        fraction = rounded.fraction;
-    } else {
+    if (magnitude.shift > 0)
+        at = WriteInteger(at, units / unitsInOne);
+    else
         at = WriteLargeInteger(at, magnitude.mantissa, -magnitude.shift);
-    }
     if (decimals > 0) {
         *at++ = '.';
         at += decimals;
-        if (fraction == 0)
-            std::memset(at - decimals, '0', static_cast<size_t>(decimals));
-        else
-            WriteDigits(at, fraction, decimals);
+        WriteDigits(at, units % unitsInOne, decimals);
     }
     return at;
 }

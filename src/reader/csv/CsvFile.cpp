@@ -72,6 +72,12 @@ bool CCsvFile::Finish() {
 }
 
 void CCsvFile::AppendText(std::string_view latin1) {
+    if (latin1.size() > kFlushAboveBytes) { // a chunk of its own
+        Flush();
+        if (!m_pDevice || !support::WriteAll(*m_pDevice, latin1))
+            throw WriteError(m_pDevice);
+        return;
+    }
     m_Pending += latin1;
     if (m_Pending.size() > kFlushAboveBytes)
         Flush();
