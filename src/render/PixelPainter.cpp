@@ -4,8 +4,8 @@
 #include "render/VectorRuns.h"
 #include "support/ShownText.h"
 
+#include <algorithm>
 #include <optional>
-#include <utility>
 
 namespace Tracelyn {
 
@@ -14,6 +14,9 @@ namespace {
 // Between whole scale factors a region's pixels end inside those of the screen. Beside those of the region
 // itself some more are drawn, which the window cuts off.
 constexpr int kMargin = 2;
+
+// Enough for all curves of a band on a large screen.
+constexpr size_t kMostRuns = 1 << 15;
 
 // How far the ink of a text may reach out of its cell at either side.
 constexpr int kOverhang = 32;
@@ -52,7 +55,8 @@ CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion&
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
-    Flush();
+    if (m_bVector)
+        Flush();
     m_Pen = color;
 }
 
@@ -77,28 +81,50 @@ void CPixelPainter::Bar(const PixelRect& rect) {
 
 // Lines of a curve meet in their columns: most runs go on where the one before ended.
 void CPixelPainter::AddRun(const QRect& run) {
-    if (m_nRuns != 0) {
-        QRect& last = m_Runs[m_nRuns - 1];
-        if (const auto joined = Joined(last, run)) {
-            last = *joined;
+    const QRgb color = m_Pen.rgba();
+    const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == color;
+    if (isSameLayer) {
+        if (const auto joined = Joined(m_Runs.back(), run)) {
+            m_Runs.back() = *joined;
             return;
         }
     }
-    if (m_nRuns == m_Runs.size())
+    if (m_Runs.size() == kMostRuns) {
         Flush();
-    m_Runs[m_nRuns++] = run;
+        m_Layers.push_back({color, 0});
+    } else if (!isSameLayer) {
+        m_Layers.push_back({color, m_Runs.size()});
+    }
+    m_Runs.push_back(run);
+}
+
+std::vector<RunLayer> CPixelPainter::TakeLayers() const {
+    std::vector<RunLayer> layers;
+    size_t end = m_Runs.size();
+    for (auto layer = m_Layers.rbegin(); layer != m_Layers.rend(); end = layer++->begin)
+        layers.push_back({layer->color, std::span(m_Runs).subspan(layer->begin, end - layer->begin)});
+    std::ranges::reverse(layers);
+    return layers;
 }
 
 void CPixelPainter::Flush() {
-    if (m_nRuns == 0)
+    if (m_Runs.empty())
         return;
-    const auto runs = std::span(m_Runs).first(std::exchange(m_nRuns, 0));
+    const std::vector<RunLayer> layers = TakeLayers();
     if (m_bVector) {
-        DrawAsLines(m_Painter, runs, m_Pen);
-        return;
+        DrawAsLines(m_Painter, m_Runs, QColor::fromRgba(m_Layers.front().color));
+    } else if (const auto grid =
+                   CColumnFill::IsWorthIt(layers) ? PixelsOf(m_Painter) : std::optional<PixelGrid>()) {
+        m_Columns.Fill(*grid, layers);
+    } else {
+        for (const RunLayer& layer : layers) {
+            m_Painter.setBrush(QColor::fromRgba(layer.color));
+            for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
+                m_Fill.Fill(m_Painter, layer.runs.subspan(at, std::min(kRunsAtOnce, layer.runs.size() - at)));
+        }
     }
-    m_Painter.setBrush(m_Pen);
-    m_Fill.Fill(m_Painter, runs);
+    m_Runs.clear();
+    m_Layers.clear();
 }
 
 void CPixelPainter::Rectangle(const PixelRect& rect) {

@@ -1,6 +1,7 @@
 // Draws whole pixels: 1-pixel lines without antialiasing, bordered rectangles and small text.
 #pragma once
 
+#include "render/ColumnFill.h"
 #include "render/Mapping.h"
 #include "render/RunFill.h"
 #include "render/SmallFont.h"
@@ -11,9 +12,9 @@
 #include <QRegion>
 #include <QString>
 
-#include <array>
 #include <cstddef>
 #include <span>
+#include <vector>
 
 namespace Tracelyn {
 
@@ -58,6 +59,7 @@ public:
 
 private:
     void AddRun(const QRect& run);
+    std::vector<RunLayer> TakeLayers() const;
     void CutToClip(int& x, QString& text) const;
     bool ReachesClip(int x, const QString& text) const;
 
@@ -72,9 +74,15 @@ private:
     QColor m_TextBackground;
     QRegion m_Clip;
     PixelRect m_ClipBounds;
-    std::array<QRect, kRunsAtOnce> m_Runs;
-    size_t m_nRuns = 0;
+    // Runs of several colours, each layer over the one before.
+    struct Layer {
+        QRgb color;
+        size_t begin; // among the runs
+    };
+    std::vector<QRect> m_Runs;
+    std::vector<Layer> m_Layers;
     CRunFill m_Fill;
+    CColumnFill m_Columns;
 };
 
 } // namespace Tracelyn

@@ -1,9 +1,13 @@
-// Whatever CRunFill makes of the runs, their pixels and no others are filled.
+// Whatever is made of the runs, their pixels and no others are filled.
 #include "render/RunFill.h"
 #include "Testing.h"
+#include "render/ColumnFill.h"
 
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
+
+#include <array>
 
 namespace {
 
@@ -43,4 +47,51 @@ TEST(RunFill, FillsEachPixelOfTheRunsAndNoOther) {
             EXPECT_EQ(filled, expected) << count << " runs up to " << tallest;
         }
     }
+}
+
+// Layers over each other, of columns with gaps and of rows, at every scale and behind every clip.
+TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
+    std::mt19937 random(7);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    int reached = 0;
+    for (int round = 0; round < 60; ++round) {
+        std::array<std::vector<QRect>, 5> runs;
+        std::vector<RunLayer> layers;
+        for (auto& each : runs) {
+            for (int x = -3; x < 330; x += below(12) == 0 ? -2 : 1) {
+                const bool isColumn = below(10) != 0;
+                each.emplace_back(x, below(400) - 20, isColumn ? 1 : below(60),
+                                  isColumn ? 1 + below(300) : 1);
+            }
+            layers.push_back({qRgb(below(256), below(256), below(256)), each});
+        }
+        ASSERT_TRUE(CColumnFill::IsWorthIt(layers));
+        const double scale = std::array{1.0, 2.0, 3.0, 1.5}[size_t(round % 4)];
+        QRegion clip(below(40), below(40), 150 + below(200), 100 + below(300));
+        for (int i = below(4); i > 0; --i)
+            clip -= QRect(below(300), below(300), below(100), below(100));
+        const auto picture = [&](bool quickly) {
+            QImage image(QSize(331, 397) * scale, QImage::Format_RGB32);
+            image.fill(Qt::darkBlue);
+            image.setDevicePixelRatio(scale);
+            if (round % 3 == 0)
+                image.paintEngine()->setSystemClip(QRect(20, 30, 290, 300));
+            QPainter painter(&image);
+            painter.translate(round % 5, 0);
+            painter.setClipRegion(clip);
+            if (const auto grid = quickly ? PixelsOf(painter) : std::nullopt) {
+                CColumnFill().Fill(*grid, layers);
+                ++reached;
+                return image.copy();
+            }
+            for (const RunLayer& layer : layers) {
+                for (const QRect& run : layer.runs)
+                    painter.fillRect(run, QColor(layer.color));
+            }
+            painter.end();
+            return image.copy();
+        };
+        EXPECT_EQ(picture(true), picture(false)) << "round " << round << ", scale " << scale;
+    }
+    EXPECT_GT(reached, 30) << "the quick way was compared";
 }

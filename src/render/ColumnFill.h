@@ -1,0 +1,69 @@
+// Fills runs of pixels of several colours in one pass over the rows of a picture. Curves of noise that lie
+// over each other are thousands of columns, each of other rows than its neighbours: filled one by one, they
+// touch each row of the picture as many times as there are columns in it.
+#pragma once
+
+#include "render/Mapping.h"
+
+#include <QRect>
+#include <QRegion>
+#include <QRgb>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+class QPainter;
+
+namespace Tracelyn {
+
+// Runs of one colour. The next layer lies over them.
+struct RunLayer {
+    QRgb color; // opaque
+    std::span<const QRect> runs;
+};
+
+// The pixels that a painter of pixels writes to, and where its coordinates are among them. Ends with whatever
+// the painter does next.
+struct PixelGrid {
+    uint32_t* first;   // of the row 0
+    ptrdiff_t perLine; // pixels from one row to the next
+    QRegion clip;      // what may be written
+    int scale;         // pixels of a coordinate in both directions
+    QPoint origin;     // pixel of the coordinate 0, 0
+};
+
+// Nothing when the painter's pixels cannot be reached, their colours take another form, a coordinate is no
+// whole number of them or the clip has many pieces.
+std::optional<PixelGrid> PixelsOf(QPainter& painter);
+
+class CColumnFill {
+public:
+    // Whether the runs cover so much of what surrounds them that Fill is the faster way.
+    static bool IsWorthIt(std::span<const RunLayer> layers);
+
+    // Fills the runs on all cores. They may overlap and come in any order.
+    void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
+
+private:
+    // In each column at most one run: rows from top to below bottom. No rows where both are 0.
+    struct Sheet {
+        uint32_t color;
+        std::vector<int16_t> tops;
+        std::vector<int16_t> bottoms;
+    };
+
+    void FillPiece(const PixelGrid& grid, std::span<const RunLayer> layers);
+    void Lay(const PixelRect& pixels, size_t firstSheet, uint32_t color);
+    Sheet& AddSheet(uint32_t color);
+    void FillStrip(const PixelGrid& grid, size_t from, size_t to) const;
+
+    QRect m_Clip; // the piece of the clip that is filled
+    size_t m_nColumns = 0;
+    size_t m_nSheets = 0; // in use
+    std::vector<Sheet> m_Sheets;
+};
+
+} // namespace Tracelyn
