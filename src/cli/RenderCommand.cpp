@@ -36,12 +36,13 @@ ExitCode RunRender(const Options& options) {
         return WrongUsage(error);
     bool isComplete = true;
     if (options.behind) {
+        std::optional<int> goodZero;
         {
             CJointProgress progress(1);
-            ReadRecording(good, good.GetData(), *options.behind, options.accessLevel, progress.Of(0), report);
+            goodZero = ReadGood(good, options, progress.Of(0), report);
         }
-        isComplete =
-            report.isRead && ShowBehind(graph, window, options, options.input, good.GetData(), report);
+        isComplete = report.isRead &&
+                     ShowBehind(graph, window, options, options.input, good.GetData(), goodZero, report);
     }
     if (support::IsInterrupted())
         return ExitCode::Failed;

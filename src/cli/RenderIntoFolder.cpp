@@ -73,8 +73,8 @@ std::optional<QString> FindInput(const QStringList& outputs, const QStringList& 
 class CPictures {
 public:
     // Borrows the good recording, which is shown behind the others if the options name one.
-    CPictures(const Options& options, PictureFormat format, const CGraphData& good)
-        : m_Options(options), m_Format(format), m_Good(good) {}
+    CPictures(const Options& options, PictureFormat format, const CGraphData& good, int goodZero)
+        : m_Options(options), m_Format(format), m_Good(good), m_nGoodZero(goodZero) {}
 
     void Make(const QString& file, const QString& output, const support::Progress& progress,
               FileReport& report) {
@@ -112,7 +112,7 @@ private:
             report.AddProblem(file, error);
             return std::nullopt;
         }
-        if (m_Options.behind && !ShowBehind(graph, window, m_Options, file, m_Good, report))
+        if (m_Options.behind && !ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
             return std::nullopt;
         return EncodePicture(graph, window, m_Format, name);
     }
@@ -120,6 +120,7 @@ private:
     const Options& m_Options;
     PictureFormat m_Format;
     const CGraphData& m_Good;
+    int m_nGoodZero;
     std::mutex m_GoodMutex; // who draws the good recording also completes what its model remembers
     std::atomic<int> m_nMade = 0;
 };
@@ -156,17 +157,18 @@ ExitCode RunRenderIntoFolder(const Options& options) {
     std::vector<FileReport> reports(static_cast<size_t>(goodFiles + files.size()));
     std::optional<CJointProgress> progress(std::in_place, std::ssize(reports));
     CRecording good;
+    std::optional<int> goodZero = 0;
     if (options.behind)
-        ReadRecording(good, good.GetData(), *options.behind, options.accessLevel, progress->Of(0),
-                      reports.front());
-    CPictures pictures(options, format, good.GetData());
-    if (!options.behind || reports.front().isRead)
-        support::ForEachParallel(files.size(), [&](int /*worker*/, int64_t item) {
-            const auto file = static_cast<qsizetype>(item);
-            pictures.Make(files[file], outputs[file], progress->Of(goodFiles + file),
-                          reports[static_cast<size_t>(goodFiles + file)]);
-            return !support::IsInterrupted();
-        });
+        goodZero = ReadGood(good, options, progress->Of(0), reports.front());
+    CPictures pictures(options, format, good.GetData(), goodZero.value_or(0));
+    const auto make = [&](int /*worker*/, int64_t item) {
+        const auto file = static_cast<qsizetype>(item);
+        pictures.Make(files[file], outputs[file], progress->Of(goodFiles + file),
+                      reports[static_cast<size_t>(goodFiles + file)]);
+        return !support::IsInterrupted();
+    };
+    if (goodZero)
+        support::ForEachParallel(files.size(), make);
     progress.reset();
     if (support::IsInterrupted())
         return ExitCode::Failed;

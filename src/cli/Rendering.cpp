@@ -1,6 +1,7 @@
 #include "cli/Rendering.h"
 
 #include "measure/Comparison.h"
+#include "reader/AnalysisFile.h"
 #include "render/Graph.h"
 #include "support/OutputFile.h"
 
@@ -53,10 +54,15 @@ bool ShowView(CGraph& graph, COffscreenWindow& window, const Options& options, Q
     return true;
 }
 
+std::optional<int> ReadGood(CRecording& good, const Options& options, const support::Progress& progress,
+                            FileReport& report) {
+    ReadRecording(good, good.GetData(), *options.behind, options.accessLevel, progress, report);
+    return report.isRead ? ZeroOf(good.GetData(), options, *options.behind, report) : std::nullopt;
+}
+
 bool ShowBehind(CGraph& graph, COffscreenWindow& window, const Options& options, const QString& file,
-                const CGraphData& good, FileReport& report) {
+                const CGraphData& good, std::optional<int> goodZero, FileReport& report) {
     const CGraphData& data = graph.GetData();
-    const auto goodZero = ZeroOf(good, options, *options.behind, report);
     const auto zero = ZeroOf(data, options, file, report);
     if (!goodZero || !zero)
         return false;
