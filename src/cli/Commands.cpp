@@ -65,14 +65,23 @@ QString ReasonNotExpanded(const QString& path, ExpandProblem problem) {
     return text + QStringLiteral("%1 is damaged or no container").arg(path);
 }
 
-Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
-    CProgressLine line(stderr);
-    const auto progress = [&line, isShown = support::IsTerminal(stderr)](double done) {
+// Shows how far the operation is, on a terminal, and asks to stop after Ctrl+C. Borrows the line.
+support::Progress ProgressOn(CProgressLine& line) {
+    return [&line, isShown = support::IsTerminal(stderr)](double done) {
         if (isShown)
             line.Show(done);
         return MayGoOn(done);
     };
-    return LoadAnalysis(options.input, options.accessLevel, data, progress);
+}
+
+Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
+    CProgressLine line(stderr);
+    return LoadAnalysis(options.input, options.accessLevel, data, ProgressOn(line));
+}
+
+bool PackShowingProgress(CZip& zip, QIODevice& archive) {
+    CProgressLine line(stderr, "Packing");
+    return zip.Pack(archive, ProgressOn(line));
 }
 
 } // namespace
@@ -182,7 +191,7 @@ ExitCode RunPack(const Options& options) {
         return FailToWrite(options.output, output.GetErrorText());
     CZip zip;
     zip.AddFileAs(options.input, AnalysisEntryName());
-    const bool packed = zip.Pack(output.GetDevice(), MayGoOn);
+    const bool packed = PackShowingProgress(zip, output.GetDevice());
     if (support::IsInterrupted())
         return ExitCode::Failed;
     if (output.GetDevice().error() != QFileDevice::NoError)

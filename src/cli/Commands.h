@@ -25,6 +25,8 @@ enum class ExitCode : int {
 ExitCode RunInfo(const Options& options);
 ExitCode RunCsv(const Options& options);
 ExitCode RunRender(const Options& options);
+// A picture of each of several files. Returns ReadWithProblems when there is a problem but also a picture.
+ExitCode RunRenderIntoFolder(const Options& options);
 ExitCode RunPack(const Options& options);
 ExitCode RunExpand(const Options& options);
 // The statistics of all signals of several files.

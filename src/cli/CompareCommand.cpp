@@ -129,7 +129,7 @@ ExitCode RunCompare(const Options& options) {
     std::vector<FileReport> reports(1);
     std::optional<CJointProgress> progress(std::in_place, 1 + files.size());
     CRecording good;
-    ReadRecording(good, options.input, options.accessLevel, progress->Of(0), reports.front());
+    ReadRecording(good, good.GetData(), options.input, options.accessLevel, progress->Of(0), reports.front());
     const std::optional<int> zero = reports.front().isRead
                                         ? ZeroOf(good.GetData(), options, options.input, reports.front())
                                         : std::nullopt;

@@ -42,10 +42,33 @@ bool CheckFileCount(const CommandEntry& command, qsizetype given, QString& error
     return false;
 }
 
+bool CheckFolderFileCount(const CommandEntry& command, qsizetype given, QString& error) {
+    if (given > 0)
+        return true;
+    error = QStringLiteral("%1 --%2 takes 1 file(s) or more, not 0")
+                .arg(QLatin1String(command.name), QLatin1String(command.folderOptions.front().name));
+    return false;
+}
+
+// False when an option that only counts with a folder is given without one.
+bool CheckFolderOptions(const QCommandLineParser& parser, const CommandEntry& command, QString& error) {
+    const std::span<const OptionEntry> options = command.folderOptions;
+    for (const OptionEntry& option : options) {
+        if (parser.isSet(QLatin1String(option.name)) && !parser.isSet(QLatin1String(options.front().name))) {
+            error = QStringLiteral("--%1 needs --%2")
+                        .arg(QLatin1String(option.name), QLatin1String(options.front().name));
+            return false;
+        }
+    }
+    return true;
+}
+
 std::optional<Options> ParseCommand(const CommandEntry& command, const QStringList& arguments,
                                     QString& error) {
     QCommandLineParser parser;
-    for (const OptionEntry& option : command.options)
+    std::vector<OptionEntry> allOptions(command.options.begin(), command.options.end());
+    allOptions.insert(allOptions.end(), command.folderOptions.begin(), command.folderOptions.end());
+    for (const OptionEntry& option : allOptions)
         parser.addOption({QString::fromLatin1(option.name), QString(), QString::fromLatin1(option.value)});
     const QCommandLineOption help(QStringLiteral("h"));
     parser.addOption(help);
@@ -56,16 +79,20 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
     if (parser.isSet(help))
         return Options{};
     const QStringList files = parser.positionalArguments();
-    if (!CheckFileCount(command, files.size(), error))
+    if (!CheckFolderOptions(parser, command, error))
+        return std::nullopt;
+    const bool isIntoFolder =
+        !command.folderOptions.empty() && parser.isSet(QLatin1String(command.folderOptions.front().name));
+    if (!(isIntoFolder ? CheckFolderFileCount : CheckFileCount)(command, files.size(), error))
         return std::nullopt;
     Options options;
     options.command = command.command;
     options.input = files.first();
-    if (TakesMoreFiles(command))
+    if (isIntoFolder || TakesMoreFiles(command))
         options.inputs = files;
     else if (files.size() > 1)
         options.output = files.last();
-    for (const OptionEntry& option : command.options) {
+    for (const OptionEntry& option : allOptions) {
         if (!ReadOption(parser, option, options, error))
             return std::nullopt;
     }
@@ -76,25 +103,25 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
     return options;
 }
 
-// The usage of one command, in lines of limited length.
-QString UsageOf(const CommandEntry& command) {
-    QStringList parts;
-    for (const OptionEntry& option : command.options) {
-        const QString value = option.value == nullptr ? QString() : u' ' + QLatin1String(option.value);
-        parts.append(
-            QStringLiteral("[--%1%2]%3")
-                .arg(QLatin1String(option.name), value, QLatin1String(option.isRepeatable ? "..." : "")));
-    }
-    QStringList files;
-    for (const char* file : command.files)
-        files.append(QLatin1String(file));
-    parts.append(files.join(u' '));
+QString UsageOf(const OptionEntry& option) {
+    const QString value = option.value == nullptr ? QString() : u' ' + QLatin1String(option.value);
+    return QStringLiteral("--%1%2").arg(QLatin1String(option.name), value);
+}
 
+QStringList PartsOf(std::span<const OptionEntry> options) {
+    QStringList parts;
+    for (const OptionEntry& option : options)
+        parts.append(u'[' + UsageOf(option) + QLatin1String(option.isRepeatable ? "]..." : "]"));
+    return parts;
+}
+
+// The parts of a command's usage, in lines of limited length.
+QString UsageOf(const CommandEntry& command, const QStringList& parts) {
     constexpr qsizetype kLineLength = 85;
     const QString begin = QStringLiteral("  tracelyn-cli %1").arg(QLatin1String(command.name), -7);
     QString text;
     QString line = begin;
-    for (const QString& part : std::as_const(parts)) {
+    for (const QString& part : parts) {
         if (line.size() + 1 + part.size() > kLineLength) {
             text += line + u'\n';
             line = QString(begin.size(), u' ');
@@ -102,6 +129,18 @@ QString UsageOf(const CommandEntry& command) {
         line += u' ' + part;
     }
     return text + line + u'\n';
+}
+
+QString UsageOf(const CommandEntry& command) {
+    QStringList files;
+    for (const char* file : command.files)
+        files.append(QLatin1String(file));
+    QString text = UsageOf(command, PartsOf(command.options) + QStringList{files.join(u' ')});
+    if (!command.folderOptions.empty())
+        text += UsageOf(command, QStringList{UsageOf(command.folderOptions.front())} +
+                                     PartsOf(command.folderOptions.subspan(1)) +
+                                     QStringList{QStringLiteral("[OPTION]..."), QStringLiteral("FILE...")});
+    return text;
 }
 
 } // namespace

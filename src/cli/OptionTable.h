@@ -21,6 +21,9 @@ struct CommandEntry {
     std::span<const OptionEntry> options;
     // As the usage names them. When the last name ends with "...", there may be more of it.
     std::span<const char* const> files;
+    // Of a command that may write an output for each of any number of files: the option that names the folder
+    // of the outputs, then those that only count with it.
+    std::span<const OptionEntry> folderOptions = {};
 };
 
 std::span<const CommandEntry> AllCommands();

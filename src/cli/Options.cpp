@@ -58,6 +58,14 @@ std::optional<TableFormat> ToFormat(const QString& text) {
     return text == QLatin1String("json") ? std::optional(TableFormat::Json) : std::nullopt;
 }
 
+std::optional<PictureFormat> ToPictureFormat(const QString& text) {
+    if (text == QLatin1String("svg"))
+        return PictureFormat::Svg;
+    if (text == QLatin1String("pdf"))
+        return PictureFormat::Pdf;
+    return text == QLatin1String("png") ? std::optional(PictureFormat::Png) : std::nullopt;
+}
+
 // NAME=VALUE; a "=" in the name is its own.
 std::optional<Tolerance> ToTolerance(const QString& text) {
     const qsizetype at = text.lastIndexOf(u'=');
@@ -132,6 +140,18 @@ constexpr std::array kRenderOptions{
     kAlign,
 };
 
+constexpr std::array kRenderFolderOptions{
+    OptionEntry{"out", "FOLDER", false,
+                [](const QString& text, Options& options) {
+                    options.folder = text;
+                    return !text.isEmpty();
+                }},
+    OptionEntry{"format", "png|svg|pdf", false,
+                [](const QString& text, Options& options) {
+                    return Store(options.pictureFormat, ToPictureFormat(text));
+                }},
+};
+
 constexpr OptionEntry kFormat{"format", "table|csv|json", false, [](const QString& text, Options& options) {
                                   return Store(options.format, ToFormat(text));
                               }};
@@ -174,7 +194,7 @@ constexpr std::array kCompareFiles{"GOOD", "FILE..."};
 constexpr std::array kCommands{
     CommandEntry{"info", Command::Info, kCode, kInfoFiles},
     CommandEntry{"csv", Command::Csv, kCode, kCsvFiles},
-    CommandEntry{"render", Command::Render, kRenderOptions, kRenderFiles},
+    CommandEntry{"render", Command::Render, kRenderOptions, kRenderFiles, kRenderFolderOptions},
     CommandEntry{"stats", Command::Stats, kStatsOptions, kStatsFiles},
     CommandEntry{"compare", Command::Compare, kCompareOptions, kCompareFiles},
     CommandEntry{"pack", Command::Pack, {}, kPackFiles},

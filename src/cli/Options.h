@@ -2,6 +2,7 @@
 #pragma once
 
 #include "measure/Table.h"
+#include "render/Picture.h"
 
 #include <QSize>
 #include <QString>
@@ -41,6 +42,9 @@ struct Options {
     QStringList toggledGroups;
     bool everyEvent = false;
     std::optional<QString> behind; // the recording that is drawn behind the input
+    // Of the pictures of all `inputs`, instead of the one `output`.
+    std::optional<QString> folder;
+    std::optional<PictureFormat> pictureFormat; // only with a folder
 
     // Samples, both included; `from` is never behind `to`.
     std::optional<int> from;

@@ -60,20 +60,21 @@ support::Progress CJointProgress::Of(qsizetype file) {
     };
 }
 
-void ReadRecording(CRecording& recording, const QString& path, int accessLevel,
-                   const support::Progress& progress, FileReport& report) {
+QString ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
+                      const support::Progress& progress, FileReport& report) {
     const QFileInfo input(path);
     const bool isReadable = input.isFile() && input.isReadable();
-    const Analysis analysis = recording.Load(path, accessLevel, progress);
+    const Analysis analysis = recording.LoadInto(data, path, accessLevel, progress);
     const QString reason = ReasonNotRead(path, isReadable, analysis);
     if (!reason.isEmpty()) {
         report.problems.append(reason);
-        recording.GetData().Clear();
-        return;
+        data.Clear();
+        return {};
     }
     for (const ReadResult& result : analysis.results)
         report.AddProblem(path, result.GetText());
-    report.isRead = !IsNothingRead(analysis, recording.GetData());
+    report.isRead = !IsNothingRead(analysis, data);
+    return analysis.name;
 }
 
 std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,
@@ -95,7 +96,8 @@ std::vector<FileReport> LookAtFiles(const QStringList& files, int accessLevel, c
     support::ForEachParallel(files.size(), [&](int /*worker*/, int64_t item) {
         FileReport& report = reports[static_cast<size_t>(item)];
         CRecording recording;
-        ReadRecording(recording, files[item], accessLevel, progress.Of(firstFile + item), report);
+        ReadRecording(recording, recording.GetData(), files[item], accessLevel, progress.Of(firstFile + item),
+                      report);
         if (report.isRead && !support::IsInterrupted())
             look(recording.GetData(), files[item], report);
         return !support::IsInterrupted();
@@ -110,13 +112,17 @@ bool PrintReports(std::span<const FileReport> reports, std::span<const char* con
         lines.insert(lines.end(), report.lines.begin(), report.lines.end());
     if (!lines.empty() && !PrintOutput(TableText(columns, lines, format)))
         return false;
+    PrintProblems(reports);
+    return true;
+}
+
+void PrintProblems(std::span<const FileReport> reports) {
     for (const FileReport& report : reports) {
         for (const QString& problem : report.problems)
             PrintError(problem);
         for (const QString& remark : report.remarks)
             std::fprintf(stderr, "tracelyn-cli: %s\n", remark.toUtf8().constData());
     }
-    return true;
 }
 
 bool HasProblems(std::span<const FileReport> reports) {

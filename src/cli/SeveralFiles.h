@@ -52,10 +52,11 @@ private:
     CProgressLine m_Line;
 };
 
-// Reads the file and adds what is wrong with it to the report. The recording is empty when nothing could be
-// read.
-void ReadRecording(CRecording& recording, const QString& path, int accessLevel,
-                   const support::Progress& progress, FileReport& report);
+// Reads the file into a model, the recording's own or another, which goes before the recording, and adds what
+// is wrong with the file to the report. The model is empty when nothing could be read. Returns the name that
+// the file gives.
+QString ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
+                      const support::Progress& progress, FileReport& report);
 
 // Where the recording's zero is: its first sample, or where the named signal first switches on. Nothing, with
 // a problem, when it does not.
@@ -73,6 +74,9 @@ std::vector<FileReport> LookAtFiles(const QStringList& files, int accessLevel, c
 // False, with the reason printed, when the table cannot be written.
 bool PrintReports(std::span<const FileReport> reports, std::span<const char* const> columns,
                   TableFormat format);
+
+// Only the problems and remarks.
+void PrintProblems(std::span<const FileReport> reports);
 
 bool HasProblems(std::span<const FileReport> reports);
 

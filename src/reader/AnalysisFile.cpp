@@ -12,7 +12,7 @@ namespace {
 // Share of a container's load that its expansion takes.
 constexpr double kExpansionShare = 0.7;
 
-Analysis LoadInto(CTypedDataRegistry& samples, const QString& path, int accessLevel, const ReadDocument& read,
+Analysis LoadWith(CTypedDataRegistry& samples, const QString& path, int accessLevel, const ReadDocument& read,
                   const support::Progress& progress) {
     const QString extension = QFileInfo(path).suffix().toLower();
     const bool isContainer = extension == QLatin1String("paf");
@@ -49,7 +49,7 @@ ReadDocument ReadInto(CGraphData& data) {
 
 Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& read,
                       const support::Progress& progress) {
-    return LoadInto(CTypedDataRegistry::Instance(), path, accessLevel, read, progress);
+    return LoadWith(CTypedDataRegistry::Instance(), path, accessLevel, read, progress);
 }
 
 Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
@@ -62,8 +62,13 @@ CRecording::CRecording() : m_pSamples(std::make_unique<CTypedDataRegistry>()) {}
 CRecording::~CRecording() = default;
 
 Analysis CRecording::Load(const QString& path, int accessLevel, const support::Progress& progress) {
-    m_Data.Clear();
-    return LoadInto(*m_pSamples, path, accessLevel, ReadInto(m_Data), progress);
+    return LoadInto(m_Data, path, accessLevel, progress);
+}
+
+Analysis CRecording::LoadInto(CGraphData& data, const QString& path, int accessLevel,
+                              const support::Progress& progress) {
+    data.Clear();
+    return LoadWith(*m_pSamples, path, accessLevel, ReadInto(data), progress);
 }
 
 QString AnalysisEntryName() {

@@ -58,6 +58,9 @@ public:
 
     // Replaces what was loaded before; otherwise as LoadAnalysis.
     Analysis Load(const QString& path, int accessLevel, const support::Progress& progress = {});
+    // The same into another model, which must be cleared before this object loads again or goes.
+    Analysis LoadInto(CGraphData& data, const QString& path, int accessLevel,
+                      const support::Progress& progress = {});
 
     CGraphData& GetData() { return m_Data; }
     const CGraphData& GetData() const { return m_Data; }

@@ -8,13 +8,15 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace Tracelyn {
 
 namespace {
 
-bool g_bFileJustOpened = false;
+// Atomic, since graphs of their own may be drawn at the same time.
+std::atomic<bool> g_bFileJustOpened = false;
 
 } // namespace
 
@@ -23,7 +25,7 @@ void SetFileJustOpened(bool opened) {
 }
 
 bool TakeFileJustOpened() {
-    return std::exchange(g_bFileJustOpened, false);
+    return g_bFileJustOpened.exchange(false);
 }
 
 void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& area) {

@@ -2,13 +2,13 @@
 
 #include "render/Graph.h"
 #include "render/GraphWindow.h"
+#include "render/Png.h"
 #include "render/SmallFont.h"
 #include "render/SvgDevice.h"
 
 #include <QBuffer>
 #include <QFileInfo>
 #include <QFontInfo>
-#include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
@@ -21,16 +21,6 @@ constexpr int kPointsPerInch = 72;
 
 QSize SizeOf(const COffscreenWindow& window) {
     return window.GetClientRect().ToQRect().size();
-}
-
-// Encoded in memory: an encoder that writes to a file prints a line of its own when it fails.
-QByteArray MakePng(CGraph& graph, COffscreenWindow& window) {
-    if (window.GetImage().isNull())
-        return {};
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    window.Paint(graph).save(&buffer, "PNG");
-    return buffer.data();
 }
 
 QByteArray MakeSvg(CGraph& graph, COffscreenWindow& window, const QString& title) {
@@ -71,7 +61,7 @@ QByteArray EncodePicture(CGraph& graph, COffscreenWindow& window, PictureFormat 
     case PictureFormat::Png:
         break;
     }
-    return MakePng(graph, window);
+    return window.GetImage().isNull() ? QByteArray() : EncodePng(window.Paint(graph));
 }
 
 } // namespace Tracelyn

@@ -3,6 +3,14 @@
 
 #include <filesystem>
 
+#ifdef Q_OS_LINUX
+#include <QProcess>
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 TEST_F(Cli, CsvWritesScaledValuesAlsoOverAnExistingFile) {
     const QString out = Write("out.csv", QByteArray(100'000, 'x'));
     EXPECT_EQ(Run({"csv", TestData("eight_types.xml"), out}), (Outcome{0, "", ""}));
@@ -93,6 +101,29 @@ TEST_F(Cli, EverySampleIsReadWithoutProblems) {
 }
 
 #ifdef Q_OS_LINUX
+TEST_F(Cli, PackShowsOnATerminalHowFarItIsAndCanBeStopped) {
+    const QString in = Write("in.xml", Read(Sample("bend.xml")).repeated(60));
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(terminal >= 0 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    const std::string name = ::ptsname(terminal);
+    QProcess process;
+    process.setChildProcessModifier([&name] {
+        ::dup2(::open(name.c_str(), O_WRONLY | O_NOCTTY), STDERR_FILENO);
+        ::signal(SIGINT, SIG_DFL);
+    });
+    process.start(TRACELYN_CLI, {"pack", in, Path("out.paf")});
+    ASSERT_TRUE(process.waitForStarted());
+    std::string shown(1000, ' ');
+    shown.resize(static_cast<size_t>(std::max<ssize_t>(0, ::read(terminal, shown.data(), shown.size()))));
+    EXPECT_TRUE(shown.starts_with("\rPacking ")) << shown;
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(process.exitCode(), SIGINT);
+    EXPECT_EQ(Files(), QStringList{"in.xml"});
+    ::close(terminal);
+}
+
 TEST_F(Cli, LeavesNoFileBehindThatItCannotWriteWhole) {
     const QString existing = Write("plain", "as it was");
     using Case = std::pair<QStringList, QString>;

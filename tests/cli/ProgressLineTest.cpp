@@ -9,7 +9,7 @@ static std::string Printed(std::chrono::milliseconds patience) {
     EXPECT_TRUE(file.open());
     std::FILE* const stream = std::fopen(QFile::encodeName(file.fileName()).constData(), "w");
     {
-        CProgressLine line(stream, patience);
+        CProgressLine line(stream, "Packing", patience);
         for (const double done : {0.055, 0.5, 1.0})
             line.Show(done);
     }
@@ -20,6 +20,6 @@ static std::string Printed(std::chrono::milliseconds patience) {
 TEST(ProgressLine, AppearsForALongLoadOnlyAndLeavesNothing) {
     EXPECT_EQ(Printed(std::chrono::hours(1)), "");
     const std::string printed = Printed(std::chrono::milliseconds(0));
-    EXPECT_TRUE(printed.starts_with("\rReading   5 %")) << printed;
+    EXPECT_TRUE(printed.starts_with("\rPacking   5 %")) << printed;
     EXPECT_TRUE(printed.ends_with("\r             \r")) << printed;
 }

@@ -102,3 +102,46 @@ TEST_F(CliRender, LimitsWhatIsOutOfRange) {
         EXPECT_EQ(Render(QString("--size 480x240 ") + one), Render(QString("--size 480x240 ") + other))
             << one << " and " << other;
 }
+
+TEST_F(Cli, DrawsSeveralFilesIntoAFolder) {
+    const QString good = Sample("bend01.paf");
+    const QStringList view{"render", "--zoom=3", "--events", "--compare", good};
+    ASSERT_TRUE(QDir(Folder()).mkdir("pictures"));
+    const QString folder = Path("pictures");
+    const QStringList into = view + QStringList{"--out", folder};
+    const QString missing = Path("missing.xml");
+    const QString other = TestData("eight_types.xml");
+    EXPECT_EQ(Run(into + QStringList{Sample("bend02.paf"), missing, other, Sample("bend03.paf")}),
+              (Outcome{3, "",
+                       ("ERROR: Cannot read file: " + missing + "\nERROR: " + other +
+                        ": no signal is also in " + good + "\n")
+                           .toStdString()}));
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), (QStringList{"bend02.png", "bend03.png"}));
+    for (const char* const name : {"bend02", "bend03"}) {
+        const QString alone = Path("alone.png");
+        ASSERT_EQ(Run(view + QStringList{Sample((std::string(name) + ".paf").c_str()), alone}).code, 0);
+        EXPECT_TRUE(Read(folder + '/' + name + ".png") == Read(alone)) << name;
+    }
+    EXPECT_EQ(Run({"render", "--out", folder, "--format", "svg", other}), (Outcome{0, "", ""}));
+    EXPECT_TRUE(Read(folder + "/eight_types.svg").startsWith("<?xml"));
+
+    // Nothing is written then.
+    const QString twin = Write("BEND02.xml", Read(other));
+    const QString linked = folder + "/linked.png";
+    const QString source = Write("linked.xml", Read(other));
+    ASSERT_TRUE(LinkTo(source, linked));
+    const QStringList before = QDir(folder).entryList();
+    using Case = std::tuple<int, QStringList, QString>; // with how the error begins
+    for (const auto& [code, arguments, error] :
+         {Case{1, {missing}, "ERROR: Cannot read file: "}, Case{2, {}, "tracelyn-cli: render --out takes 1 "},
+          Case{2, {Sample("bend02.paf"), twin}, "tracelyn-cli: '" + Sample("bend02.paf") + "' and '" + twin},
+          Case{2, {Sample("bend04.paf"), good}, "tracelyn-cli: '" + good + "' is the recording itself"},
+          Case{2, {Sample("bend04.paf"), source}, "tracelyn-cli: '" + linked + "' is the file to read, "}}) {
+        const Outcome outcome = Run(into + arguments);
+        EXPECT_EQ(outcome.code, code);
+        EXPECT_EQ(outcome.err.find(error.toStdString()), 0U) << outcome.err;
+    }
+    EXPECT_EQ(QDir(folder).entryList(), before);
+    EXPECT_EQ(Run({"render", "--out", missing, other}).code, 1) << "no folder";
+    EXPECT_EQ(Run({"render", "--format", "png", other, missing}).code, 2) << "no --out";
+}

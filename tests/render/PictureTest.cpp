@@ -1,7 +1,8 @@
-// Pictures as files of lines and texts.
+// Pictures as files.
 #include "render/Picture.h"
 #include "RenderTesting.h"
 #include "Testing.h"
+#include "render/Png.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -56,4 +57,34 @@ TEST(Picture, OfLinesStaysSmallHoweverDenseTheCurvesAre) {
     const QByteArray pdf = EncodePicture(noise.graph, window, PictureFormat::Pdf, "noise");
     EXPECT_LT(pdf.size(), 5'000'000);
     EXPECT_TRUE(pdf.contains("MediaBox [0 0 3840.000000 2160.000000]")) << "a page of the picture's size";
+}
+
+TEST(Picture, OfPixelsShowsThemWhateverTheyAre) {
+    std::mt19937 random{5};
+    for (const QSize size : {QSize(1, 1), QSize(7, 300), QSize(333, 257), QSize(1280, 3)}) {
+        for (const unsigned colors : {1U, 2U, 257U, 0x1000000U}) {
+            QImage image(size, QImage::Format_RGB32);
+            image.setDotsPerMeterX(3780);
+            image.setDotsPerMeterY(7559);
+            for (int y = 0; y < size.height(); ++y) {
+                // Every third row is like the one above, but for its last pixel, and every sixth one is the
+                // same.
+                for (int x = 0; x < size.width(); ++x) {
+                    const auto color = static_cast<QRgb>(random() % colors * 0x10305);
+                    image.setPixel(x, y, y % 3 == 1 ? image.pixel(x, y - 1) : color);
+                }
+                if (y % 6 == 1)
+                    image.setPixel(size.width() - 1, y, qRgb(1, 255, 128));
+            }
+            const QImage shown = QImage::fromData(EncodePng(image), "PNG");
+            EXPECT_EQ(shown, image) << size.width() << ", " << colors;
+            EXPECT_EQ(shown.dotsPerMeterX(), 3780);
+            EXPECT_EQ(shown.dotsPerMeterY(), 7559);
+        }
+    }
+    Noise noise;
+    COffscreenWindow window({641, 403}, 1.5);
+    window.Paint(noise.graph);
+    const QByteArray png = EncodePicture(noise.graph, window, PictureFormat::Png, {});
+    EXPECT_EQ(QImage::fromData(png, "PNG"), QImage(window.Paint(noise.graph)));
 }

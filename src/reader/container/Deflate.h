@@ -30,8 +30,9 @@ struct DeflatedContents {
 };
 
 // Compresses the whole source and appends the raw deflate data to the archive: the same bytes as zlib's
-// compress2 makes at level 9. Nothing when reading, writing or compressing fails, when a size does not fit
-// into 32 bits, or when it is asked to stop.
+// compress2 makes at level 9, and on one core, since every match and block depends on what came before it.
+// Nothing when reading, writing or compressing fails, when a size does not fit into 32 bits, or when it is
+// asked to stop.
 std::optional<DeflatedContents> Deflate(QIODevice& source, QIODevice& archive,
                                         const support::Progress& progress);
 
