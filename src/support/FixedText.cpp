@@ -60,7 +60,6 @@ void WriteDigits(char* end, uint64_t value, int count) {
 constexpr int kWordDecimals = 7;
 // A sign, two words, a point, and what is written behind them and does not count.
 constexpr size_t kWordsCapacity = 1 + 8 + 8 + 1 + 8;
-static_assert(kWordsCapacity <= kExactCapacity);
 
 // Eight digits of a number below 10^8, as characters; the first one is the lowest byte.
 constexpr uint64_t EightDigits(uint32_t value) {
@@ -87,7 +86,7 @@ size_t DigitsIn(uint64_t value) {
     constexpr unsigned kLogarithm = 1233; // of 2, in 4096 parts
     value |= 1;                           // a zero is a digit, too; powers of ten are even
     const auto least = static_cast<size_t>(static_cast<unsigned>(std::bit_width(value)) * kLogarithm >> 12);
-    return least + (value >= kPowersOfTen[least] ? 1 : 0);
+    return least + (value >= kPowersOfTen.data()[least] ? 1 : 0);
 }
 
 // Writes a number below 10^16 that counts units of the last decimal; at most kWordDecimals of them. Touches
@@ -180,17 +179,14 @@ uint64_t RoundExactly(Magnitude magnitude, uint64_t unitsInOne) {
 char* WriteExactly(char* at, Magnitude magnitude, bool isNegative, int decimals) {
     const uint64_t unitsInOne = kPowersOfTen[static_cast<size_t>(decimals)];
     uint64_t units = 0;
-    if (magnitude.shift > 0) {
-        units = RoundExactly(magnitude, unitsInOne);
-        if (units < kPowersOfTen[16] && decimals <= kWordDecimals)
-            return WriteWords(at, units, isNegative, static_cast<size_t>(decimals));
-    }
     if (isNegative)
         *at++ = '-';
-    if (magnitude.shift > 0)
+    if (magnitude.shift > 0) {
+        units = RoundExactly(magnitude, unitsInOne);
         at = WriteInteger(at, units / unitsInOne);
-    else
+    } else {
         at = WriteLargeInteger(at, magnitude.mantissa, -magnitude.shift);
+    }
     if (decimals > 0) {
         *at++ = '.';
         at += decimals;
@@ -199,10 +195,21 @@ char* WriteExactly(char* at, Magnitude magnitude, bool isNegative, int decimals)
     return at;
 }
 
-} // namespace
+constexpr std::array<double, kWordDecimals + 1> kUnitsInOne{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
 
-std::string_view FormatFixed(std::span<char> buffer, float value, int precision) {
-    const int decimals = precision < 0 ? 6 : std::min(precision, kMaxFixedDecimals);
+// The units of the last decimal in the magnitude, for at most kWordDecimals; nothing when they are too many
+// or it is no number. The product of a float and such a power of ten has at most 41 bits, so a double holds
+// it; its sum with 2^52 has no place for a fraction and is rounded to even there.
+std::optional<uint64_t> UnitsIn(float magnitude, int decimals) {
+    constexpr double kNoFraction = 0x1p52;
+    const double units = double{magnitude} * kUnitsInOne.data()[decimals];
+    if (!(units < kNoFraction))
+        return std::nullopt;
+    return std::bit_cast<uint64_t>(units + kNoFraction) - std::bit_cast<uint64_t>(kNoFraction);
+}
+
+// Any value with any number of decimals. Not a part of FormatFixed, which would have to save more for it.
+[[gnu::noinline]] std::string_view FormatAny(std::span<char> buffer, float value, int decimals) {
     char* const begin = buffer.data();
     if (decimals <= kMaxFastDecimals && buffer.size() >= kExactCapacity) {
         if (const std::optional<Magnitude> magnitude = MagnitudeOf(std::bit_cast<uint32_t>(value)))
@@ -212,6 +219,19 @@ std::string_view FormatFixed(std::span<char> buffer, float value, int precision)
         std::to_chars(begin, begin + buffer.size(), value, std::chars_format::fixed, decimals);
     Assert(error == std::errc(), "error == std::errc()");
     return {begin, static_cast<size_t>(end - begin)};
+}
+
+} // namespace
+
+std::string_view FormatFixed(std::span<char> buffer, float value, int precision) {
+    const int decimals = precision < 0 ? 6 : std::min(precision, kMaxFixedDecimals);
+    if (decimals <= kWordDecimals && buffer.size() >= kWordsCapacity) {
+        if (const std::optional<uint64_t> units = UnitsIn(std::abs(value), decimals)) {
+            char* const begin = buffer.data();
+            return {begin, WriteWords(begin, *units, std::signbit(value), static_cast<size_t>(decimals))};
+        }
+    }
+    return FormatAny(buffer, value, decimals);
 }
 
 } // namespace support

@@ -182,6 +182,13 @@ QString COutputFile::GetErrorText() const {
     return m_strRefusal.isEmpty() ? m_pDevice->errorString() : m_strRefusal;
 }
 
+void COutputFile::BeginSync() {
+#ifdef __linux__
+    // Only a hint: Commit sees every error.
+    static_cast<void>(::sync_file_range(m_pDevice->handle(), 0, 0, SYNC_FILE_RANGE_WRITE));
+#endif
+}
+
 bool COutputFile::CommitWith(const QByteArray& bytes) {
     return IsOpen() && WriteAll(GetDevice(), {bytes.data(), static_cast<size_t>(bytes.size())}) && Commit();
 }

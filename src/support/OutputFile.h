@@ -33,6 +33,9 @@ public:
     bool IsOpen() const { return m_pDevice->isOpen(); }
     // Unbuffered. Can seek unless it is a device or a pipe.
     QFileDevice& GetDevice() { return *m_pDevice; }
+    // Lets the system begin to put on the disk what was written so far, where it can: Commit, which waits for
+    // that, then takes less time. To be called now and then while much is written.
+    void BeginSync();
     // Writes these bytes and puts the file in its place; false when it was not opened or any write failed.
     bool CommitWith(const QByteArray& bytes);
     // Puts the file in its place; false when any write failed.

@@ -15,6 +15,7 @@ namespace Tracelyn {
 namespace {
 
 constexpr size_t kFlushAboveBytes = 4096;
+constexpr size_t kSyncAboveBytes = 1 << 23;
 
 CFileException WriteError(const QIODevice* device) {
     return CFileException(device ? device->errorString().toStdString() : "file is not open");
@@ -74,7 +75,7 @@ bool CCsvFile::Finish() {
 void CCsvFile::AppendText(std::string_view latin1) {
     if (latin1.size() > kFlushAboveBytes) { // a chunk of its own
         Flush();
-        if (!m_pDevice || !support::WriteAll(*m_pDevice, latin1))
+        if (!Write(latin1))
             throw WriteError(m_pDevice);
         return;
     }
@@ -119,9 +120,20 @@ void CCsvFile::Flush() {
 bool CCsvFile::WritePending() {
     if (m_Pending.empty())
         return true;
-    const bool written = m_pDevice && support::WriteAll(*m_pDevice, m_Pending);
+    const bool written = Write(m_Pending);
     m_Pending.clear();
     return written;
+}
+
+bool CCsvFile::Write(std::string_view text) {
+    if (!m_pDevice || !support::WriteAll(*m_pDevice, text))
+        return false;
+    m_nUnsynced += text.size();
+    if (m_Output && m_nUnsynced > kSyncAboveBytes) {
+        m_Output->BeginSync();
+        m_nUnsynced = 0;
+    }
+    return true;
 }
 
 } // namespace Tracelyn

@@ -63,9 +63,11 @@ private:
     // False when not everything was written. Either way nothing is pending afterwards.
     bool WritePending();
     bool Finish();
+    bool Write(std::string_view text);
 
     std::string m_Pending;
     int m_nFieldsInLine = 0;
+    size_t m_nUnsynced = 0; // bytes
     std::optional<support::COutputFile> m_Output;
     QIODevice* m_pDevice = nullptr; // that of m_Output or the caller's
     int m_nExceptions = std::uncaught_exceptions();
