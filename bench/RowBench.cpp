@@ -56,7 +56,7 @@ struct Table {
                 text += make(column, random) + (column + 1 < kColumns ? "," : "\n");
         }
         size = text.size();
-        text.resize(size + 64);
+        text.resize(size + CRowConverter::kReadableBehind);
         for (int column = 0; column < kColumns; ++column) {
             if (column % 2 == 0)
                 columns.emplace_back(std::span(floats.emplace_back(kRows)));

@@ -7,6 +7,7 @@ import argparse
 import gzip
 import json
 import os
+import random
 import re
 import shutil
 import subprocess
@@ -18,6 +19,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 CLI = ROOT / "build/release/src/cli/tracelyn-cli"
 BENCH = ROOT / "build/release/bench/tracelyn_bench"
+WINDOW = ROOT / "build/release/src/app/tracelyn"
+EMPTY_WINDOW = ROOT / "build/release/bench/empty_window"
 MAKE_SAMPLES = ROOT / "samples/make_samples.py"
 FILES = ROOT / "build/bench"
 SIGNALS = 16
@@ -38,19 +41,22 @@ class Row:
     what: str
     against: str
     target: str
-    limit: float
+    limit: float | None  # no target
     figure: float
     at_least: bool = False
 
     @property
     def verdict(self):
+        if self.limit is None:
+            return ""
         met = self.figure >= self.limit if self.at_least else self.figure <= self.limit
         return "met" if met else "MISSED"
 
     @property
     def figure_text(self):
-        if "ms" in self.target:
-            return f"{self.figure * 1000:.1f} ms"
+        for unit, factor in ("ms", 1e3), ("ns", 1e9):
+            if unit in self.target:
+                return f"{self.figure * factor:.1f} {unit}"
         return f"{self.figure:.2%}" if "%" in self.target else f"{self.figure:.2f} x"
 
 
@@ -70,6 +76,28 @@ def make(path, sources, write):
 def recording(rows):
     return make(FILES / f"{rows}.xml", [MAKE_SAMPLES], lambda path: run(
         [sys.executable, MAKE_SAMPLES, "--rows", str(rows), "--signals", str(SIGNALS), "--output", path]))
+
+
+def noise(rows):
+    """The recording's variables with digits that nothing can guess."""
+    calm = recording(rows)
+
+    def write(path):
+        rng = random.Random(1)
+        with open(calm, encoding="utf-8") as source, open(path, "w", encoding="utf-8") as target:
+            head, begin, _ = source.read(1 << 16).partition("<Data>")
+            source.seek(0, os.SEEK_END)
+            source.seek(source.tell() - (1 << 16))
+            _, end, tail = source.read().partition("</Data>")
+            fields = {"Float": lambda: f"{rng.choice((-1, 1)) * 10 ** (4 * rng.random()):.3f}",
+                      "Binary": lambda: str(rng.getrandbits(1))}
+            columns = [fields.get(kind, lambda: str(int(10 ** (5 * rng.random()))))
+                       for kind in re.findall(r'<TypedData [^>]*Type="(\w+)"', head)]
+            target.write(head + begin)
+            for _ in range(rows):
+                target.write(",".join(column() for column in columns) + "\n")
+            target.write(end + tail)
+    return make(FILES / f"noise-{rows}.xml", [calm], write)
 
 
 def packed(xml):
@@ -129,6 +157,28 @@ def seconds_of_read_csv(csv):
                                         stdout=subprocess.PIPE).stdout)
 
 
+def processor_seconds(process):
+    return int(Path(f"/proc/{process.pid}/schedstat").read_text().split()[0]) / 1e9
+
+
+def seconds_until_idle(command):
+    """What a window costs the processor until it waits for its user."""
+    def measure():
+        process = subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL,
+                                   env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+        try:
+            quiet, used = 0, 0.0
+            while quiet < 8:
+                time.sleep(0.05)
+                now = processor_seconds(process)
+                quiet, used = (quiet + 1 if now - used < 0.0005 and now > 0.005 else 0), now
+            return used
+        finally:
+            process.kill()
+            process.wait()
+    return measure
+
+
 def fastest(rounds, **sides):
     """Lets the sides take turns; the smallest result of each."""
     results = {name: [] for name in sides}
@@ -157,7 +207,7 @@ class Inner:
         """Name -> the fastest repetition's result."""
         best = {}
         for result in self.output(name_filter):
-            name = result["run_name"].split("/iterations")[0]
+            name = result["run_name"].split("/iterations")[0].split("/manual_time")[0]
             if name not in best or result["real_time"] < best[name]["real_time"]:
                 best[name] = result
         unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
@@ -169,15 +219,47 @@ class Inner:
         return best[side]["real_time"] / best[against]["real_time"]
 
 
-def measure(rows, samples, rounds, seconds):
-    xml, xml_of_four = recording(rows), recording(4 * rows)
-    paf, gz, csv = packed(xml), gzipped(xml), rows_as_csv(xml)
-    load = fastest(rounds, xml=seconds_of([*INFO, xml]), xmllint=seconds_of(["xmllint", "--noout", "--huge", xml]),
-                   four=seconds_of([*INFO, xml_of_four]), paf=seconds_of([*INFO, paf]),
-                   gzip=seconds_of(["gzip", "-dc", gz]), pandas=seconds_of_read_csv(csv))
-    peak = min(run([*INFO, xml])[1] for _ in range(min(rounds, 3)))
-    allowed = xml.stat().st_size + stored_bytes(xml, rows)
+def measure_loads(rows, rounds):
+    """The rows of the table about loads, and the seconds behind them."""
+    calm, four, noisy = recording(rows), recording(4 * rows), noise(rows)
+    paf, gz, csv = packed(calm), gzipped(calm), rows_as_csv(calm)
+    parse = ["xmllint", "--noout", "--huge"]
+    sides = {"calm": [*INFO, calm], "calm_parse": [*parse, calm], "noise": [*INFO, noisy],
+             "noise_parse": [*parse, noisy], "paf": [*INFO, paf], "gzip": ["gzip", "-dc", gz],
+             "four": [*INFO, four]}
+    one = {name + "_one_core": ["taskset", "-c", "0", *command] for name, command in sides.items()}
+    load = fastest(rounds, pandas=seconds_of_read_csv(csv),
+                   **{name: seconds_of(command) for name, command in {**sides, **one}.items()})
+    peak = min(run([*INFO, calm])[1] for _ in range(min(rounds, 3)))
+    allowed = calm.stat().st_size + stored_bytes(calm, rows)
 
+    def both(what, against, target, limit, figure):
+        """A row for all cores, and one for one core, which has no target."""
+        return [Row(what, against, target, limit, figure("")),
+                Row(what + ", one core", against, "x", None, figure("_one_core"))]
+
+    table = [
+        *both("load of the .xml", "xmllint --noout --huge", "<= 0.6 x", 0.6,
+              lambda core: load["calm" + core] / load["calm_parse" + core]),
+        *both("load of noise", "xmllint --noout --huge", "<= 0.6 x", 0.6,
+              lambda core: load["noise" + core] / load["noise_parse" + core]),
+        *both("load of the .paf", "gzip -dc plus xmllint", "<= 0.7 x", 0.7,
+              lambda core: load["paf" + core] / (load["gzip" + core] + load["calm_parse" + core])),
+        *both("load, file four times as large", "the smaller", "<= 4.1 x", 4.1,
+              lambda core: load["four" + core] / load["calm" + core]),
+        Row("load of the .xml", "pandas.read_csv of the same rows", ">= 6 x faster", 6.0,
+            load["pandas"] / load["calm"], at_least=True),
+        Row("peak memory of a load", "file size plus typed stores", "<= 0.5 x", 0.5, peak / allowed),
+    ]
+    return table, {"load": load, "peak_bytes": peak, "file_bytes": calm.stat().st_size,
+                   "stored_bytes": stored_bytes(calm, rows)}
+
+
+def measure(rows, samples, rounds, seconds):
+    table, times = measure_loads(rows, rounds)
+    xml = recording(rows)
+    start = fastest(rounds, window=seconds_until_idle([WINDOW, ROOT / "samples/bend01.paf"]),
+                    empty=seconds_until_idle([EMPTY_WINDOW]))
     inner = Inner(rounds, seconds, f"--file={xml}", f"--folder={FILES}", f"--samples={samples}")
     export = inner.ratio("ExportFile|PrintfLoop", "PrintfLoop", "ExportFile")
     first = inner.ratio("FrameAfterLoad", "FrameAfterLoad/first", "FrameAfterLoad/next")
@@ -190,26 +272,35 @@ def measure(rows, samples, rounds, seconds):
     indexes = inner.run("BuildIndex|AskIndex").values()
     index = max(result["index_bytes"] / result["store_bytes"] for result in indexes if "index_bytes" in result)
 
-    table = [
-        Row("load of the .xml", "xmllint --noout --huge", "<= 1.0 x", 1.0, load["xml"] / load["xmllint"]),
-        Row("load of the .xml", "pandas.read_csv of the same rows", ">= 6 x faster", 6.0,
-            load["pandas"] / load["xml"], at_least=True),
-        Row("load of the .paf", "gzip -dc plus the .xml load", "<= 1.1 x", 1.1,
-            load["paf"] / (load["gzip"] + load["xml"])),
-        Row("peak memory of a load", "file size plus typed stores", "<= 1.0 x", 1.0, peak / allowed),
-        Row("CSV export", "fprintf loop over the same values", ">= 5 x faster", 5.0, export, at_least=True),
+    noise_columns = inner.run("ConvertRows|LookAtRows")
+    field = {kind: noise_columns[f"ConvertRows/{kind}"]["fields"] for kind in ("noise", "calm", "mixed")}
+    look = {kind: noise_columns[f"ConvertRows/{kind}"]["real_time"] / noise_columns[f"LookAtRows/{kind}"]["real_time"]
+            for kind in field}
+    inner.run("Noise|FillScreen")
+    large = inner.seconds
+
+    table += [
+        Row("a field of noise", "time", "<= 5 ns", 5e-9, field["noise"]),
+        Row("a field of calm digits", "time", "<= 5 ns", 5e-9, field["calm"]),
+        Row("rows of noise", "memchr over their text", "x", None, look["noise"]),
+        Row("rows of calm digits", "memchr over their text", "x", None, look["calm"]),
+        Row("CSV export", "fprintf loop over the same values", ">= 25 x faster", 25.0, export, at_least=True),
         Row("first frame after the load", "the frame after it", "<= 3 x", 3.0, first),
         Row("frame after zoom or scroll, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, zoom),
         Row("frame with every event, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, events),
         Row("frame with every event, long", "the ordinary frame", "<= 1.5 x", 1.5, ordinary),
+        Row("frame of noise, 3840x2160", "filling it with one colour", "<= 4 x", 4.0,
+            large["NoiseFrame"] / large["FillScreen"]),
+        Row("slowest zoom of noise, 3840x2160", "filling it with one colour", "<= 4 x", 4.0,
+            large["NoiseFrameZoomed"] / large["FillScreen"]),
+        Row("held arrow key, 3840x2160", "one core", "<= 10 %", 0.1, 30 * large["NoiseCursorStep"]),
         Row("cursor step, measuring, long", "the same without the dock", "<= 2 x", 2.0, measuring),
         Row("figures of all signals, long", "a full frame", "<= 0.2 x", 0.2, figures),
         Row("cursor step", "a full frame", "<= 0.1 x", 0.1, step),
         Row("memory of the min/max index", "typed stores", "<= 5 %", 0.05, index),
-        Row("load, file four times as large", "the smaller", "<= 4.2 x", 4.2, load["four"] / load["xml"]),
+        Row("start until the window is idle", "an empty window", "<= 1.5 x", 1.5, start["window"] / start["empty"]),
     ]
-    return table, {"load": load, "peak_bytes": peak, "file_bytes": xml.stat().st_size,
-                   "stored_bytes": stored_bytes(xml, rows), "inner": inner.seconds}
+    return table, {**times, "start": start, "inner": inner.seconds}
 
 
 def measure_odd_pictures(rounds):

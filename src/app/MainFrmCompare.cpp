@@ -89,12 +89,17 @@ void CMainFrame::UpdateComparison() {
     const CGraph& graph = m_pView->GetGraph();
     const int shift = m_Good.GetShift(graph.GetData(), graph.GetFixedCursor()).value_or(0);
     m_pView->ShowBehind(m_Good.GetData(), shift);
-    if (m_pMeasure != nullptr && !m_pMeasure->isHidden()) {
+    if (m_pMeasure == nullptr || m_pMeasure->isHidden())
+        return;
+    bool isCompared = false;
+    {
         const CScopedCursor wait(Qt::WaitCursor);
         RunLongWork(*this, {}, [&](const support::Progress& progress) {
-            m_pMeasure->Compare(m_Good.GetData(), shift, progress);
+            isCompared = m_pMeasure->Compare(m_Good.GetData(), shift, progress);
         });
     }
+    if (!isCompared && !m_bClosed)
+        ShowMessage(MessageIcon::Information, tr("The deviations are not shown.\nComparing was stopped."));
 }
 
 void CMainFrame::RemarkComparison() {

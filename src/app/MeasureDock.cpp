@@ -102,9 +102,10 @@ void CMeasureDock::Follow() {
         m_Timer.start(kRefreshMilliseconds, this);
 }
 
-void CMeasureDock::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
-    m_pModel->Compare(good, shift, progress);
+bool CMeasureDock::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
+    const bool isCompared = m_pModel->Compare(good, shift, progress);
     m_pTable->resizeColumnsToContents();
+    return isCompared;
 }
 
 QByteArray CMeasureDock::GetText(bool csv, const QString& file) {

@@ -43,7 +43,7 @@ public:
     void Follow();
     // Shows how far the signals are from those of a second recording, which is only borrowed for the call;
     // null ends that.
-    void Compare(const CGraphData* good, int shift, const support::Progress& progress);
+    bool Compare(const CGraphData* good, int shift, const support::Progress& progress);
 
     // The table as text, see CMeasureModel; with what stands in it now.
     QByteArray GetText(bool csv, const QString& file);

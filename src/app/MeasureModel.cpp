@@ -110,13 +110,15 @@ void CMeasureModel::Measure(const CStatisticsIndex& index, int from, int to) {
         Q_EMIT dataChanged(createIndex(0, First), createIndex(rowCount() - 1, Share));
 }
 
-void CMeasureModel::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
+bool CMeasureModel::Compare(const CGraphData* good, int shift, const support::Progress& progress) {
+    bool isStopped = false;
     std::map<const CGraphDataSet*, Deviation> deviations;
     if (good != nullptr && m_pData != nullptr) {
         const std::vector<CommonSignal> signals = MatchSignals(*good, *m_pData);
         double compared = 0;
         for (const CommonSignal& signal : signals) {
             if (!support::Report(progress, compared++ / static_cast<double>(signals.size()))) {
+                isStopped = true;
                 good = nullptr;
                 deviations.clear();
                 break;
@@ -132,6 +134,7 @@ void CMeasureModel::Compare(const CGraphData* good, int shift, const support::Pr
         row.deviation = found == deviations.end() ? std::nullopt : std::optional(found->second);
     }
     endResetModel();
+    return !isStopped;
 }
 
 QByteArray CMeasureModel::GetText(bool csv, const QString& file) const {

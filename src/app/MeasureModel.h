@@ -29,8 +29,8 @@ public:
     // Measures all signals between two samples, both included.
     void Measure(const CStatisticsIndex& index, int from, int to);
     // Compares all signals with those of the second recording; null ends that, and so does a progress that
-    // asks to stop.
-    void Compare(const CGraphData* good, int shift, const support::Progress& progress);
+    // asks to stop. False then.
+    bool Compare(const CGraphData* good, int shift, const support::Progress& progress);
 
     // The table as text: for a spreadsheet with tabs, or all figures in full as CSV. `file` names the
     // recording in the CSV.

@@ -104,14 +104,14 @@ private:
             report.AddProblem(file, QStringLiteral("Not enough memory for the picture"));
             return std::nullopt;
         }
-        std::unique_lock alone(m_GoodMutex, std::defer_lock);
-        if (m_Options.behind)
-            alone.lock();
         QString error;
         if (!ShowView(graph, window, m_Options, error)) {
             report.AddProblem(file, error);
             return std::nullopt;
         }
+        std::unique_lock alone(m_GoodMutex, std::defer_lock);
+        if (m_Options.behind)
+            alone.lock();
         if (m_Options.behind && !ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
             return std::nullopt;
         return EncodePicture(graph, window, m_Format, name);

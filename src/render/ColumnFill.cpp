@@ -21,6 +21,8 @@ namespace {
 constexpr size_t kTogether = 8; // columns
 // Their ends stay in the processor's own memory while all rows go through them.
 constexpr size_t kStripColumns = 256;
+// More sheets cost more than they save.
+constexpr size_t kMostSheets = 24;
 // A clip of more pieces is left to the painter.
 constexpr int kMostPieces = 8;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
@@ -101,28 +103,42 @@ bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
     constexpr int64_t kLargestShare =
         8; // of the pixels around, that may be looked at for each that is filled
     int64_t pixels = 0;
+    int64_t columns = 0;
     PixelRect around{kLargest, kLargest, -kLargest, -kLargest};
     for (const RunLayer& layer : layers) {
         for (const QRect& run : layer.runs) {
             pixels += int64_t{run.width()} * run.height();
+            columns += run.width();
             around.left = std::min(around.left, run.x());
             around.top = std::min(around.top, run.y());
             around.right = std::max(around.right, run.x() + run.width());
             around.bottom = std::max(around.bottom, run.y() + run.height());
         }
     }
-    return pixels >= kFewestPixels &&
-           int64_t{around.GetWidth()} * around.GetHeight() <= pixels * kLargestShare;
+    if (pixels < kFewestPixels)
+        return false;
+    // Every sheet is looked at in every pixel around.
+    const int64_t sheets = std::max<int64_t>(std::ssize(layers), columns / around.GetWidth());
+    return int64_t{around.GetWidth()} * around.GetHeight() * sheets <= pixels * kLargestShare;
 }
 
-void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
+bool CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
     for (const QRect& piece : grid.clip) {
         m_Clip = piece;
-        FillPiece(grid, layers);
+        if (!LayAll(grid, layers))
+            return false;
+        const auto width = static_cast<size_t>(m_Clip.width());
+        const auto strips = static_cast<int64_t>((width + kStripColumns - 1) / kStripColumns);
+        support::ForEachParallel(strips, [&](int /*worker*/, int64_t strip) {
+            const auto from = static_cast<size_t>(strip) * kStripColumns;
+            FillStrip(grid, from, std::min(width, from + kStripColumns));
+            return true;
+        });
     }
+    return true;
 }
 
-void CColumnFill::FillPiece(const PixelGrid& grid, std::span<const RunLayer> layers) {
+bool CColumnFill::LayAll(const PixelGrid& grid, std::span<const RunLayer> layers) {
     m_nColumns = (static_cast<size_t>(m_Clip.width()) + kTogether - 1) / kTogether * kTogether;
     m_nSheets = 0;
     for (const RunLayer& layer : layers) {
@@ -133,15 +149,11 @@ void CColumnFill::FillPiece(const PixelGrid& grid, std::span<const RunLayer> lay
                  std::min(at.x() + run.width() * grid.scale, m_Clip.width()),
                  std::min(at.y() + run.height() * grid.scale, m_Clip.height())},
                 firstSheet, layer.color);
+            if (m_nSheets > kMostSheets)
+                return false;
         }
     }
-    const auto width = static_cast<size_t>(m_Clip.width());
-    const auto strips = static_cast<int64_t>((width + kStripColumns - 1) / kStripColumns);
-    support::ForEachParallel(strips, [&](int /*worker*/, int64_t strip) {
-        const auto from = static_cast<size_t>(strip) * kStripColumns;
-        FillStrip(grid, from, std::min(width, from + kStripColumns));
-        return true;
-    });
+    return true;
 }
 
 CColumnFill::Sheet& CColumnFill::AddSheet(uint32_t color) {

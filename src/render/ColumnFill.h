@@ -44,8 +44,9 @@ public:
     // Whether the runs cover so much of what surrounds them that Fill is the faster way.
     static bool IsWorthIt(std::span<const RunLayer> layers);
 
-    // Fills the runs on all cores. They may overlap and come in any order.
-    void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
+    // Fills the runs on all cores. They may overlap and come in any order. False when too many of them stand
+    // in the same columns: some pixels may be filled then, all of them have to be by the painter.
+    bool Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
 
 private:
     // In each column at most one run: rows from top to below bottom. No rows where both are 0.
@@ -55,7 +56,7 @@ private:
         std::vector<int16_t> bottoms;
     };
 
-    void FillPiece(const PixelGrid& grid, std::span<const RunLayer> layers);
+    bool LayAll(const PixelGrid& grid, std::span<const RunLayer> layers);
     void Lay(const PixelRect& pixels, size_t firstSheet, uint32_t color);
     Sheet& AddSheet(uint32_t color);
     void FillStrip(const PixelGrid& grid, size_t from, size_t to) const;

@@ -4,7 +4,10 @@
 #include "render/VectorRuns.h"
 #include "support/ShownText.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
+#include <exception>
 #include <optional>
 
 namespace Tracelyn {
@@ -15,7 +18,7 @@ namespace {
 // itself some more are drawn, which the window cuts off.
 constexpr int kMargin = 2;
 
-// Enough for all curves of a band on a large screen.
+// Enough for the curves of most bands on a large screen.
 constexpr size_t kMostRuns = 1 << 15;
 
 // How far the ink of a text may reach out of its cell at either side.
@@ -52,6 +55,11 @@ CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion&
       m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
     m_Painter.setFont(m_bVector ? font.GetNamedFont() : font.GetFont());
+}
+
+CPixelPainter::~CPixelPainter() {
+    if (std::uncaught_exceptions() == m_nExceptions)
+        Flush();
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
@@ -110,21 +118,26 @@ std::vector<RunLayer> CPixelPainter::TakeLayers() const {
 void CPixelPainter::Flush() {
     if (m_Runs.empty())
         return;
+    // Also when memory runs out, as the destructor would try again.
+    const auto clear = qScopeGuard([this] {
+        m_Runs.clear();
+        m_Layers.clear();
+    });
     const std::vector<RunLayer> layers = TakeLayers();
     if (m_bVector) {
         DrawAsLines(m_Painter, m_Runs, QColor::fromRgba(m_Layers.front().color));
-    } else if (const auto grid =
-                   CColumnFill::IsWorthIt(layers) ? PixelsOf(m_Painter) : std::optional<PixelGrid>()) {
-        m_Columns.Fill(*grid, layers);
-    } else {
-        for (const RunLayer& layer : layers) {
-            m_Painter.setBrush(QColor::fromRgba(layer.color));
-            for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
-                m_Fill.Fill(m_Painter, layer.runs.subspan(at, std::min(kRunsAtOnce, layer.runs.size() - at)));
-        }
+        return;
     }
-    m_Runs.clear();
-    m_Layers.clear();
+    if (CColumnFill::IsWorthIt(layers)) {
+        const auto grid = PixelsOf(m_Painter);
+        if (grid && m_Columns.Fill(*grid, layers))
+            return;
+    }
+    for (const RunLayer& layer : layers) {
+        m_Painter.setBrush(QColor::fromRgba(layer.color));
+        for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
+            m_Fill.Fill(m_Painter, layer.runs.subspan(at, std::min(kRunsAtOnce, layer.runs.size() - at)));
+    }
 }
 
 void CPixelPainter::Rectangle(const PixelRect& rect) {

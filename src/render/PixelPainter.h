@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <exception>
 #include <span>
 #include <vector>
 
@@ -27,7 +28,7 @@ public:
     CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region);
     CPixelPainter(const CPixelPainter&) = delete;
     CPixelPainter& operator=(const CPixelPainter&) = delete;
-    ~CPixelPainter() { Flush(); }
+    ~CPixelPainter();
 
     void SetPen(const QColor& color);
     void SetBrush(const QColor& color) { m_Brush = color; }
@@ -83,6 +84,7 @@ private:
     std::vector<Layer> m_Layers;
     CRunFill m_Fill;
     CColumnFill m_Columns;
+    int m_nExceptions = std::uncaught_exceptions();
 };
 
 } // namespace Tracelyn

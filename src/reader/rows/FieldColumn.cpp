@@ -122,8 +122,6 @@ __m128i DecimalsBehind(const Points& points) {
 
 // By decimals; the last is for numbers without a point.
 constexpr float kShortDivisors[kWordBytes + 1]{1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F, 1e6F, 1e7F, 1e0F};
-constexpr double kLongDivisors[2 * kWordBytes + 1]{1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
-                                                   1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e0};
 
 // The number in each word.
 int FirstOf(__m128i pair) {
@@ -135,7 +133,8 @@ int SecondOf(__m128i pair) {
 }
 
 __m128d DivisorsFor(__m128i decimals) {
-    return _mm_setr_pd(kLongDivisors[FirstOf(decimals)], kLongDivisors[SecondOf(decimals)]);
+    return _mm_setr_pd(field::kDivisors.data()[FirstOf(decimals)],
+                       field::kDivisors.data()[SecondOf(decimals)]);
 }
 
 // What the functions below have come upon.

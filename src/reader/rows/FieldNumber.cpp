@@ -14,9 +14,6 @@ namespace {
 // With more digits, a double does not hold every number.
 constexpr size_t kExactDigits = 15;
 
-constexpr std::array<double, 2 * kWordBytes + 1> kLongDivisors{
-    1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e0};
-
 constexpr uint64_t kEightDigits = 100'000'000;
 
 std::string_view TextOf(const char* begin, const char* end) {
@@ -52,8 +49,7 @@ float LongFloat(const char* begin, const char* number, const char* end) {
     if (count - (point == 0 ? 0 : 1) > kExactDigits || !AreDigits(low) || !AreDigits(high))
         return OddFloat(begin, end);
     const uint64_t value = NumberOf(high) * kEightDigits + NumberOf(low);
-    return WithSign(static_cast<double>(static_cast<int64_t>(value)) / kLongDivisors[decimals],
-                    number != begin);
+    return WithSign(static_cast<double>(static_cast<int64_t>(value)) / kDivisors[decimals], number != begin);
 }
 
 int32_t LongInteger(const char* begin, const char* number, const char* end) {

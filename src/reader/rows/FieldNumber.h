@@ -9,9 +9,6 @@
 
 namespace Tracelyn {
 
-// So many characters behind a field are looked at, whatever they are.
-inline constexpr size_t kReadableBehindField = 8;
-
 namespace field {
 
 // A word holds eight characters; the last one is the highest byte. Characters before the field are zero.
@@ -22,6 +19,10 @@ constexpr size_t kWordBytes = sizeof(Word);
 // the quotient would be rounded to: of a number below 10^7 and a power up to 10^7, it is at least 2^-49 of
 // itself away from the middle of two floats, and the product's error is at most 2^-52 of it.
 constexpr std::array<double, kWordBytes + 1> kFactors{1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e0};
+
+// The same for numbers of up to two words; these are divided.
+constexpr std::array<double, 2 * kWordBytes + 1> kDivisors{1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
+                                                           1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e0};
 
 constexpr Word Repeat(Word byte) {
     return byte * 0x0101010101010101;

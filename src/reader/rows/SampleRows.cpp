@@ -12,6 +12,9 @@ namespace Tracelyn {
 
 namespace {
 
+// Fewer rows are converted one after the other: what columns are prepared for costs more than it saves.
+constexpr size_t kFewestRows = 8;
+
 const char* FindFieldEnd(const char* at) {
     while (*at != ',' && *at != '\n')
         ++at;
@@ -66,7 +69,7 @@ bool CRowConverter::Convert(std::string_view rows, size_t row, size_t count) {
         size_t length = m_Bounds.Find(rows.substr(0, CFieldBounds::kMaxBytes));
         const size_t found = std::min(m_Bounds.GetRows(), last - row);
         const size_t fields = m_Bounds.GetFieldsPerRow();
-        if (fields >= m_Columns.size() && found == m_Bounds.GetRows()) {
+        if (fields >= m_Columns.size() && found == m_Bounds.GetRows() && found >= kFewestRows) {
             ConvertColumns(rows.data(), fields, row, found);
             row += found;
         } else {
