@@ -21,7 +21,8 @@ namespace Tracelyn {
 
 // Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
 // itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
-// screen. The runs of these pixels are collected and reach the painter in bundles.
+// screen. The runs of these pixels are collected; they reach the painter in bundles, or its pixels in one
+// pass.
 class CPixelPainter {
 public:
     // Pixels outside the region need not be drawn.

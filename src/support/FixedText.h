@@ -10,7 +10,7 @@
 namespace support {
 
 inline constexpr int kMaxFixedDecimals = limits::kMaxDecimals;
-// Numbers with more decimals than this take four to six times as long.
+// Numbers with more decimals than this go through the standard library, which takes several times as long.
 inline constexpr int kMaxFastDecimals = 11;
 
 // Enough for any value: sign, 39 digits, point, decimals.
