@@ -110,10 +110,11 @@ private:
             return std::nullopt;
         }
         std::unique_lock alone(m_GoodMutex, std::defer_lock);
-        if (m_Options.behind)
+        if (m_Options.behind) {
             alone.lock();
-        if (m_Options.behind && !ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
-            return std::nullopt;
+            if (!ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
+                return std::nullopt;
+        }
         return EncodePicture(graph, window, m_Format, name);
     }
 
