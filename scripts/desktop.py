@@ -25,6 +25,11 @@ def wait_for(condition, seconds=30.0):
     return value
 
 
+def end_in_order():
+    """From now on, who asks this process to end lets it leave its `with` blocks first."""
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(f"asked to end: {' '.join(sys.argv)}"))
+
+
 @dataclass(frozen=True)
 class Picture:
     width: int
@@ -64,6 +69,7 @@ class Desktop:
         self.uncounted = set()
 
     def __enter__(self):
+        end_in_order()
         read_end, write_end = os.pipe()
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "{}x{}x24".format(*SCREEN), "-noreset",

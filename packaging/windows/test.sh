@@ -12,16 +12,21 @@ rm -rf "$screenshots"
 mkdir -p "$screenshots"
 
 in_wine() {
-    env -u WAYLAND_DISPLAY python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/wine.py" "$@"
+    in_time env -u WAYLAND_DISPLAY python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/wine.py" "$@"
+}
+
+# Ends a command that takes longer than any of them does, on a slow machine too.
+in_time() {
+    timeout --kill-after=30 900 "$@"
 }
 
 # wine's windows now and then wait for ever: what drives them gets a second chance, and says so.
 twice() {
-    "$@" || { say "once more" && "$@"; }
+    in_time "$@" || { say "once more" && in_time "$@"; }
 }
 
 say "unit tests (wine)"
-in_wine ctest --test-dir "$windows_build" --output-on-failure -LE e2e -j 2
+in_wine ctest --test-dir "$windows_build" --output-on-failure --timeout 300 -LE e2e -j 2
 
 # Beside what needs no keys.
 looks=$windows_build/look-at-windows.log
@@ -31,7 +36,7 @@ say "the tool's output (wine)"
 in_wine "$windows_folder/compare-with-linux" "$windows_build/programs/tracelyn-cli.exe" \
     "$project_folder/build/release/src/cli/tracelyn-cli"
 say "Ctrl+C (wine)"
-python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/test-ctrl-c" "$windows_build/programs/tracelyn-cli.exe"
+in_time python3 -B "$project_folder/scripts/desktop.py" "$windows_folder/test-ctrl-c" "$windows_build/programs/tracelyn-cli.exe"
 say "the registry, and pictures of windows and dialogs (wine)"
 wait "$look" || { cat "$looks"; exit 1; }
 cat "$looks"

@@ -12,7 +12,7 @@ import tempfile
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
-from desktop import wait_for
+from desktop import end_in_order, wait_for
 
 FONTS = Path("/usr/share/wine/fonts")
 # How the title of a window begins that tests do not count.
@@ -30,9 +30,11 @@ class Wine:
         # wine hands no variable that begins with QT_ to a program, and one with WINE before it without that.
         self.environment = {name: value for name, value in os.environ.items() if not name.startswith("QT_")}
         self.environment |= {"DISPLAY": display, "WINEPREFIX": str(self.prefix), "WINEDEBUG": "-all",
-                             "WINEDLLOVERRIDES": "mscoree,mshtml="}
+                             # A program that crashes ends; a debugger would wait beside it.
+                             "WINEDLLOVERRIDES": "mscoree,mshtml,winedbg.exe="}
 
     def __enter__(self):
+        end_in_order()
         try:
             try:
                 self.run("wineboot", "-i")

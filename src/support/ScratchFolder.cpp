@@ -138,7 +138,9 @@ void CScratchFolder::RemoveStale() {
         return;
     const QDir folder(*parent);
     const auto filter = QDir::Dirs | QDir::Hidden | QDir::NoSymLinks;
-    for (const QString& name : folder.entryList({kPrefix + u'*'}, filter)) {
+    for (const QString& name : folder.entryList(filter)) {
+        if (!name.startsWith(kPrefix))
+            continue;
         const QString path = folder.filePath(name);
         if (auto lock = CFolderLock::Take(path))
             RemoveFolder(path, std::move(lock));

@@ -40,6 +40,14 @@ void NameMainThread() {
 #endif
 }
 
+// On Windows the compiler's runtime frees what belongs to a thread before it calls the destructors of those
+// objects. Qt has one in every thread that has matched a pattern, unless patterns are interpreted.
+void InterpretPatterns() {
+#ifdef _WIN32
+    qputenv("QT_ENABLE_REGEXP_JIT", "0");
+#endif
+}
+
 } // namespace
 
 std::vector<std::string> SplitCommandLine(std::string_view commandLine) {
@@ -114,6 +122,7 @@ int RunMain(std::string_view commandLine, const MainFunction& mainFunction, doub
     }
     SplitCommandLine(commandLine); // counts; the main function has ProcessArguments
     NameMainThread();
+    InterpretPatterns();
     return mainFunction();
 }
 
