@@ -7,68 +7,27 @@
 #include <QPainter>
 #include <QTransform>
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <limits>
+#include <numeric>
 
 namespace Tracelyn {
 
 namespace {
 
-constexpr size_t kTogether = 8; // columns
-// Their ends stay in the processor's own memory while all rows go through them.
-constexpr size_t kStripColumns = 256;
-// More sheets cost more than they save.
-constexpr size_t kMostSheets = 24;
+// What is known of them stays in the processor's own memory while all rows go through them.
+constexpr int kStripColumns = 1024;
+// So many are filled in one pass: each has a bit in a word.
+constexpr size_t kLayersAtOnce = 32;
 // A clip of more pieces is left to the painter.
 constexpr int kMostPieces = 8;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
 
-// One colour over some pixels of a row.
-struct Rows {
-    const int16_t* tops;
-    const int16_t* bottoms;
-    uint32_t color;
-};
-
-#ifdef __SSE2__
-
-// Eight pixels of row y, through all layers from the first to the last one.
-void FillEight(uint32_t* pixels, int16_t y, std::span<const Rows> layers, size_t column) {
-    const __m128i row = _mm_set1_epi16(y);
-    auto* const at = reinterpret_cast<__m128i*>(pixels);
-    __m128i first = _mm_loadu_si128(at);
-    __m128i second = _mm_loadu_si128(at + 1);
-    const auto over = [](__m128i below, __m128i color, __m128i mask) {
-        return _mm_or_si128(_mm_andnot_si128(mask, below), _mm_and_si128(mask, color));
-    };
-    for (const Rows& layer : layers) {
-        const __m128i tops = _mm_loadu_si128(reinterpret_cast<const __m128i*>(layer.tops + column));
-        const __m128i bottoms = _mm_loadu_si128(reinterpret_cast<const __m128i*>(layer.bottoms + column));
-        const __m128i covered = _mm_andnot_si128(_mm_cmpgt_epi16(tops, row), _mm_cmpgt_epi16(bottoms, row));
-        const __m128i color = _mm_set1_epi32(static_cast<int>(layer.color));
-        first = over(first, color, _mm_unpacklo_epi16(covered, covered));
-        second = over(second, color, _mm_unpackhi_epi16(covered, covered));
-    }
-    _mm_storeu_si128(at, first);
-    _mm_storeu_si128(at + 1, second);
+int64_t PassesFor(std::span<const RunLayer> layers) {
+    return static_cast<int64_t>((layers.size() + kLayersAtOnce - 1) / kLayersAtOnce);
 }
-
-#else
-
-void FillEight(uint32_t* pixels, int16_t y, std::span<const Rows> layers, size_t column) {
-    for (const Rows& layer : layers) {
-        for (size_t i = 0; i < kTogether; ++i) {
-            const bool isCovered = layer.tops[column + i] <= y && y < layer.bottoms[column + i];
-            pixels[i] = isCovered ? layer.color : pixels[i];
-        }
-    }
-}
-
-#endif
 
 } // namespace
 
@@ -100,8 +59,10 @@ std::optional<PixelGrid> PixelsOf(QPainter& painter) {
 
 bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
     constexpr int64_t kFewestPixels = 1 << 16;
-    constexpr int64_t kLargestShare =
-        8; // of the pixels around, that may be looked at for each that is filled
+    // Each column of a run costs as much as some pixels.
+    constexpr int64_t kFewestRows = 16;
+    // Of the pixels around, that may be looked at for each that is filled.
+    constexpr int64_t kLargestShare = 8;
     int64_t pixels = 0;
     int64_t columns = 0;
     PixelRect around{kLargest, kLargest, -kLargest, -kLargest};
@@ -115,106 +76,113 @@ bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
             around.bottom = std::max(around.bottom, run.y() + run.height());
         }
     }
-    if (pixels < kFewestPixels)
-        return false;
-    // Every sheet is looked at in every pixel around.
-    const int64_t sheets = std::max<int64_t>(std::ssize(layers), columns / around.GetWidth());
-    return int64_t{around.GetWidth()} * around.GetHeight() * sheets <= pixels * kLargestShare;
+    return pixels >= kFewestPixels && columns * kFewestRows <= pixels &&
+           int64_t{around.GetWidth()} * around.GetHeight() * PassesFor(layers) <= pixels * kLargestShare;
 }
 
-bool CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    for (const QRect& piece : grid.clip) {
-        m_Clip = piece;
-        if (!LayAll(grid, layers))
-            return false;
-        const auto width = static_cast<size_t>(m_Clip.width());
-        const auto strips = static_cast<int64_t>((width + kStripColumns - 1) / kStripColumns);
-        support::ForEachParallel(strips, [&](int /*worker*/, int64_t strip) {
-            const auto from = static_cast<size_t>(strip) * kStripColumns;
-            FillStrip(grid, from, std::min(width, from + kStripColumns));
-            return true;
-        });
+// Goes down the rows of a strip and knows what each column shows.
+class CColumnFill::CSweep {
+public:
+    CSweep(std::span<const RunLayer> layers, const Strip& ends, int height)
+        : m_Rows(size_t(height) + 2), m_Runs(layers.size() * kStripColumns) {
+        for (size_t layer = 0; layer < layers.size(); ++layer)
+            m_Colors[layer + 1] = layers[layer].color;
+        SortByRow(ends);
     }
-    return true;
-}
 
-bool CColumnFill::LayAll(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    m_nColumns = (static_cast<size_t>(m_Clip.width()) + kTogether - 1) / kTogether * kTogether;
-    m_nSheets = 0;
-    for (const RunLayer& layer : layers) {
-        const size_t firstSheet = m_nSheets;
-        for (const QRect& run : layer.runs) {
-            const QPoint at = run.topLeft() * grid.scale + grid.origin - m_Clip.topLeft();
-            Lay({std::max(at.x(), 0), std::max(at.y(), 0),
-                 std::min(at.x() + run.width() * grid.scale, m_Clip.width()),
-                 std::min(at.y() + run.height() * grid.scale, m_Clip.height())},
-                firstSheet, layer.color);
-            if (m_nSheets > kMostSheets)
-                return false;
-        }
-    }
-    return true;
-}
-
-CColumnFill::Sheet& CColumnFill::AddSheet(uint32_t color) {
-    if (m_nSheets == m_Sheets.size())
-        m_Sheets.emplace_back();
-    Sheet& sheet = m_Sheets[m_nSheets++];
-    sheet.color = color;
-    sheet.tops.assign(m_nColumns, 0);
-    sheet.bottoms.assign(m_nColumns, 0);
-    return sheet;
-}
-
-// Puts the pixels into the first sheet of the colour where each column is free or has rows that they go on
-// from.
-void CColumnFill::Lay(const PixelRect& pixels, size_t firstSheet, uint32_t color) {
-    if (pixels.top >= pixels.bottom)
-        return;
-    const auto top = static_cast<int16_t>(pixels.top);
-    const auto bottom = static_cast<int16_t>(pixels.bottom);
-    for (int x = pixels.left; x < pixels.right; ++x) {
-        const auto column = static_cast<size_t>(x);
-        const auto takes = [&](const Sheet& sheet) {
-            return sheet.bottoms[column] == 0 ||
-                   (top <= sheet.bottoms[column] && sheet.tops[column] <= bottom);
-        };
-        size_t at = firstSheet;
-        while (at < m_nSheets && !takes(m_Sheets[at]))
-            ++at;
-        Sheet& sheet = at < m_nSheets ? m_Sheets[at] : AddSheet(color);
-        const bool isFree = sheet.bottoms[column] == 0;
-        sheet.tops[column] = isFree ? top : std::min(top, sheet.tops[column]);
-        sheet.bottoms[column] = isFree ? bottom : std::max(bottom, sheet.bottoms[column]);
-    }
-}
-
-void CColumnFill::FillStrip(const PixelGrid& grid, size_t from, size_t to) const {
-    std::vector<Rows> layers;
-    int top = kLargest;
-    int bottom = 0;
-    for (const Sheet& sheet : std::span(m_Sheets).first(m_nSheets)) {
-        int lowest = 0;
-        for (size_t column = from; column < to; ++column) {
-            lowest = std::max<int>(lowest, sheet.bottoms[column]);
-            if (sheet.bottoms[column] != 0)
-                top = std::min<int>(top, sheet.tops[column]);
-        }
-        if (lowest != 0)
-            layers.push_back({sheet.tops.data(), sheet.bottoms.data(), sheet.color});
-        bottom = std::max(bottom, lowest);
-    }
-    for (int y = top; y < bottom; ++y) {
-        uint32_t* const row = grid.first + (m_Clip.y() + y) * grid.perLine + m_Clip.x();
-        size_t column = from;
-        for (; column + kTogether <= to; column += kTogether)
-            FillEight(row + column, static_cast<int16_t>(y), layers, column);
-        for (; column < to; ++column) {
-            for (const Rows& layer : layers) {
-                if (layer.tops[column] <= y && y < layer.bottoms[column])
-                    row[column] = layer.color;
+    // The first columns of the strip, from the row `first` points to downwards.
+    void Fill(uint32_t* first, ptrdiff_t perLine, size_t columns) {
+        for (size_t y = 0; y + 2 < m_Rows.size(); ++y) {
+            for (const End& end : std::span(m_Ends).subspan(m_Rows[y], m_Rows[y + 1] - m_Rows[y]))
+                Pass(end);
+            uint32_t* const row = first + static_cast<ptrdiff_t>(y) * perLine;
+            const uint32_t* const shown = m_Shown.data();
+            if (m_nCovered == columns) {
+                std::copy_n(shown, columns, row);
+            } else if (m_nCovered > 0) {
+                for (size_t x = 0; x < columns; ++x)
+                    row[x] = shown[x] != 0 ? shown[x] : row[x];
             }
         }
+    }
+
+private:
+    void SortByRow(const Strip& ends) {
+        for (const End& end : ends)
+            ++m_Rows[end.y + size_t{1}];
+        std::partial_sum(m_Rows.begin(), m_Rows.end(), m_Rows.begin());
+        m_Ends.resize(ends.size());
+        std::vector<uint32_t> next(m_Rows);
+        for (const End& end : ends)
+            m_Ends[next[end.y]++] = end;
+    }
+
+    void Pass(const End& end) {
+        uint16_t& runs = m_Runs.data()[end.layer * kStripColumns + end.column];
+        const bool changes = end.begins ? runs++ == 0 : --runs == 0;
+        if (!changes)
+            return;
+        uint32_t& layers = m_Layers.data()[end.column];
+        const bool wasCovered = layers != 0;
+        layers ^= uint32_t{1} << end.layer;
+        m_Shown.data()[end.column] = m_Colors.data()[std::bit_width(layers)];
+        m_nCovered += size_t{layers != 0} - size_t{wasCovered};
+    }
+
+    std::vector<End> m_Ends;
+    std::vector<uint32_t> m_Rows;                       // where the ends of each row begin
+    std::array<uint32_t, kLayersAtOnce + 1> m_Colors{}; // of no layer, 0, and of all layers
+    std::array<uint32_t, kStripColumns> m_Shown{};      // the colour of the highest layer of each column
+    std::array<uint32_t, kStripColumns> m_Layers{};     // those that cover each column, a bit each
+    std::vector<uint16_t> m_Runs;                       // of each layer that cover each column
+    size_t m_nCovered = 0;                              // columns
+};
+
+void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
+    for (const QRect& piece : grid.clip) {
+        m_Clip = piece;
+        for (auto left = layers; !left.empty();) {
+            const auto some = left.first(std::min(left.size(), kLayersAtOnce));
+            left = left.subspan(some.size());
+            Collect(grid, some);
+            support::ForEachParallel(std::ssize(m_Strips), [&](int /*worker*/, int64_t strip) {
+                const int x = static_cast<int>(strip) * kStripColumns;
+                uint32_t* const first = grid.first + m_Clip.y() * grid.perLine + m_Clip.x() + x;
+                const Strip& ends = m_Strips[static_cast<size_t>(strip)];
+                if (!ends.empty()) {
+                    CSweep(some, ends, m_Clip.height())
+                        .Fill(first, grid.perLine,
+                              static_cast<size_t>(std::min(m_Clip.width() - x, kStripColumns)));
+                }
+                return true;
+            });
+        }
+    }
+}
+
+void CColumnFill::Collect(const PixelGrid& grid, std::span<const RunLayer> layers) {
+    m_Strips.resize(static_cast<size_t>((m_Clip.width() + kStripColumns - 1) / kStripColumns));
+    for (Strip& strip : m_Strips)
+        strip.clear();
+    for (size_t layer = 0; layer < layers.size(); ++layer) {
+        for (const QRect& run : layers[layer].runs) {
+            const QPoint at = run.topLeft() * grid.scale + grid.origin - m_Clip.topLeft();
+            AddEnds({std::max(at.x(), 0), std::max(at.y(), 0),
+                     std::min(at.x() + run.width() * grid.scale, m_Clip.width()),
+                     std::min(at.y() + run.height() * grid.scale, m_Clip.height())},
+                    static_cast<uint16_t>(layer));
+        }
+    }
+}
+
+void CColumnFill::AddEnds(const PixelRect& pixels, uint16_t layer) {
+    if (pixels.top >= pixels.bottom)
+        return;
+    for (int x = pixels.left; x < pixels.right; ++x) {
+        Strip& strip = m_Strips[static_cast<size_t>(x / kStripColumns)];
+        const auto column = static_cast<uint16_t>(x % kStripColumns);
+        strip.push_back({static_cast<uint16_t>(pixels.top), column, layer, true});
+        strip.push_back({static_cast<uint16_t>(pixels.bottom), column, layer, false});
     }
 }
 

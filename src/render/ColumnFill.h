@@ -41,30 +41,29 @@ std::optional<PixelGrid> PixelsOf(QPainter& painter);
 
 class CColumnFill {
 public:
-    // Whether the runs cover so much of what surrounds them that Fill is the faster way.
+    // Whether the runs are high and cover so much of what surrounds them that Fill is the faster way.
     static bool IsWorthIt(std::span<const RunLayer> layers);
 
-    // Fills the runs on all cores. They may overlap and come in any order. False when too many of them stand
-    // in the same columns: some pixels may be filled then, all of them have to be by the painter.
-    bool Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
+    // Fills the runs on all cores. They may overlap and come in any order.
+    void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
 
 private:
-    // In each column at most one run: rows from top to below bottom. No rows where both are 0.
-    struct Sheet {
-        uint32_t color;
-        std::vector<int16_t> tops;
-        std::vector<int16_t> bottoms;
+    // Where the rows of a run begin, or end, in one column of a strip.
+    struct End {
+        uint16_t y;
+        uint16_t column;
+        uint16_t layer;
+        bool begins;
     };
+    // Columns side by side.
+    using Strip = std::vector<End>;
+    class CSweep;
 
-    bool LayAll(const PixelGrid& grid, std::span<const RunLayer> layers);
-    void Lay(const PixelRect& pixels, size_t firstSheet, uint32_t color);
-    Sheet& AddSheet(uint32_t color);
-    void FillStrip(const PixelGrid& grid, size_t from, size_t to) const;
+    void Collect(const PixelGrid& grid, std::span<const RunLayer> layers);
+    void AddEnds(const PixelRect& pixels, uint16_t layer);
 
     QRect m_Clip; // the piece of the clip that is filled
-    size_t m_nColumns = 0;
-    size_t m_nSheets = 0; // in use
-    std::vector<Sheet> m_Sheets;
+    std::vector<Strip> m_Strips;
 };
 
 } // namespace Tracelyn

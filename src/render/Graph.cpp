@@ -85,7 +85,7 @@ void CGraph::DrawData(CGraphDrawingContext& context, const CConsole& console) {
     console.Draw(context, m_Canvas, {m_nCursor, m_nFixedCursor});
 
     const QRegion clip = frame - consoleRegion;
-    painter.SetClip(clip);
+    painter.SetClip(clip - CGroupDrawing::GetFilledPlots(context));
     painter.Fill(client, context.GetColors().background);
     CGroupDrawing(context, m_Canvas, clip).Draw();
     DrawCursorLines(context, m_Canvas);

@@ -50,6 +50,7 @@ public:
                          const CGraphData& data, const PlotOptions& options, bool dark);
 
     CPixelPainter& GetPainter() { return m_Painter; }
+    const CPixelPainter& GetPainter() const { return m_Painter; }
     const PixelRect& GetClient() const { return m_Client; }
     const CPaintArea& GetArea() const { return m_Area; }
     const CGraphData& GetData() const { return m_Data; }

@@ -31,6 +31,13 @@ PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& g
     return plot;
 }
 
+// Its curves and their background are filled together. Where there is no room for the header, it lies below
+// the curves.
+bool FillsItsPlot(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
+    return context.GetPainter().ReachesPixels() && group.IsDisplayedAsGraph() && group.m_bExpanded &&
+           !group.m_bSeparateSets && group.m_nTopMargin > 0;
+}
+
 bool IsDrawn(const CGraphDataSet& set) {
     return set.IsDisplayedAsGraph() && set.GetCount() > 0;
 }
@@ -68,6 +75,15 @@ QRegion CGroupDrawing::GetExpandedBands(const CGraphDrawingContext& context) {
     return region;
 }
 
+QRegion CGroupDrawing::GetFilledPlots(const CGraphDrawingContext& context) {
+    QRegion region;
+    for (const auto& group : context.GetData().GetGroups()) {
+        if (FillsItsPlot(context, *group))
+            region += PlotRect(context, *group).ToQRect() & context.GetClient().ToQRect();
+    }
+    return region;
+}
+
 void CGroupDrawing::Draw() {
     for (const auto& group : m_Context.GetData().GetGroups()) {
         if (!group->IsDisplayedAsGraph())
@@ -80,6 +96,10 @@ void CGroupDrawing::Draw() {
         DrawHeader(*group);
         if (!group->m_bExpanded)
             continue;
+        if (FillsItsPlot(m_Context, *group)) {
+            m_Context.GetPainter().SetPen(m_Context.GetColors().background);
+            m_Context.GetPainter().Bar(PlotRect(m_Context, *group));
+        }
         m_Columns = ColumnsOf(clip & m_Context.GetArea().GetContents());
         if (m_Columns.empty())
             continue;

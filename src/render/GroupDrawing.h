@@ -27,6 +27,8 @@ public:
 
     // The pixels of all expanded bands.
     static QRegion GetExpandedBands(const CGraphDrawingContext& context);
+    // The pixels whose background Draw fills itself; that of all others is there before.
+    static QRegion GetFilledPlots(const CGraphDrawingContext& context);
 
 private:
     // The signal of the second recording that stands for one of the first, and how its raw values become

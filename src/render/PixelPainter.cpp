@@ -52,6 +52,7 @@ qsizetype FewestLetters(const QString& text, IsEnough isEnough) {
 
 CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
     : m_Painter(painter), m_Font(font), m_bVector(IsVectorFile(painter)),
+      m_bReachesPixels(!m_bVector && PixelsOf(painter)),
       m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)) {
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
     m_Painter.setFont(m_bVector ? font.GetNamedFont() : font.GetFont());
@@ -66,6 +67,7 @@ void CPixelPainter::SetPen(const QColor& color) {
     if (m_bVector)
         Flush();
     m_Pen = color;
+    m_nPen = color.rgba();
 }
 
 void CPixelPainter::SetClip(const QRegion& clip) {
@@ -89,8 +91,7 @@ void CPixelPainter::Bar(const PixelRect& rect) {
 
 // Lines of a curve meet in their columns: most runs go on where the one before ended.
 void CPixelPainter::AddRun(const QRect& run) {
-    const QRgb color = m_Pen.rgba();
-    const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == color;
+    const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == m_nPen;
     if (isSameLayer) {
         if (const auto joined = Joined(m_Runs.back(), run)) {
             m_Runs.back() = *joined;
@@ -99,9 +100,9 @@ void CPixelPainter::AddRun(const QRect& run) {
     }
     if (m_Runs.size() == kMostRuns) {
         Flush();
-        m_Layers.push_back({color, 0});
+        m_Layers.push_back({m_nPen, 0});
     } else if (!isSameLayer) {
-        m_Layers.push_back({color, m_Runs.size()});
+        m_Layers.push_back({m_nPen, m_Runs.size()});
     }
     m_Runs.push_back(run);
 }
@@ -129,9 +130,10 @@ void CPixelPainter::Flush() {
         return;
     }
     if (CColumnFill::IsWorthIt(layers)) {
-        const auto grid = PixelsOf(m_Painter);
-        if (grid && m_Columns.Fill(*grid, layers))
+        if (const auto grid = PixelsOf(m_Painter)) {
+            m_Columns.Fill(*grid, layers);
             return;
+        }
     }
     for (const RunLayer& layer : layers) {
         m_Painter.setBrush(QColor::fromRgba(layer.color));

@@ -40,6 +40,9 @@ public:
     const QRegion& GetClip() const { return m_Clip; }
     // A file of lines and texts knows no clip: only the bounds of the clip cut, and texts between letters.
     bool IsVector() const { return m_bVector; }
+    // Whether a coordinate is a whole number of pixels that can be written to: many runs are filled fast
+    // then.
+    bool ReachesPixels() const { return m_bReachesPixels; }
 
     // From the first point up to, but without, the second.
     void Line(int x1, int y1, int x2, int y2);
@@ -68,9 +71,11 @@ private:
     QPainter& m_Painter;
     CSmallFont& m_Font;
     bool m_bVector;
+    bool m_bReachesPixels;
     // Bounds of what is drawn: clipping at a region of many pieces costs more than it saves.
     QRect m_Drawn;
     QColor m_Pen = Qt::black;
+    QRgb m_nPen = m_Pen.rgba();
     QColor m_Brush = Qt::white;
     QColor m_Text = Qt::black;
     QColor m_TextBackground;
