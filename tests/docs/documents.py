@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""What docs/format.md says, and what examples/write_recording.py writes, held against the tool.
+"""What the documents say about files and commands, and what examples/write_recording.py writes, held against the tool.
 
-    format.py TRACELYN-CLI
+    documents.py TRACELYN-CLI
 """
 import csv
 import importlib.util
 import json
+import os
 import re
 import struct
 import subprocess
@@ -175,6 +176,39 @@ class TheDump(Folder):
                 elif "tmpandat.bin" in meaning:
                     expected = (3, [nameless])
                 self.assertEqual((code, problems), expected)
+
+
+class TheOtherPages(Folder):
+    def test_the_commands_of_the_guide_print_what_it_says(self):
+        guide = (ROOT / "docs" / "guide.md").read_text(encoding="utf-8")
+        (self.folder / "tracelyn-cli").symlink_to(Path(TOOL).resolve())
+        for sample in (ROOT / "samples").glob("*.paf"):
+            (self.folder / sample.name).symlink_to(sample)
+        environment = os.environ | {"PATH": f"{self.folder}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
+        commands = re.findall(r"^    \$ (.*)\n((?:    [^$\n].*\n)*)", guide, re.MULTILINE)
+        self.assertGreater(len(commands), 3)
+        for command, output in commands:
+            done = subprocess.run(["bash", "-c", command], cwd=self.folder, env=environment, stdout=subprocess.PIPE,
+                                  encoding="utf-8", check=True)
+            self.assertEqual(done.stdout.split(), output.split(), command)
+
+    def test_links_lead_somewhere(self):
+        def anchors(path):
+            text = re.sub(r"```.*?```", "", path.read_text(encoding="utf-8"), flags=re.DOTALL)
+            heads = re.findall(r"^#+ (.*)$", text, re.MULTILINE)
+            return set(re.findall(r'<a id="([^"]*)"', text)) | {
+                re.sub(r"[^\w -]", "", head.lower()).replace(" ", "-") for head in heads}
+        pages = [*ROOT.glob("*.md"), *(ROOT / "docs").glob("*.md")]
+        self.assertGreater(len(pages), 5)
+        for page in pages:
+            for link in re.findall(r"\]\(([^)\s]+)\)", page.read_text(encoding="utf-8")):
+                path, _, anchor = link.partition("#")
+                if "://" in link:
+                    continue
+                target = page.parent / path if path else page
+                self.assertTrue(target.exists(), f"{page.name}: {link}")
+                if anchor:
+                    self.assertIn(anchor, anchors(target), f"{page.name}: {link}")
 
 
 class TheWriter(Folder):
