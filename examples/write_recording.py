@@ -122,6 +122,7 @@ def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     folder = Path(sys.argv[1])
+    folder.mkdir(parents=True, exist_ok=True)
     analysis = document(NAME, AXIS, AXIS_UNIT, bend())
     (folder / "press01.xml").write_bytes(analysis)
     (folder / "press01.paf").write_bytes(container(analysis))

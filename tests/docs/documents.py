@@ -103,6 +103,17 @@ class ThePage(Folder):
                 self.assertEqual(problems, [text.replace("FILE", str(path)) for text in spans(messages)])
                 self.assertEqual((code, content["samples"] > 1), (3, reading == "goes on"))
 
+    def test_limits(self):
+        beyond = [spans(cells[2])[0] for cells in table("What | Most") if "`" in cells[2]]
+        documents = (EXAMPLE.replace("</Groups>", '<Group Name="g"/>' * 9997 + "</Groups>"),
+                     EXAMPLE.replace("Small example", "x" * 5001),
+                     EXAMPLE.replace("<Data>", "<Data>" + "\n" * 4_200_000))
+        for document, expected in zip(documents, beyond, strict=True):
+            pattern = re.sub(r"\b[NM]\b", r"\\d+", re.escape(expected))
+            code, problems, _ = self.info(self.put(document))
+            self.assertEqual((code, len(problems)), (3, 1), problems)
+            self.assertRegex(problems[0], f"^{pattern}$")
+
     def test_attribute_values(self):
         for written, whole, number, yes in table("Written"):
             for value in spans(written) or [""]:
