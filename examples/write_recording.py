@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes a recording as a controller would: write_recording.py FOLDER makes press01.xml and press01.paf there.
+"""Writes a recording as a controller would: write_recording.py FOLDER makes press.xml and press01.paf there.
 
 Needs nothing but Python 3. docs/format.md tells the rules that it follows; take from it what you need.
 """
@@ -124,7 +124,7 @@ def main():
     folder = Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
     analysis = document(NAME, AXIS, AXIS_UNIT, bend())
-    (folder / "press01.xml").write_bytes(analysis)
+    (folder / "press.xml").write_bytes(analysis)
     (folder / "press01.paf").write_bytes(container(analysis))
 
 

@@ -36,6 +36,7 @@ CChildView::CChildView(CShellUi& ui, QWidget* parent) : QAbstractScrollArea(pare
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     horizontalScrollBar()->setFocusPolicy(Qt::NoFocus);
+    horizontalScrollBar()->setAccessibleName(tr("Part in view"));
     // The toolkit's menu would move the bar without the picture.
     horizontalScrollBar()->setContextMenuPolicy(Qt::NoContextMenu);
     // Every pixel is painted by the graph; nothing is erased before.

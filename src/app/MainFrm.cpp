@@ -1,5 +1,6 @@
 #include "app/MainFrm.h"
 
+#include "app/Accessibility.h"
 #include "app/ContextMenu.h"
 #include "app/MeasureDock.h"
 #include "app/MenuBar.h"
@@ -31,6 +32,7 @@ CMainFrame::CMainFrame(CShellUi& ui)
 
 void CMainFrame::LoadFrame() {
     QApplication::setWindowIcon(LoadIcon(QStringLiteral("app")));
+    DescribeViews();
     m_pView = new CChildView(m_Ui, this);
     connect(m_pView, &CChildView::CommandRequested, this,
             [this](CommandId id) { m_Commands.GetAction(id).trigger(); });
@@ -38,8 +40,10 @@ void CMainFrame::LoadFrame() {
     setAcceptDrops(true);
     CreateToolBar();
     m_pStatusPanes = new CStatusPanes(*statusBar());
-    connect(m_pView, &CChildView::FramePainted, this,
-            [this] { m_pStatusPanes->SetSamplesPerShownOne(m_pView->GetGraph().GetSamplesPerShownOne()); });
+    connect(m_pView, &CChildView::FramePainted, this, [this] {
+        m_pStatusPanes->SetSamplesPerShownOne(m_pView->GetGraph().GetSamplesPerShownOne());
+        TellValuesChanged(*m_pView);
+    });
     CreateMenus();
     setWindowTitle(m_strTitle);
     resize(FittingSize(*this, kDefaultSize));
@@ -214,7 +218,8 @@ bool CMainFrame::event(QEvent* event) {
 }
 
 void CMainFrame::keyPressEvent(QKeyEvent* event) {
-    if (!m_pView->OnKeyDown(*event) && !m_pMenuBar->OnKeyDown(*event))
+    const bool isOfMeasure = m_pMeasure != nullptr && m_pMeasure->OnKeyDown(*event);
+    if (!isOfMeasure && !m_pView->OnKeyDown(*event) && !m_pMenuBar->OnKeyDown(*event))
         QMainWindow::keyPressEvent(event);
 }
 

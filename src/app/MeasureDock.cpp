@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTimerEvent>
 
@@ -35,6 +36,7 @@ CMeasureDock::CMeasureDock(QWidget* parent)
     // A long text does not make the dock wider than a small screen.
     m_pRange->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pTable->setModel(m_pModel);
+    m_pTable->setAccessibleName(tr("Figures"));
     m_pTable->setFocusPolicy(Qt::NoFocus);
     m_pTable->setSelectionMode(QAbstractItemView::NoSelection);
     m_pTable->setShowGrid(false);
@@ -58,8 +60,8 @@ CMeasureDock::CMeasureDock(QWidget* parent)
         connect(button, &QPushButton::clicked, this, signal);
         buttons->addWidget(button);
     };
-    addButton(tr("Copy"), &CMeasureDock::CopyRequested);
-    addButton(tr("Save..."), &CMeasureDock::SaveRequested);
+    addButton(tr("&Copy"), &CMeasureDock::CopyRequested);
+    addButton(tr("&Save..."), &CMeasureDock::SaveRequested);
     rows->addLayout(top);
     rows->addWidget(m_pTable, 1);
     setWidget(content);
@@ -106,6 +108,28 @@ bool CMeasureDock::Compare(const CGraphData* good, int shift, const support::Pro
     const bool isCompared = m_pModel->Compare(good, shift, progress);
     m_pTable->resizeColumnsToContents();
     return isCompared;
+}
+
+bool CMeasureDock::OnKeyDown(const QKeyEvent& event) {
+    if (!isVisible() || event.modifiers().testFlag(Qt::AltModifier) ||
+        !event.modifiers().testFlag(Qt::ControlModifier))
+        return false;
+    const auto scroll = [](QScrollBar& bar, QScrollBar::SliderAction action) {
+        bar.triggerAction(action);
+        return true;
+    };
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return scroll(*m_pTable->horizontalScrollBar(), QScrollBar::SliderSingleStepSub);
+    case Qt::Key_Right:
+        return scroll(*m_pTable->horizontalScrollBar(), QScrollBar::SliderSingleStepAdd);
+    case Qt::Key_Up:
+        return scroll(*m_pTable->verticalScrollBar(), QScrollBar::SliderSingleStepSub);
+    case Qt::Key_Down:
+        return scroll(*m_pTable->verticalScrollBar(), QScrollBar::SliderSingleStepAdd);
+    default:
+        return false;
+    }
 }
 
 QByteArray CMeasureDock::GetText(bool csv, const QString& file) {

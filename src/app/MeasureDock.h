@@ -23,7 +23,7 @@ class CStatisticsIndex;
 
 // Measures from the fixed cursor to the cursor, or without a fixed cursor the samples in view. It follows
 // them, but not more often than the eye can: a step of the cursor does not wait for it. Never takes the
-// keyboard.
+// keyboard: its keys come from the main window.
 class CMeasureDock : public QDockWidget {
     Q_OBJECT
 
@@ -44,6 +44,9 @@ public:
     // Shows how far the signals are from those of a second recording, which is only borrowed for the call;
     // null ends that.
     bool Compare(const CGraphData* good, int shift, const support::Progress& progress);
+
+    // Scrolls the table with Ctrl and the arrow keys. False for any other key, and while it is hidden.
+    bool OnKeyDown(const QKeyEvent& event);
 
     // The table as text, see CMeasureModel; with what stands in it now.
     QByteArray GetText(bool csv, const QString& file);

@@ -232,7 +232,7 @@ class TheWriter(Folder):
             axis = writer.AXIS_UNIT
             meant.append([f"{i * axis.factor:.{axis.decimals}f}"] +
                          [f"{variable.values[i]:.{variable.unit.decimals}f}" for variable in variables])
-        for name in ("press01.xml", "press01.paf"):
+        for name in ("press.xml", "press01.paf"):
             path = self.folder / name
             code, problems, content = self.info(path, "--code", "47195")
             self.assertEqual((code, problems, content["results"], content["name"]), (0, [], [], writer.NAME))
@@ -241,7 +241,7 @@ class TheWriter(Folder):
             self.assertEqual(self.table_of(path, "--code", "47195"), meant)
             self.assertNotIn("Oil", self.table_of(path)[0])
         self.assertEqual(self.tool("expand", path, self.folder / "out.xml").returncode, 0)
-        self.assertEqual((self.folder / "out.xml").read_bytes(), (self.folder / "press01.xml").read_bytes())
+        self.assertEqual((self.folder / "out.xml").read_bytes(), (self.folder / "press.xml").read_bytes())
 
     def test_it_refuses_what_a_type_cannot_hold(self):
         writer = load_writer()
