@@ -1,16 +1,11 @@
 #include "app/Commands.h"
 
+#include "app/Artwork.h"
+
 #include <QCoreApplication>
-#include <QFile>
 #include <QWidget>
 
 #include <initializer_list>
-
-// The resources lie in a static library, from which the linker takes only what is named. The macro declares a
-// function of the global namespace.
-static void RegisterArtwork() {
-    Q_INIT_RESOURCE(icons);
-}
 
 namespace Tracelyn {
 
@@ -191,17 +186,6 @@ QString Translated(const char* text) {
 }
 
 } // namespace
-
-QIcon LoadIcon(const QString& name) {
-    RegisterArtwork();
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
-        const QString file = QStringLiteral(":/icons/%1-%2.png").arg(name).arg(size);
-        if (QFile::exists(file))
-            icon.addFile(file);
-    }
-    return icon;
-}
 
 CCommands::CCommands(QWidget& window, const Handler& handler) {
     for (const CommandText& text : Texts()) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QAction>
-#include <QIcon>
 #include <QKeySequence>
 #include <QList>
 #include <QString>
@@ -48,11 +47,6 @@ enum class CommandId : int {
     ViewToolbar = 59392,
     ViewStatusBar = 59393,
 };
-
-// The icon of that name ("app", "open", "previous", "next", "fixed-cursor", "zoom-in", "zoom-out",
-// "zoom-reset") with every size it was rendered in, so that no size in use has to be scaled. An unknown name
-// gives an empty icon.
-QIcon LoadIcon(const QString& name);
 
 // The actions of the main window, one for each command; the window owns them. Their keys work whichever part
 // of the window has the focus. Triggering one calls the handler with its command.

@@ -1,6 +1,6 @@
 #include "app/Dialogs.h"
 
-#include "app/Commands.h"
+#include "app/Artwork.h"
 
 #include <QFontMetrics>
 #include <QGridLayout>

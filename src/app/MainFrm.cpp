@@ -1,6 +1,7 @@
 #include "app/MainFrm.h"
 
 #include "app/Accessibility.h"
+#include "app/Artwork.h"
 #include "app/ContextMenu.h"
 #include "app/MeasureDock.h"
 #include "app/MenuBar.h"

@@ -1,4 +1,5 @@
 #include "WindowTesting.h"
+#include "app/Artwork.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 
