@@ -50,6 +50,14 @@ std::optional<bool> FirstOf(const QString& text, const char* first, const char* 
     return text == QLatin1String(second) ? std::optional(false) : std::nullopt;
 }
 
+std::optional<ConsolePlace> ToConsolePlace(const QString& text) {
+    if (text == QLatin1String("left"))
+        return ConsolePlace::Left;
+    if (text == QLatin1String("right"))
+        return ConsolePlace::Right;
+    return text == QLatin1String("none") ? std::optional(ConsolePlace::None) : std::nullopt;
+}
+
 std::optional<TableFormat> ToFormat(const QString& text) {
     if (text == QLatin1String("table"))
         return TableFormat::Table;
@@ -118,10 +126,9 @@ constexpr std::array kRenderOptions{
     OptionEntry{
         "scroll", "N", false,
         [](const QString& text, Options& options) { return Store(options.scroll, ToPosition(text)); }},
-    OptionEntry{"console", "left|right", false,
-                [](const QString& text, Options& options) {
-                    return Store(options.consoleOnLeft, FirstOf(text, "left", "right"));
-                }},
+    OptionEntry{
+        "console", "left|right|none", false,
+        [](const QString& text, Options& options) { return Store(options.console, ToConsolePlace(text)); }},
     OptionEntry{"toggle", "GROUP", true,
                 [](const QString& text, Options& options) {
                     options.toggledGroups.append(text);

@@ -15,6 +15,8 @@ namespace Tracelyn {
 
 enum class Command { Info, Csv, Render, Pack, Expand, Stats, Compare, Help, Version };
 
+enum class ConsolePlace { Left, Right, None };
+
 // How far the signals of a name may be from the good ones, in scaled units; 0 or more, finite.
 struct Tolerance {
     QString signal;
@@ -38,7 +40,7 @@ struct Options {
     std::optional<int> fixedCursor;
     std::optional<float> zoom;
     std::optional<int> scroll;
-    std::optional<bool> consoleOnLeft;
+    std::optional<ConsolePlace> console;
     QStringList toggledGroups;
     bool everyEvent = false;
     std::optional<QString> behind; // the recording that is drawn behind the input

@@ -26,6 +26,13 @@ bool ToggleGroups(CGraph& graph, const QStringList& names, QString& error) {
     return true;
 }
 
+void PlaceConsole(CGraph& graph, CGraphWindow& window, const Options& options) {
+    if (options.console == ConsolePlace::None)
+        graph.ShowConsole(window, false);
+    else if (options.console && (options.console == ConsolePlace::Left) != graph.IsConsoleOnLeft())
+        graph.ToggleConsoleSide(window);
+}
+
 void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
     if (options.cursor)
         graph.SetCursorPosition(window, *options.cursor);
@@ -46,8 +53,7 @@ bool ShowView(CGraph& graph, COffscreenWindow& window, const Options& options, Q
     graph.SetResetPending();
     window.Paint(graph);
 
-    if (options.consoleOnLeft && *options.consoleOnLeft != graph.IsConsoleOnLeft())
-        graph.ToggleConsoleSide(window);
+    PlaceConsole(graph, window, options);
     if (!ToggleGroups(graph, options.toggledGroups, error))
         return false;
     MoveTo(graph, window, options);

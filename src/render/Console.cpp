@@ -64,6 +64,8 @@ CConsole::CConsole(const CGraphData& data, const PixelRect& client, const Consol
     : m_Client(client), m_Metrics(metrics),
       m_nLeft(onLeft ? client.left + Metrics::kConsoleMargin
                      : client.right - metrics.width - Metrics::kConsoleMargin) {
+    if (metrics.height == 0)
+        return;
     int y = client.top + Metrics::kConsoleMargin;
     for (const auto& group : data.GetGroups()) {
         if (!group->IsDisplayedInConsole())

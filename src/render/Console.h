@@ -24,7 +24,7 @@ struct CursorPair {
 class CConsole {
 public:
     // Places a box for every group shown in the console. MeasureConsole has counted their lines and given the
-    // metrics.
+    // metrics; without a height there is no box.
     CConsole(const CGraphData& data, const PixelRect& client, const ConsoleMetrics& metrics, bool onLeft);
 
     // The pixels that belong to the console: nothing else may be drawn there.

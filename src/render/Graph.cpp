@@ -35,7 +35,9 @@ void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& are
     UpdateScrollBar(window);
 
     LayoutBands(m_Data, client);
-    m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->GetTextWidth(text); });
+    m_Console = {};
+    if (m_Options.console)
+        m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->GetTextWidth(text); });
     m_nLastIndex = m_Data.GetMaxCount() - 1;
     if (m_bResetPending)
         ResetRange(client);

@@ -97,6 +97,8 @@ public:
     // Whether curves show every sample in view, instead of one for each pixel column. Off at first.
     bool IsEveryEventShown() const { return m_Options.everyEvent; }
     void ShowEveryEvent(CGraphWindow& window, bool show);
+    // Leaves the console out of the picture, or shows it again. It is there at first.
+    void ShowConsole(CGraphWindow& window, bool show);
     // Of how many samples the picture shows one, by the last frame. 1 when none is left out.
     int GetSamplesPerShownOne() const;
     // Draws the signals that both have, in the same unit, from a second recording, dimmed behind those of

@@ -1,4 +1,4 @@
-// What the graph shows on request: every event, and a second recording behind the first.
+// What the graph shows on request: every event, a second recording behind the first, and no console.
 #include "render/Graph.h"
 
 #include <algorithm>
@@ -7,6 +7,11 @@ namespace Tracelyn {
 
 void CGraph::ShowEveryEvent(CGraphWindow& window, bool show) {
     m_Options.everyEvent = show;
+    window.Invalidate();
+}
+
+void CGraph::ShowConsole(CGraphWindow& window, bool show) {
+    m_Options.console = show;
     window.Invalidate();
 }
 

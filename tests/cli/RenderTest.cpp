@@ -80,6 +80,9 @@ TEST_F(CliRender, PutsEverythingWhereTheOptionsSay) {
     EXPECT_EQ(Columns(light, qRgb(200, 200, 255)), std::vector<int>{64});
 
     EXPECT_TRUE(HasConsole(Render("--console left"), true));
+    const QImage without = Render("--console none");
+    EXPECT_FALSE(HasConsole(without, true) || HasConsole(without, false));
+    EXPECT_GT(Count(without, kCurve, 640, 1280), 600) << "the curve goes on where the console was";
     EXPECT_TRUE(HasConsole(Render("--cursor 190"), true)) << "the console moves out of the cursor's way";
 
     EXPECT_EQ(Count(Render("--toggle Ramp"), kCurve, 0, 640), 0);
