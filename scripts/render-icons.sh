@@ -21,6 +21,10 @@ for name in open previous next fixed-cursor zoom-in zoom-out zoom-reset; do
 done
 render app-small.svg app 16 24 # fewer, bolder shapes
 render app.svg app 32 48 64 128 256
+# Sizes that only a Linux desktop asks for.
+linux=../../../packaging/linux
+render app-small.svg "$linux/app" 22
+render app.svg "$linux/app" 512
 
 {
     echo '<RCC>'

@@ -57,6 +57,8 @@ void CTracelynApp::InitInstance(const QStringList& arguments) {
     // The name under which settings would be stored; the program stores none.
     QCoreApplication::setOrganizationName(QStringLiteral("Brannik"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TRACELYN_VERSION));
+    // By it a Linux desktop finds the icon of the windows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.tracelyn.Tracelyn"));
 
     m_pFrame = std::make_unique<CMainFrame>(m_Ui);
     connect(m_pFrame.get(), &CMainFrame::AboutRequested, this, &CTracelynApp::OnAbout);
