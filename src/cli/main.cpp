@@ -2,9 +2,11 @@
 #include "cli/Commands.h"
 #include "support/Interrupt.h"
 #include "support/OutputFile.h"
+#include "support/ScratchFolder.h"
 #include "support/UserDevices.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -65,6 +67,11 @@ std::unique_ptr<QCoreApplication> MakeApplication(const Options& options, int& a
         return std::make_unique<QCoreApplication>(argc, argv);
 #ifndef Q_OS_WIN
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // In a session without a runtime folder the toolkit would make one in the temporary folder and leave it
+    // there: one for each thumbnail, as file managers give every thumbnailer a temporary folder of its own.
+    const auto folder = support::PrivateTemporaryFolder();
+    if (folder && qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR"))
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(*folder));
 #endif
     return std::make_unique<QGuiApplication>(argc, argv);
 }
@@ -94,6 +101,7 @@ int main(int argc, char** argv) {
     support::CatchInterrupts();
     try {
         const auto code = static_cast<int>(Tracelyn::Main(argc, argv));
+        support::RemoveEmptyTemporaryFolder();
         if (support::IsInterrupted())
             support::EndInterrupted();
         return code;

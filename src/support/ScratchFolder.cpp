@@ -35,6 +35,13 @@ QString LockPath(const QString& folder) {
 
 #ifndef _WIN32
 
+QString PrivateFolderPath() {
+    // Not QDir::tempPath: for a folder that does not exist it gives the current one.
+    const QString given = qEnvironmentVariable("TMPDIR");
+    const QDir parent(QDir(given.isEmpty() ? QStringLiteral("/tmp") : given).absolutePath());
+    return parent.filePath(QStringLiteral("tracelyn-%1").arg(::geteuid()));
+}
+
 // A symbolic link is no private folder, wherever it leads.
 bool IsPrivateFolder(const char* path) {
     struct stat status = {};
@@ -61,6 +68,8 @@ std::optional<QString> PrivateTemporaryFolder() {
     return QDir::toNativeSeparators(QDir(QDir::tempPath()).absolutePath() + u'/');
 }
 
+void RemoveEmptyTemporaryFolder() {}
+
 // The system lets nobody else open the file, and deletes it when it is closed.
 std::unique_ptr<CFolderLock> CFolderLock::Take(const QString& folder) {
     const std::wstring path = QDir::toNativeSeparators(LockPath(folder)).toStdWString();
@@ -76,16 +85,17 @@ CFolderLock::~CFolderLock() {
 #else
 
 std::optional<QString> PrivateTemporaryFolder() {
-    // Not QDir::tempPath: for a folder that does not exist it gives the current one.
-    const QString given = qEnvironmentVariable("TMPDIR");
-    const QDir parent(QDir(given.isEmpty() ? QStringLiteral("/tmp") : given).absolutePath());
-    const QString path = parent.filePath(QStringLiteral("tracelyn-%1").arg(::geteuid()));
+    const QString path = PrivateFolderPath();
     const QByteArray encoded = QFile::encodeName(path);
     if (::mkdir(encoded.constData(), S_IRWXU) != 0 && errno != EEXIST)
         return std::nullopt;
     if (!IsPrivateFolder(encoded.constData()))
         return std::nullopt;
     return path + u'/';
+}
+
+void RemoveEmptyTemporaryFolder() {
+    ::rmdir(QFile::encodeName(PrivateFolderPath()).constData());
 }
 
 std::unique_ptr<CFolderLock> CFolderLock::Take(const QString& folder) {
@@ -112,11 +122,13 @@ CFolderLock::~CFolderLock() {
 
 CScratchFolder::CScratchFolder() {
     RemoveStale();
-    const auto parent = PrivateTemporaryFolder();
     // Between its making and its locking, another process may take the folder for one without an owner and
-    // remove it.
+    // remove it, or before that the empty folder around it.
     constexpr int kTries = 10;
-    for (int i = 0; parent && !m_pLock && i < kTries; ++i) {
+    for (int i = 0; !m_pLock && i < kTries; ++i) {
+        const auto parent = PrivateTemporaryFolder();
+        if (!parent)
+            return;
         m_strPath = *parent + kPrefix + QString::number(QRandomGenerator::system()->generate64(), 16) +
                     QDir::separator();
         if (!QDir().mkdir(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))

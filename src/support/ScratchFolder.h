@@ -15,6 +15,9 @@ namespace support {
 // owner, or rights for anyone else.
 std::optional<QString> PrivateTemporaryFolder();
 
+// Removes that folder if nothing is in it. Does nothing on Windows.
+void RemoveEmptyTemporaryFolder();
+
 // Marks a folder as in use: an open and locked file in it. The system releases the lock when the process
 // ends, however it ends. (A process id would not do: it may be used again, and means nothing to another
 // container.)

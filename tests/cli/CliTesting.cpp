@@ -29,7 +29,12 @@ Outcome Cli::Run(const QStringList& arguments, [[maybe_unused]] unsigned limit) 
 #endif
     process.start(TRACELYN_CLI, arguments);
     const bool ended = process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit;
-    EXPECT_FALSE(QDirIterator(m_Temporary.path(), QDir::Files, QDirIterator::Subdirectories).hasNext())
+#ifdef Q_OS_UNIX
+    const auto left = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+#else
+    const auto left = QDir::Files;
+#endif
+    EXPECT_FALSE(QDirIterator(m_Temporary.path(), left, QDirIterator::Subdirectories).hasNext())
         << arguments.join(" ").toStdString();
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};

@@ -22,8 +22,8 @@ protected:
     // The names of the files in the folder.
     QStringList Files() const { return QDir(Folder()).entryList(QDir::Files); }
 
-    // Runs without a display, without a runtime folder and in the "C" locale. A run that ends leaves no
-    // temporary file. A limit in bytes to every file it writes counts like a full disk.
+    // Runs without a display, without a runtime folder and in the "C" locale. A run that ends leaves
+    // nothing in the temporary folder. A limit in bytes to every file it writes counts like a full disk.
     Outcome Run(const QStringList& arguments, unsigned limit = 0) const;
 
 private:
