@@ -28,7 +28,9 @@ int MainFunction(const QStringList& arguments, char** argv) {
     CNativeShellUi ui;
     CTracelynApp app(ui);
     app.InitInstance(arguments);
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    support::RemoveEmptyTemporaryFolder();
+    return code;
 }
 
 int ShowFault(const QString& text, char** argv) {
