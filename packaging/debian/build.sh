@@ -7,7 +7,7 @@ cd "$(dirname "$(readlink -f "$0")")/../.."
 
 need_packages "${build_packages[@]}" dpkg-dev lintian appstream desktop-file-utils
 maintainer="${DEBFULLNAME:-Tracelyn maintainers} <${DEBEMAIL:-maintainers@tracelyn.example}>"
-# The dates in the package are that of the commit.
+# The dates in the package are those of the commit.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || date +%s)
 export SOURCE_DATE_EPOCH
 

@@ -22,6 +22,7 @@ mkdir -p "$cache/archives"
 bare=$cache/debian-12-$(echo "$desktop" | md5sum | cut -c 1-8).tar
 if [ ! -f "$bare" ]; then
     say "making a Debian 12"
+    # shellcheck disable=SC2016 # apt-get reads these, not the shell
     apt-get indextargets --format 'deb $(SITE) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
         sort -u >"$cache/sources.list"
     mmdebstrap --quiet --format=tar --variant=minbase --skip=cleanup/apt/lists --include="$desktop" bookworm "$bare.part" \
