@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes a recording as a controller would: write_recording.py FOLDER makes press.xml and press01.paf there.
 
-Needs nothing but Python 3. docs/format.md tells the rules that it follows; take from it what you need.
+Needs nothing but Python 3.10 or later. docs/format.md tells the rules that it follows; take from it what you need.
 """
 import math
 import struct

@@ -27,7 +27,11 @@ def wait_for(condition, seconds=30.0):
 
 def end_in_order():
     """From now on, who asks this process to end lets it leave its `with` blocks first."""
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(f"asked to end: {' '.join(sys.argv)}"))
+    def leave(*_):
+        # Asked again, it goes on leaving.
+        signal.signal(signal.SIGTERM, signal.SIG_IGN)
+        sys.exit(f"asked to end: {' '.join(sys.argv)}")
+    signal.signal(signal.SIGTERM, leave)
 
 
 @dataclass(frozen=True)
@@ -149,11 +153,22 @@ class Desktop:
         x11.XCloseDisplay(display)
 
 
+def run(command, environment):
+    """The command's exit code. When this process is asked to end, it asks the command, too, and waits for it."""
+    process = subprocess.Popen(command, env=environment)
+    try:
+        return process.wait()
+    finally:
+        if process.poll() is None:
+            process.terminate()
+            process.wait()
+
+
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     with tempfile.TemporaryDirectory() as folder, Desktop(Path(folder)) as desktop:
-        return subprocess.run(sys.argv[1:], env=os.environ | {"DISPLAY": desktop.name}, check=False).returncode
+        return run(sys.argv[1:], os.environ | {"DISPLAY": desktop.name})
 
 
 if __name__ == "__main__":

@@ -12,7 +12,7 @@ import tempfile
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
-from desktop import end_in_order, wait_for
+from desktop import end_in_order, run, wait_for
 
 FONTS = Path("/usr/share/wine/fonts")
 # How the title of a window begins that tests do not count.
@@ -125,7 +125,7 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     with Wine(os.environ["DISPLAY"]) as wine:
-        return subprocess.run(sys.argv[1:], env=wine.environment, check=False).returncode
+        return run(sys.argv[1:], wine.environment)
 
 
 if __name__ == "__main__":

@@ -18,10 +18,13 @@ public:
         if (text != QAccessible::Description && text != QAccessible::Value)
             return QAccessibleWidget::text(text);
         const CGraph& graph = m_View.GetGraph();
-        if (!m_View.IsDataLoaded())
+        if (m_View.IsLoading() || !m_View.IsDataLoaded())
             return CChildView::tr("Nothing is opened");
         const CursorPair cursors{graph.GetCursorPosition(), graph.GetFixedCursor()};
-        return ValueTable(graph.GetData(), cursors).trimmed().replace(u'\t', u' ').replace(u'\n', QLatin1String(", "));
+        return ValueTable(graph.GetData(), cursors)
+            .trimmed()
+            .replace(u'\t', u' ')
+            .replace(u'\n', QLatin1String(", "));
     }
 
 private:

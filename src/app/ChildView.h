@@ -27,6 +27,8 @@ public:
     const CGraph& GetGraph() const { return m_Graph; }
 
     bool IsDataLoaded() const { return m_Graph.GetData().HasData(); }
+    // While it is true the values are still being written, on other threads, too.
+    bool IsLoading() const { return m_bLoading; }
     // Drops the loaded data; the groups' expanded states are remembered.
     void ClearData();
     // Lets the reader append its file, and restores the expanded states that were remembered by name. Until

@@ -111,8 +111,19 @@ bool CMeasureDock::Compare(const CGraphData* good, int shift, const support::Pro
 }
 
 bool CMeasureDock::OnKeyDown(const QKeyEvent& event) {
-    if (!isVisible() || event.modifiers().testFlag(Qt::AltModifier) ||
-        !event.modifiers().testFlag(Qt::ControlModifier))
+    if (!isVisible())
+        return false;
+    if (event.modifiers() == Qt::AltModifier && m_pButtons->isEnabled()) {
+        // The buttons' own keys work in their window alone, which is another one while the dock floats.
+        if (event.key() == Qt::Key_C)
+            Q_EMIT CopyRequested();
+        else if (event.key() == Qt::Key_S)
+            Q_EMIT SaveRequested();
+        else
+            return false;
+        return true;
+    }
+    if (event.modifiers().testFlag(Qt::AltModifier) || !event.modifiers().testFlag(Qt::ControlModifier))
         return false;
     const auto scroll = [](QScrollBar& bar, QScrollBar::SliderAction action) {
         bar.triggerAction(action);

@@ -45,7 +45,8 @@ public:
     // null ends that.
     bool Compare(const CGraphData* good, int shift, const support::Progress& progress);
 
-    // Scrolls the table with Ctrl and the arrow keys. False for any other key, and while it is hidden.
+    // Scrolls the table with Ctrl and the arrow keys, copies and saves it with Alt and C or S. False for any
+    // other key, and while it is hidden.
     bool OnKeyDown(const QKeyEvent& event);
 
     // The table as text, see CMeasureModel; with what stands in it now.

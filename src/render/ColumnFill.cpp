@@ -18,16 +18,15 @@ namespace Tracelyn {
 namespace {
 
 // What is known of them stays in the processor's own memory while all rows go through them.
-constexpr int kStripColumns = 1024;
+constexpr int kMostStripColumns = 1024;
 // So many are filled in one pass: each has a bit in a word.
-constexpr size_t kLayersAtOnce = 32;
+constexpr int64_t kLayersAtOnce = 32;
 // A clip of more pieces is left to the painter.
 constexpr int kMostPieces = 8;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
 
-int64_t PassesFor(std::span<const RunLayer> layers) {
-    return static_cast<int64_t>((layers.size() + kLayersAtOnce - 1) / kLayersAtOnce);
-}
+// The columns of all runs that are filled in one pass, about: more would take much memory.
+constexpr int64_t kColumnsAtOnce = 1 << 19;
 
 } // namespace
 
@@ -59,8 +58,8 @@ std::optional<PixelGrid> PixelsOf(QPainter& painter) {
 
 bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
     constexpr int64_t kFewestPixels = 1 << 16;
-    // Each column of a run costs as much as some pixels.
-    constexpr int64_t kFewestRows = 16;
+    // On average. A column of a run costs as much as filling some rows of it.
+    constexpr int64_t kFewestRows = 4;
     // Of the pixels around, that may be looked at for each that is filled.
     constexpr int64_t kLargestShare = 8;
     int64_t pixels = 0;
@@ -76,15 +75,16 @@ bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
             around.bottom = std::max(around.bottom, run.y() + run.height());
         }
     }
+    const int64_t passes = 1 + std::ssize(layers) / kLayersAtOnce + columns / kColumnsAtOnce;
     return pixels >= kFewestPixels && columns * kFewestRows <= pixels &&
-           int64_t{around.GetWidth()} * around.GetHeight() * PassesFor(layers) <= pixels * kLargestShare;
+           int64_t{around.GetWidth()} * around.GetHeight() * passes <= pixels * kLargestShare;
 }
 
 // Goes down the rows of a strip and knows what each column shows.
 class CColumnFill::CSweep {
 public:
     CSweep(std::span<const RunLayer> layers, const Strip& ends, int height)
-        : m_Rows(size_t(height) + 2), m_Runs(layers.size() * kStripColumns) {
+        : m_Rows(size_t(height) + 2), m_Runs(layers.size() * kMostStripColumns) {
         for (size_t layer = 0; layer < layers.size(); ++layer)
             m_Colors[layer + 1] = layers[layer].color;
         SortByRow(ends);
@@ -118,7 +118,7 @@ private:
     }
 
     void Pass(const End& end) {
-        uint16_t& runs = m_Runs.data()[end.layer * kStripColumns + end.column];
+        uint16_t& runs = m_Runs.data()[end.layer * kMostStripColumns + end.column];
         const bool changes = end.begins ? runs++ == 0 : --runs == 0;
         if (!changes)
             return;
@@ -132,8 +132,8 @@ private:
     std::vector<End> m_Ends;
     std::vector<uint32_t> m_Rows;                       // where the ends of each row begin
     std::array<uint32_t, kLayersAtOnce + 1> m_Colors{}; // of no layer, 0, and of all layers
-    std::array<uint32_t, kStripColumns> m_Shown{};      // the colour of the highest layer of each column
-    std::array<uint32_t, kStripColumns> m_Layers{};     // those that cover each column, a bit each
+    std::array<uint32_t, kMostStripColumns> m_Shown{};  // the colour of the highest layer of each column
+    std::array<uint32_t, kMostStripColumns> m_Layers{}; // those that cover each column, a bit each
     std::vector<uint16_t> m_Runs;                       // of each layer that cover each column
     size_t m_nCovered = 0;                              // columns
 };
@@ -141,27 +141,44 @@ private:
 void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
     for (const QRect& piece : grid.clip) {
         m_Clip = piece;
-        for (auto left = layers; !left.empty();) {
-            const auto some = left.first(std::min(left.size(), kLayersAtOnce));
-            left = left.subspan(some.size());
-            Collect(grid, some);
-            support::ForEachParallel(std::ssize(m_Strips), [&](int /*worker*/, int64_t strip) {
-                const int x = static_cast<int>(strip) * kStripColumns;
-                uint32_t* const first = grid.first + m_Clip.y() * grid.perLine + m_Clip.x() + x;
-                const Strip& ends = m_Strips[static_cast<size_t>(strip)];
-                if (!ends.empty()) {
-                    CSweep(some, ends, m_Clip.height())
-                        .Fill(first, grid.perLine,
-                              static_cast<size_t>(std::min(m_Clip.width() - x, kStripColumns)));
+        std::vector<RunLayer> pass;
+        int64_t columns = 0;
+        for (const RunLayer& layer : layers) {
+            for (auto left = layer.runs; !left.empty();) {
+                if (std::ssize(pass) == kLayersAtOnce || columns >= kColumnsAtOnce) {
+                    FillInOnePass(grid, pass);
+                    pass.clear();
+                    columns = 0;
                 }
-                return true;
-            });
+                size_t count = 0;
+                while (count < left.size() && columns < kColumnsAtOnce)
+                    columns += int64_t{left[count++].width()} * grid.scale;
+                pass.push_back({layer.color, left.first(count)});
+                left = left.subspan(count);
+            }
         }
+        FillInOnePass(grid, pass);
     }
 }
 
+void CColumnFill::FillInOnePass(const PixelGrid& grid, std::span<const RunLayer> layers) {
+    Collect(grid, layers);
+    support::ForEachParallel(std::ssize(m_Strips), [&](int /*worker*/, int64_t strip) {
+        const Strip& ends = m_Strips[static_cast<size_t>(strip)];
+        if (ends.empty())
+            return true;
+        const int x = static_cast<int>(strip) * m_nStripColumns;
+        uint32_t* const first = grid.first + m_Clip.y() * grid.perLine + m_Clip.x() + x;
+        const auto columns = static_cast<size_t>(std::min(m_Clip.width() - x, m_nStripColumns));
+        CSweep(layers, ends, m_Clip.height()).Fill(first, grid.perLine, columns);
+        return true;
+    });
+}
+
 void CColumnFill::Collect(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    m_Strips.resize(static_cast<size_t>((m_Clip.width() + kStripColumns - 1) / kStripColumns));
+    const int strips = (m_Clip.width() + kMostStripColumns - 1) / kMostStripColumns;
+    m_nStripColumns = (m_Clip.width() + strips - 1) / strips;
+    m_Strips.resize(static_cast<size_t>(strips));
     for (Strip& strip : m_Strips)
         strip.clear();
     for (size_t layer = 0; layer < layers.size(); ++layer) {
@@ -179,8 +196,8 @@ void CColumnFill::AddEnds(const PixelRect& pixels, uint16_t layer) {
     if (pixels.top >= pixels.bottom)
         return;
     for (int x = pixels.left; x < pixels.right; ++x) {
-        Strip& strip = m_Strips[static_cast<size_t>(x / kStripColumns)];
-        const auto column = static_cast<uint16_t>(x % kStripColumns);
+        Strip& strip = m_Strips[static_cast<size_t>(x / m_nStripColumns)];
+        const auto column = static_cast<uint16_t>(x % m_nStripColumns);
         strip.push_back({static_cast<uint16_t>(pixels.top), column, layer, true});
         strip.push_back({static_cast<uint16_t>(pixels.bottom), column, layer, false});
     }

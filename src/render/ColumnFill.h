@@ -44,7 +44,7 @@ public:
     // Whether the runs are high and cover so much of what surrounds them that Fill is the faster way.
     static bool IsWorthIt(std::span<const RunLayer> layers);
 
-    // Fills the runs on all cores. They may overlap and come in any order.
+    // Fills the runs, of wide pictures on several cores. They may overlap and come in any order.
     void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
 
 private:
@@ -59,10 +59,12 @@ private:
     using Strip = std::vector<End>;
     class CSweep;
 
+    void FillInOnePass(const PixelGrid& grid, std::span<const RunLayer> layers);
     void Collect(const PixelGrid& grid, std::span<const RunLayer> layers);
     void AddEnds(const PixelRect& pixels, uint16_t layer);
 
     QRect m_Clip; // the piece of the clip that is filled
+    int m_nStripColumns = 0;
     std::vector<Strip> m_Strips;
 };
 

@@ -31,11 +31,17 @@ PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& g
     return plot;
 }
 
-// Its curves and their background are filled together. Where there is no room for the header, it lies below
-// the curves.
+// Letters may have marks below them, which reach out of the header into the plot.
+bool MayReachIntoThePlot(const QString& name) {
+    constexpr QChar kFirstMark(0x300);
+    return std::ranges::any_of(name, [](QChar letter) { return letter >= kFirstMark; });
+}
+
+// The plot's background is filled together with its curves, after the header is drawn. Not where the header
+// has a part in the plot.
 bool FillsItsPlot(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
     return context.GetPainter().ReachesPixels() && group.IsDisplayedAsGraph() && group.m_bExpanded &&
-           !group.m_bSeparateSets && group.m_nTopMargin > 0;
+           !group.m_bSeparateSets && group.m_nTopMargin > 0 && !MayReachIntoThePlot(group.m_strName);
 }
 
 bool IsDrawn(const CGraphDataSet& set) {

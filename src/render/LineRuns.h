@@ -36,7 +36,7 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
 
     // First step of a row: the smallest k with k * rows / steps >= row - 1/2.
     const auto firstStep = [=](int64_t row) {
-        if (rows == 1) // a curve that goes up or down in every column
+        if (rows == 1) // the same without a division, for curves that go up or down in every column
             return row <= 0 ? 0 : ((2 * row - 1) * steps + 1) / 2;
         return row <= 0 ? 0 : ((2 * row - 1) * steps + 2 * rows - 1) / (2 * rows);
     };

@@ -54,11 +54,11 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
     std::mt19937 random(7);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     int reached = 0;
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 40; ++round) {
         std::vector<std::vector<QRect>> runs(round % 10 == 9 ? 70 : 5);
         std::vector<RunLayer> layers;
         for (auto& each : runs) {
-            for (int x = -3; x < 330; x += below(12) == 0 ? -2 : 1) {
+            for (int x = -3; x < 1130; x += below(12) == 0 ? -2 : 1) {
                 const bool isColumn = below(10) != 0;
                 each.emplace_back(x, below(400) - 20, isColumn ? 1 : below(60),
                                   isColumn ? 1 + below(300) : 1);
@@ -66,15 +66,15 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
             layers.push_back({qRgb(below(256), below(256), below(256)), each});
         }
         const double scale = std::array{1.0, 2.0, 3.0, 1.5}[size_t(round % 4)];
-        QRegion clip(below(40), below(40), 150 + below(200), 100 + below(300));
+        QRegion clip(below(40), below(40), 150 + below(1100), 100 + below(300));
         for (int i = below(4); i > 0; --i)
-            clip -= QRect(below(300), below(300), below(100), below(100));
+            clip -= QRect(below(900), below(300), below(100), below(100));
         const auto picture = [&](bool quickly) {
-            QImage image(QSize(331, 397) * scale, QImage::Format_RGB32);
+            QImage image(QSize(1131, 397) * scale, QImage::Format_RGB32);
             image.fill(Qt::darkBlue);
             image.setDevicePixelRatio(scale);
             if (round % 3 == 0)
-                image.paintEngine()->setSystemClip(QRect(20, 30, 290, 300));
+                image.paintEngine()->setSystemClip(QRect(20, 30, 1090, 300));
             QPainter painter(&image);
             painter.translate(round % 5, 0);
             painter.setClipRegion(clip);
