@@ -33,8 +33,8 @@ PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& g
 
 // Letters may have marks below them, which reach out of the header into the plot.
 bool MayReachIntoThePlot(const QString& name) {
-    constexpr QChar kFirstMark(0x300);
-    return std::ranges::any_of(name, [](QChar letter) { return letter >= kFirstMark; });
+    constexpr char16_t kFirstMark = 0x300;
+    return std::ranges::any_of(name, [](QChar letter) { return letter.unicode() >= kFirstMark; });
 }
 
 // The plot's background is filled together with its curves, after the header is drawn. Not where the header
