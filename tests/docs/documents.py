@@ -4,7 +4,6 @@
     documents.py TRACELYN-CLI
 """
 import csv
-import importlib.util
 import json
 import os
 import re
@@ -16,18 +15,13 @@ import unittest
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "examples"))
+import write_recording as writer
+
 PAGE = (ROOT / "docs" / "format.md").read_text(encoding="utf-8")
 DOCUMENTS = re.findall(r"```xml\n(.*?)```", PAGE, re.DOTALL)
 EXAMPLE, TINY = DOCUMENTS
 TYPES = ("Float", "Short", "UShort", "Long", "ULong", "Byte", "UByte", "Binary")
-
-
-def load_writer():
-    spec = importlib.util.spec_from_file_location("write_recording", ROOT / "examples" / "write_recording.py")
-    module = importlib.util.module_from_spec(spec)
-    sys.modules[spec.name] = module
-    spec.loader.exec_module(module)
-    return module
 
 
 def table(first_head):
@@ -224,7 +218,6 @@ class TheOtherPages(Folder):
 
 class TheWriter(Folder):
     def test_its_files_come_back_exactly(self):
-        writer = load_writer()
         subprocess.run([sys.executable, "-B", ROOT / "examples" / "write_recording.py", self.folder], check=True)
         variables = [variable for group in writer.bend() for variable in group.variables]
         meant = [["Time"] + [variable.description for variable in variables]]
@@ -244,7 +237,6 @@ class TheWriter(Folder):
         self.assertEqual((self.folder / "out.xml").read_bytes(), (self.folder / "press.xml").read_bytes())
 
     def test_it_refuses_what_a_type_cannot_hold(self):
-        writer = load_writer()
         for kind, value in (("Short", 32768), ("UByte", -1), ("Float", float("nan"))):
             with self.assertRaises(ValueError):
                 writer.Variable("V", "v", kind, [value]).fields()
