@@ -58,6 +58,16 @@ private:
     const QTemporaryDir m_Folder;
 };
 
+// Which variables name the temporary folder on the systems.
+inline constexpr std::array kTemporaryFolderVariables{"TMPDIR", "TMP", "TEMP"};
+
+// Lets this process and the programs that it starts use the folder for their temporary files. Test programs
+// run at the same time: one that looks for what was left behind must not meet the files of another.
+inline void UseTemporaryFolder(const QString& folder) {
+    for (const char* const variable : kTemporaryFolderVariables)
+        qputenv(variable, QDir::toNativeSeparators(folder).toUtf8());
+}
+
 // Makes another way to a file: a symbolic link, or on Windows, where only some users may make those, a second
 // name.
 inline bool LinkTo(const QString& file, const QString& link) {

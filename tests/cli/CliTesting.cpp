@@ -15,7 +15,7 @@ Outcome Cli::Run(const QStringList& arguments, [[maybe_unused]] unsigned limit) 
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "LANG"})
         environment.remove(name);
     environment.insert("LC_ALL", "C");
-    for (const char* name : {"TMPDIR", "TMP", "TEMP"})
+    for (const char* name : kTemporaryFolderVariables)
         environment.insert(name, QDir::toNativeSeparators(m_Temporary.path()));
     process.setProcessEnvironment(environment);
 #ifdef Q_OS_UNIX

@@ -23,13 +23,8 @@ bool WriteTo(const QString& path) {
 // Of the environment's temporary folder.
 class Temporary : public testing::Test, protected TestFolder {
 protected:
-    Temporary() { SetFolder(QDir::toNativeSeparators(Folder())); }
-    ~Temporary() override { SetFolder(m_before); }
-
-    static void SetFolder(const QString& folder) {
-        for (const char* const variable : {"TMPDIR", "TMP", "TEMP"})
-            qputenv(variable, folder.toUtf8());
-    }
+    Temporary() { UseTemporaryFolder(Folder()); }
+    ~Temporary() override { UseTemporaryFolder(m_before); }
 
     const QString m_before = QDir::tempPath();
 };
@@ -83,7 +78,7 @@ TEST_F(Scratch, HasANameOfItsOwnAndGoesWithItsObject) {
         EXPECT_EQ(support::CFolderLock::Take(one.GetPath()), nullptr);
     }
     EXPECT_EQ(Scratches(), QStringList());
-    SetFolder(Path("nowhere"));
+    UseTemporaryFolder(Path("nowhere"));
     EXPECT_FALSE(CScratchFolder().IsValid());
 }
 
@@ -143,7 +138,7 @@ TEST_F(PrivateFolder, IsMadeForTheUserAloneAndFoundAgain) {
     EXPECT_EQ(ModeOf(m_private), 0700U);
     const CScratchFolder folder;
     EXPECT_EQ(ModeOf(folder.GetPath()), 0700U);
-    SetFolder(QDir::current().relativeFilePath(Folder()));
+    UseTemporaryFolder(QDir::current().relativeFilePath(Folder()));
     EXPECT_EQ(PrivateTemporaryFolder(), m_private + '/') << "absolute also below a relative folder";
 }
 
