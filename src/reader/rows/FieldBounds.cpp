@@ -4,83 +4,87 @@
 #include <emmintrin.h>
 #endif
 
-#include <bit>
+#include <array>
 
 namespace Tracelyn {
 
-namespace {
-
-// Which of 64 characters are commas or line feeds, the first one in the lowest bit, and how many are, of them
-// line feeds.
-struct Ends {
-    uint64_t bits;
-    size_t count;
-    size_t rows;
-};
-
 #ifdef __SSE2__
 
-// The sum of 16 small numbers.
-size_t SumOf(__m128i numbers) {
-    const __m128i sums = _mm_sad_epu8(numbers, _mm_setzero_si128());
-    return static_cast<size_t>(_mm_cvtsi128_si64(_mm_add_epi64(sums, _mm_srli_si128(sums, 8))));
+namespace {
+
+// What follows from eight flags for eight characters, the first one in the lowest bit: behind which of them
+// something begins, and how many those are.
+struct Begins {
+    alignas(16) std::array<std::array<uint16_t, 8>, 256> behind{};
+    std::array<uint8_t, 256> count{};
+};
+
+constexpr Begins kBegins = [] {
+    Begins begins;
+    for (size_t flags = 0; flags < 256; ++flags) {
+        for (size_t at = 0; at < 8; ++at) {
+            if ((flags >> at & 1) != 0)
+                begins.behind[flags][begins.count[flags]++] = static_cast<uint16_t>(at + 1);
+        }
+    }
+    return begins;
+}();
+
+// Stores where fields begin, eight at once; what is behind the last one will be overwritten.
+uint16_t* StoreBegins(uint16_t* next, __m128i before, size_t flags) {
+    const __m128i behind =
+        _mm_load_si128(reinterpret_cast<const __m128i*>(kBegins.behind.data()[flags].data()));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(next), _mm_add_epi16(before, behind));
+    return next + kBegins.count.data()[flags];
 }
 
-Ends FindEnds(const char* text) {
+} // namespace
+
+uint16_t* CFieldBounds::FindEnds(size_t size, uint16_t* next) {
     const __m128i comma = _mm_set1_epi8(',');
     const __m128i lineFeed = _mm_set1_epi8('\n');
-    uint64_t bits = 0;
-    // Of the characters at the same place in all parts. What is found is -1.
-    __m128i counts = _mm_setzero_si128();
+    const __m128i eight = _mm_set1_epi16(8);
+    __m128i before = _mm_setzero_si128();
     __m128i rows = _mm_setzero_si128();
-    for (int i = 0; i < 4; ++i) {
-        const __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text) + i);
-        const __m128i isRow = _mm_cmpeq_epi8(part, lineFeed);
-        const __m128i isEnd = _mm_or_si128(isRow, _mm_cmpeq_epi8(part, comma));
-        bits |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(isEnd))) << (16 * i);
-        counts = _mm_sub_epi8(counts, isEnd);
-        rows = _mm_sub_epi8(rows, isRow);
+    for (size_t at = 0; at < size; at += kBlockBytes) {
+        __m128i found = _mm_setzero_si128(); // -1 for each line feed, 16 characters side by side
+        for (size_t i = 0; i < kBlockBytes; i += 16) {
+            const __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(m_pText + at + i));
+            const __m128i isRow = _mm_cmpeq_epi8(part, lineFeed);
+            const __m128i isEnd = _mm_or_si128(isRow, _mm_cmpeq_epi8(part, comma));
+            const auto flags = static_cast<size_t>(_mm_movemask_epi8(isEnd));
+            next = StoreBegins(next, before, flags & 0xFF);
+            before = _mm_add_epi16(before, eight);
+            next = StoreBegins(next, before, flags >> 8);
+            before = _mm_add_epi16(before, eight);
+            found = _mm_sub_epi8(found, isRow);
+        }
+        rows = _mm_add_epi64(rows, _mm_sad_epu8(found, _mm_setzero_si128()));
     }
-    return {bits, SumOf(counts), SumOf(rows)};
+    m_nRows = static_cast<size_t>(_mm_cvtsi128_si64(_mm_add_epi64(rows, _mm_srli_si128(rows, 8))));
+    return next;
 }
 
 #else
 
-Ends FindEnds(const char* text) {
-    Ends ends{};
-    for (int i = 0; i < 64; ++i) {
-        const uint64_t isEnd = text[i] == ',' || text[i] == '\n' ? 1 : 0;
-        ends.bits |= isEnd << i;
-        ends.count += isEnd;
-        ends.rows += text[i] == '\n' ? 1 : 0;
+uint16_t* CFieldBounds::FindEnds(size_t size, uint16_t* next) {
+    for (size_t at = 0; at < size; ++at) {
+        const bool isRow = m_pText[at] == '\n';
+        m_nRows += isRow ? 1 : 0;
+        *next = static_cast<uint16_t>(at + 1);
+        next += isRow || m_pText[at] == ',' ? 1 : 0;
     }
-    return ends;
+    return next;
 }
 
 #endif
-
-} // namespace
 
 size_t CFieldBounds::Find(std::string_view text) {
     text = text.substr(0, text.rfind('\n') + 1);
     m_pText = text.data();
     m_nRows = 0;
-    uint16_t* next = m_Begins.data();
-    *next++ = 0;
-    for (size_t at = 0; at < text.size(); at += kBlockBytes) {
-        auto [ends, count, rows] = FindEnds(m_pText + at);
-        m_nRows += rows;
-        // Always in steps of eight, so that the processor guesses right how often the loop goes round. Behind
-        // the last one follow beginnings that nobody uses.
-        for (size_t done = 0; done < count; done += 8) {
-            for (size_t i = 0; i < 8; ++i) {
-                const auto end = static_cast<size_t>(std::countr_zero(ends | uint64_t{1} << 63));
-                next[done + i] = static_cast<uint16_t>(at + end + 1);
-                ends &= ends - 1;
-            }
-        }
-        next += count;
-    }
+    m_Begins.front() = 0;
+    const uint16_t* next = FindEnds(text.size(), m_Begins.data() + 1);
     // The last block may have found ends behind the text.
     while (*--next > text.size())
         m_nRows -= m_pText[*next - 1] == '\n' ? 1 : 0;

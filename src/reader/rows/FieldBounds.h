@@ -31,6 +31,9 @@ public:
     const uint16_t* GetBegins() const { return m_Begins.data(); }
 
 private:
+    // Stores where the fields behind the first one begin, and counts the rows; at most a block too many is
+    // looked at. Returns the end of what it stored.
+    uint16_t* FindEnds(size_t size, uint16_t* next);
     void CompareRows(size_t fields);
 
     static constexpr size_t kBlockBytes = 64;

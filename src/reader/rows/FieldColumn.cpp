@@ -41,28 +41,33 @@ struct Words {
 
 // Returns a length that no field exceeds, too much for any number when one is empty. Unless withHigh, `high`
 // is not written, and the words of fields of more than eight characters have no meaning; with it, those of
-// more than 16.
-template <bool withHigh>
+// more than 16. Unless withSigns, a minus sign is a character like others.
+template <bool withHigh, bool withSigns>
 size_t LoadWords(const ColumnFields fields, size_t from, size_t count, Words& words) {
     size_t longest = 0; // less one, so that no length is the largest
     const uint16_t* begins = fields.begins + from * fields.fieldsPerRow;
-    const char* const textEnd = fields.text - fields.endBytes;
     Word* const low = words.low.data();
     Word* const high = words.high.data();
     uint32_t* const signs = words.signs.data();
+    if constexpr (!withSigns)
+        words.signs.fill(0);
     for (size_t i = 0; i < count; ++i) {
-        const char* const begin = fields.text + begins[0];
-        const char* const end = textEnd + begins[1];
+        const size_t begin = begins[0];
+        const char* number = fields.text + begin;
+        size_t length = begins[1] - begin - fields.endBytes;
         begins += fields.fieldsPerRow;
-        const uint32_t negative = *begin == '-' ? 1 : 0;
-        const char* const number = begin + negative;
-        const auto length = static_cast<size_t>(end - number);
-        signs[i] = negative << 31;
+        if constexpr (withSigns) {
+            const uint32_t negative = *number == '-' ? 1 : 0;
+            signs[i] = negative << 31;
+            number += negative;
+            length -= negative;
+        }
         if constexpr (withHigh) {
             longest = std::max(longest, length - 1);
             const bool isLong = length > kWordBytes;
             const Word before = field::LoadValues(number, length - kWordBytes);
-            low[i] = field::LoadValues(isLong ? end - kWordBytes : number, std::min(length, kWordBytes));
+            const char* const last = number + length - kWordBytes;
+            low[i] = field::LoadValues(isLong ? last : number, std::min(length, kWordBytes));
             high[i] = isLong ? before : 0;
         } else {
             longest |= length - 1; // at most seven when none exceeds eight characters
@@ -75,6 +80,18 @@ size_t LoadWords(const ColumnFields fields, size_t from, size_t count, Words& wo
         signs[i] = 0;
     }
     return std::max(longest, longest + 1);
+}
+
+// The same for fields that are expected to be long or not, and that may have `most` characters.
+template <bool withSigns>
+size_t LoadExpecting(bool isLong, size_t most, const ColumnFields& fields, size_t from, size_t count,
+                     Words& words) {
+    size_t longest = 0;
+    if (!isLong)
+        longest = LoadWords<false, withSigns>(fields, from, count, words);
+    if (isLong || (longest > kWordBytes && most > kWordBytes))
+        longest = LoadWords<true, withSigns>(fields, from, count, words);
+    return longest;
 }
 
 __m128i Load(const Word* words) {
@@ -154,7 +171,7 @@ private:
 
 void Store(float* numbers, __m128 magnitudes, const uint32_t* signs) {
     const __m128i bits = _mm_load_si128(reinterpret_cast<const __m128i*>(signs));
-    _mm_store_ps(numbers, _mm_or_ps(magnitudes, _mm_castsi128_ps(bits)));
+    _mm_storeu_ps(numbers, _mm_or_ps(magnitudes, _mm_castsi128_ps(bits)));
 }
 
 // The digits of two words and how many are decimals, as DecimalsBehind.
@@ -195,7 +212,7 @@ struct LongDigits {
     __m128i decimals;
 };
 
-LongDigits DigitsOf(const Words& words, size_t i, COddFields& odd) {
+[[gnu::always_inline]] inline LongDigits DigitsOf(const Words& words, size_t i, COddFields& odd) {
     const __m128i low = Load(words.low.data() + i);
     const __m128i high = Load(words.high.data() + i);
     const Points lowPoints = FindPoints(low);
@@ -245,7 +262,7 @@ bool ReadShort(const Words& words, size_t count, int32_t* numbers) {
         const __m128i signs = _mm_load_si128(reinterpret_cast<const __m128i*>(words.signs.data() + i));
         const __m128i minus = _mm_srai_epi32(signs, 31);
         const __m128i values = _mm_sub_epi32(_mm_xor_si128(NumbersOf(first, second), minus), minus);
-        _mm_store_si128(reinterpret_cast<__m128i*>(numbers + i), values);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(numbers + i), values);
     }
     return !odd.IsAny();
 }
@@ -254,28 +271,27 @@ bool ReadShort(const Words& words, size_t count, int32_t* numbers) {
 
 } // namespace
 
-// False when any field is no plain decimal of a usual length.
+// False when any field is no plain decimal of a usual length; the numbers have no meaning then.
 template <class T>
 bool CFieldReader<T>::ReadAtOnce([[maybe_unused]] size_t from, [[maybe_unused]] std::span<T> numbers) {
 #ifdef __SSE2__
     constexpr size_t kLongest = std::is_floating_point_v<T> ? 15 : kWordBytes;
     const size_t count = numbers.size();
     Words words;
-    alignas(16) std::array<T, kAtOnce> read;
-    size_t longest = 0;
-    if (!m_bLong)
-        longest = LoadWords<false>(m_Fields, from, count, words);
-    if (m_bLong || (longest > kWordBytes && longest <= 2 * kWordBytes && kLongest > kWordBytes))
-        longest = LoadWords<true>(m_Fields, from, count, words);
+    const auto load = m_Habit.isSigned ? LoadExpecting<true> : LoadExpecting<false>;
+    const size_t longest = load(m_Habit.isLong, kLongest, m_Fields, from, count, words);
     if (longest > kLongest)
         return false;
-    m_bLong = longest > kWordBytes;
+    m_Habit.isLong = longest > kWordBytes;
+    std::array<T, kAtOnce> room;
+    T* const read = count % 4 == 0 ? numbers.data() : room.data();
     bool isRead = false;
     if constexpr (std::is_floating_point_v<T>)
-        isRead = m_bLong ? ReadLong(words, count, read.data()) : ReadShort(words, count, read.data());
+        isRead = m_Habit.isLong ? ReadLong(words, count, read) : ReadShort(words, count, read);
     else
-        isRead = ReadShort(words, count, read.data());
-    std::copy_n(read.begin(), count, numbers.begin());
+        isRead = ReadShort(words, count, read);
+    if (read == room.data())
+        std::copy_n(read, count, numbers.data());
     return isRead;
 #else
     return false;
@@ -286,6 +302,11 @@ template <class T>
 void CFieldReader<T>::Read(size_t from, std::span<T> numbers) {
     if (ReadAtOnce(from, numbers))
         return;
+    if (!m_Habit.isSigned) {
+        m_Habit.isSigned = true;
+        if (ReadAtOnce(from, numbers))
+            return;
+    }
     for (T& number : numbers) {
         const Field field = FieldIn(m_Fields, from++);
         if constexpr (std::is_floating_point_v<T>)

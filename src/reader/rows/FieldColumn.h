@@ -15,6 +15,12 @@ struct ColumnFields {
     size_t endBytes; // from the end of a field to the beginning of the next one
 };
 
+// What the fields of a column that were read last were like. It speeds up those that are like them.
+struct ColumnHabit {
+    bool isLong = false;   // some had more than eight characters, the sign not counted
+    bool isSigned = false; // some had a minus sign
+};
+
 // Reads the fields of a column as numbers of type T, float or int32_t: what FloatOfField or IntegerOfField
 // gives.
 template <class T>
@@ -23,7 +29,7 @@ public:
     // As many are read fastest.
     static constexpr size_t kAtOnce = 64;
 
-    explicit CFieldReader(const ColumnFields& fields) : m_Fields(fields) {}
+    CFieldReader(const ColumnFields& fields, ColumnHabit& habit) : m_Fields(fields), m_Habit(habit) {}
 
     // At most kAtOnce numbers, from row `from` on.
     void Read(size_t from, std::span<T> numbers);
@@ -32,7 +38,7 @@ private:
     bool ReadAtOnce(size_t from, std::span<T> numbers);
 
     ColumnFields m_Fields;
-    bool m_bLong = false; // what was read last had more than eight characters somewhere
+    ColumnHabit& m_Habit;
 };
 
 } // namespace Tracelyn

@@ -35,15 +35,19 @@ const char* WithoutReturn(const char* begin, const char* end) {
 }
 
 template <class T>
-void ConvertFields(const ColumnFields& fields, std::span<T> samples) {
+void ConvertFields(const ColumnFields& fields, ColumnHabit& habit, std::span<T> samples) {
     using Number = FieldNumber<T>;
     constexpr size_t kAtOnce = CFieldReader<Number>::kAtOnce;
-    CFieldReader<Number> reader(fields);
-    std::array<Number, kAtOnce> numbers;
+    CFieldReader<Number> reader(fields, habit);
     for (size_t from = 0; from < samples.size(); from += kAtOnce) {
         const auto some = samples.subspan(from, std::min(samples.size() - from, kAtOnce));
-        reader.Read(from, std::span(numbers).first(some.size()));
-        std::transform(numbers.data(), numbers.data() + some.size(), some.begin(), SampleFromNumber<T>);
+        if constexpr (std::is_same_v<T, Number>) {
+            reader.Read(from, some);
+        } else {
+            std::array<Number, kAtOnce> numbers;
+            reader.Read(from, std::span(numbers).first(some.size()));
+            std::transform(numbers.data(), numbers.data() + some.size(), some.begin(), SampleFromNumber<T>);
+        }
     }
 }
 
@@ -56,7 +60,8 @@ void Put(std::monostate /*dropped*/, size_t /*row*/, const FieldNumbers& /*numbe
 
 } // namespace
 
-CRowConverter::CRowConverter(std::span<const SampleColumn> columns) : m_Columns(columns) {
+CRowConverter::CRowConverter(std::span<const SampleColumn> columns)
+    : m_Columns(columns), m_Habits(columns.size()) {
     for (size_t column = 0; column < columns.size(); ++column) {
         if (!std::holds_alternative<std::monostate>(columns[column]))
             m_Stored.push_back(column);
@@ -94,7 +99,7 @@ void CRowConverter::ConvertColumns(const char* text, size_t fieldsPerRow, size_t
         std::visit(
             [&](auto samples) {
                 if constexpr (!std::is_same_v<decltype(samples), std::monostate>)
-                    ConvertFields(fields, samples.subspan(row, count));
+                    ConvertFields(fields, m_Habits[column], samples.subspan(row, count));
             },
             m_Columns[column]);
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/rows/FieldBounds.h"
+#include "reader/rows/FieldColumn.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -54,6 +55,7 @@ private:
     void StartOver(std::string_view text, size_t row);
 
     std::span<const SampleColumn> m_Columns;
+    std::vector<ColumnHabit> m_Habits; // of the columns
     CFieldBounds m_Bounds;
     std::vector<size_t> m_Stored; // numbers of the columns that are not dropped
     std::vector<FieldNumbers> m_Fields;
