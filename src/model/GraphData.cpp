@@ -116,23 +116,15 @@ void CGraphData::RestoreExpandedStates(const GroupStates& states) {
     }
 }
 
-void CGraphData::DeleteAllSets() {
-    while (!m_Sets.empty()) {
+void CGraphData::KeepFirst(size_t groups, size_t sets) {
+    while (m_Sets.size() > sets) {
         m_Sets.back().reset();
         m_Sets.pop_back();
     }
-}
-
-void CGraphData::DeleteAllGroups() {
-    while (!m_Groups.empty()) {
+    while (m_Groups.size() > groups) {
         const std::unique_ptr<CGraphDataGroup> last = std::move(m_Groups.back());
         m_Groups.pop_back();
     }
-}
-
-void CGraphData::Clear() {
-    DeleteAllSets();
-    DeleteAllGroups();
 }
 
 } // namespace Tracelyn

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -63,10 +64,12 @@ public:
     // Groups that are not in the map keep their state.
     void RestoreExpandedStates(const GroupStates& states);
 
-    // Both delete the last created first.
-    void DeleteAllSets();
-    void DeleteAllGroups();
-    void Clear();
+    // All delete the last created first.
+    void DeleteAllSets() { KeepFirst(m_Groups.size(), 0); }
+    void DeleteAllGroups() { KeepFirst(0, m_Sets.size()); }
+    void Clear() { KeepFirst(0, 0); }
+    // Deletes the groups and sets behind the first ones of those numbers.
+    void KeepFirst(size_t groups, size_t sets);
 
 private:
     template <class Iterator>

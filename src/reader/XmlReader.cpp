@@ -16,6 +16,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 namespace Tracelyn {
 
@@ -63,8 +64,8 @@ bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
             continue;
         CXmlDomElement element;
         child.GetElement(element);
-        m_bStopped = m_bStopped || !support::Report(GetProgress(), kLoadedShare);
-        if (m_bStopped)
+        m_Read.isStopped = m_Read.isStopped || !support::Report(GetProgress(), kLoadedShare);
+        if (m_Read.isStopped)
             return MayGoOn();
         if (!visit(element, element.GetNodeName()))
             return false;
@@ -79,54 +80,68 @@ CXmlReader::CXmlReader(CTypedDataRegistry& registry) : m_Registry(registry) {
 }
 
 void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
+    const size_t groups = data.GetGroups().size();
+    const size_t sets = data.GetSets().size();
     try {
-        ReadDocument(data, path);
+        if (!ReadDocument(data, path, TextCheck::Later)) {
+            data.KeepFirst(groups, sets);
+            m_Registry.Clear();
+            m_Read = {};
+            ReadDocument(data, path, TextCheck::Now);
+        }
     } catch (...) {
         // Memory may have run out: the literal takes none.
-        m_Problems.Add(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
+        m_Read.problems.Add(ResultCode::UnknownError, QStringLiteral("Unknown exception"));
     }
-    m_Problems.Finish();
+    m_Read.problems.Finish();
 }
 
-void CXmlReader::ReadDocument(CGraphData& data, const QString& path) {
-    m_Colors.Restart();
+bool CXmlReader::ReadDocument(CGraphData& data, const QString& path, TextCheck check) {
+    m_Read.colors.Restart();
     CXmlDomDocument document;
     std::unique_ptr<CSampleText> rows; // null when they are in the document
     QString error;
     const support::Progress progress = [this](double done) {
-        m_bStopped = m_bStopped || !support::Report(GetProgress(), done);
-        return !m_bStopped;
+        m_Read.isStopped = m_Read.isStopped || !support::Report(GetProgress(), done);
+        return !m_Read.isStopped;
     };
     const auto loading = support::StepOf(progress, 0, kLoadedShare);
-    if (!LoadWithRowsApart(path, "Data", document, rows, error, loading)) {
+    if (!LoadWithRowsApart(path, "Data", document, rows, error, loading, check)) {
         // Not cut: the reason stands behind the path, which may be long.
         if (MayGoOn())
-            m_Problems.AddAlways(ResultCode::XmlParseError, error);
-        return;
+            m_Read.problems.AddAlways(ResultCode::XmlParseError, error);
+        return true;
     }
     CXmlDomElement root;
     const QString rootName = document.GetRootElement(root) ? root.GetNodeName() : QString();
     if (rootName != QLatin1String("Analysis")) {
         Fail(ResultCode::InvalidRootName, rootName);
-        return;
+        return true;
     }
-    m_strAnalysisName = ReadText(root, "Name");
+    m_Read.name = ReadText(root, "Name");
 
     CXmlDomElement definition;
     const bool isDefined = FindRequired(root, "DataDefinition", definition);
     if (!ReadDataDefinition(data, isDefined ? &definition : nullptr))
-        return;
+        return true;
     CXmlDomElement groups;
     if (!FindRequired(root, "Groups", groups) || !ReadGroups(data, groups))
-        return;
+        return true;
     CXmlDomElement block;
     if (!FindRequired(root, "Data", block))
-        return;
+        return true;
     if (rows == nullptr)
         rows = SampleTextInMemory(block.GetTextUtf8());
-    const auto rest = support::StepOf(progress, kLoadedShare, 1);
-    if (const auto problem = ReadDataBlock(*rows, m_Variables, rest))
-        m_Problems.AddAlways(ResultCode::UnknownError, *problem);
+    // To find rows and leave them unchecked takes no time.
+    const auto rest = support::StepOf(progress, rows->IsChecked() ? kLoadedShare : 0, 1);
+    std::optional<QString> problem;
+    if (rows->IsChecked())
+        problem = ReadDataBlock(*rows, m_Read.variables, rest);
+    else if (!ReadUncheckedBlock(*rows, m_Read.variables, rest, problem))
+        return false;
+    if (problem)
+        m_Read.problems.AddAlways(ResultCode::UnknownError, *problem);
+    return true;
 }
 
 bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {
@@ -137,7 +152,8 @@ bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* defi
         return false;
     return ForEachElement(variables, [&](const CXmlDomElement& child, const QString& name) {
         if (name == QLatin1String("TypedData"))
-            return m_Problems.IsFull(m_VariableCap, m_Variables.size()) || ReadVariable(data, child);
+            return m_Read.problems.IsFull(m_Read.variableCap, m_Read.variables.size()) ||
+                   ReadVariable(data, child);
         Fail(ResultCode::InvalidNodeName, name);
         return true;
     });
@@ -175,8 +191,8 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
     if (variable == nullptr)
         return Fail(ResultCode::InvalidAttributeValue, QStringLiteral("Type = ") + type);
 
-    m_Variables.push_back(variable);
-    m_VariablesByName.try_emplace(name, variable);
+    m_Read.variables.push_back(variable);
+    m_Read.variablesByName.try_emplace(name, variable);
     variable->SetName(name);
     variable->SetDescription(ReadText(element, "Description"));
     variable->SetCode(element.GetAttributeInt("Code", 0));
@@ -192,8 +208,8 @@ bool CXmlReader::ReadVariable(CGraphData& data, const CXmlDomElement& element) {
 
 bool CXmlReader::ReadGroups(CGraphData& data, const CXmlDomElement& groups) {
     return ForEachElement(groups, [&](const CXmlDomElement& child, const QString& name) {
-        return name != QLatin1String("Group") || m_Problems.IsFull(m_GroupCap, data.GetGroups().size()) ||
-               ReadGroup(data, child);
+        return name != QLatin1String("Group") ||
+               m_Read.problems.IsFull(m_Read.groupCap, data.GetGroups().size()) || ReadGroup(data, child);
     });
 }
 
@@ -201,7 +217,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
     const QString name = ReadText(element, "Name");
     if (name.isEmpty())
         return Fail(ResultCode::EmptyGroupName, QStringLiteral("Name"));
-    m_Colors.Restart();
+    m_Read.colors.Restart();
 
     // Added before it is read: when a later line fails, the group stays with the lines before.
     data.AddGroup(std::make_unique<CGraphDataGroup>(name));
@@ -211,7 +227,7 @@ bool CXmlReader::ReadGroup(CGraphData& data, const CXmlDomElement& element) {
     group.m_bSeparateSets = element.GetAttributeBool("SeparateSets", false);
     group.m_bInverted = element.GetAttribute("Orientation") == QLatin1String("Inverted");
     return ForEachElement(element, [&](const CXmlDomElement& child, const QString& childName) {
-        if (m_Problems.IsFull(m_SignalCap, data.GetSets().size()))
+        if (m_Read.problems.IsFull(m_Read.signalCap, data.GetSets().size()))
             return true;
         if (childName == QLatin1String("Line"))
             return ReadLine(group, child);
@@ -225,10 +241,10 @@ bool CXmlReader::ReadLine(CGraphDataGroup& group, const CXmlDomElement& element)
     const QString dataName = ReadText(element, "DataName");
     if (dataName.isEmpty())
         return Fail(ResultCode::EmptyAttribute, QStringLiteral("DataName"));
-    const auto found = m_VariablesByName.find(dataName);
+    const auto found = m_Read.variablesByName.find(dataName);
     // It may be one of the variables beyond the cap, which must not end the reading.
-    if (found == m_VariablesByName.end())
-        return m_VariableCap.isReported || Fail(ResultCode::DataNotFound, dataName);
+    if (found == m_Read.variablesByName.end())
+        return m_Read.variableCap.isReported || Fail(ResultCode::DataNotFound, dataName);
     TypedDataBase& variable = *found->second;
     if (GetAccessLevel() < variable.GetCode())
         return true;
@@ -276,14 +292,14 @@ QString CXmlReader::ReadText(const CXmlDomElement& element, const char* attribut
 }
 
 bool CXmlReader::Fail(ResultCode code, const QString& detail) {
-    m_Problems.Add(code, detail);
+    m_Read.problems.Add(code, detail);
     return false;
 }
 
 bool CXmlReader::MayGoOn() {
-    if (m_bStopped)
-        m_Problems.AddAlways(ResultCode::UnknownError, kStoppedBeforeRows);
-    return !m_bStopped;
+    if (m_Read.isStopped)
+        m_Read.problems.AddAlways(ResultCode::UnknownError, kStoppedBeforeRows);
+    return !m_Read.isStopped;
 }
 
 bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CXmlDomElement& child) {
@@ -293,7 +309,7 @@ bool CXmlReader::FindRequired(const CXmlDomElement& parent, const char* name, CX
 void CXmlReader::SetColorOf(CGraphDataSet& set, const TypedDataBase& variable) {
     QString color = variable.GetColor();
     if (color.isEmpty())
-        set.SetColor(set.IsBinary() ? m_Colors.NextBinary() : m_Colors.NextOrdinary());
+        set.SetColor(set.IsBinary() ? m_Read.colors.NextBinary() : m_Read.colors.NextOrdinary());
     else
         set.SetColor(
             static_cast<ColorRef>(support::ParseHexColor(color.remove(QLatin1Char('#')).toStdString())));

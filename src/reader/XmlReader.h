@@ -20,6 +20,7 @@ class CTypedDataRegistry;
 class CXmlDomElement;
 class TypedDataBase;
 struct Unit;
+enum class TextCheck;
 
 // The colours that lines get when the file names none: one palette for on/off signals and one for all others.
 class CAutomaticColors {
@@ -47,15 +48,30 @@ public:
     explicit CXmlReader(CTypedDataRegistry& registry);
 
     void ReadAnalysis(CGraphData& data, const QString& path) override;
-    QString GetAnalysisName() const override { return m_strAnalysisName; }
+    QString GetAnalysisName() const override { return m_Read.name; }
 
     // The problems in the order found. When there are more than limits::kMaxProblems, the last result says
     // how many are left out.
-    const std::vector<CResult>& GetResults() const { return m_Problems.GetResults(); }
+    const std::vector<CResult>& GetResults() const { return m_Read.problems.GetResults(); }
 
 private:
+    // What a reading of the document has come to.
+    struct Reading {
+        CProblems problems;
+        Cap variableCap{support::limits::kMaxVariables, "variables"};
+        Cap groupCap{support::limits::kMaxGroups, "groups"};
+        Cap signalCap{support::limits::kMaxSignals, "signals"};
+        bool isStopped = false;
+        std::vector<TypedDataBase*> variables;
+        // The first variable of each name. No QHash: it ends the program when memory runs out.
+        std::map<QString, TypedDataBase*> variablesByName;
+        QString name;
+        CAutomaticColors colors;
+    };
+
+    // False when nothing of what was read holds, because rows that came unchecked were not what they seemed.
+    bool ReadDocument(CGraphData& data, const QString& path, TextCheck check);
     // Each step adds its problems to the results and returns false when the problem ends the reading.
-    void ReadDocument(CGraphData& data, const QString& path);
     // Null when the document has no such element.
     bool ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition);
     bool ReadIndexSet(CGraphData& data, const CXmlDomElement& definition);
@@ -80,16 +96,7 @@ private:
     void SetColorOf(CGraphDataSet& set, const TypedDataBase& variable);
 
     CTypedDataRegistry& m_Registry;
-    CProblems m_Problems;
-    Cap m_VariableCap{support::limits::kMaxVariables, "variables"};
-    Cap m_GroupCap{support::limits::kMaxGroups, "groups"};
-    Cap m_SignalCap{support::limits::kMaxSignals, "signals"};
-    bool m_bStopped = false;
-    std::vector<TypedDataBase*> m_Variables;
-    // The first variable of each name. No QHash: it ends the program when memory runs out.
-    std::map<QString, TypedDataBase*> m_VariablesByName;
-    QString m_strAnalysisName;
-    CAutomaticColors m_Colors;
+    Reading m_Read;
 };
 
 } // namespace Tracelyn

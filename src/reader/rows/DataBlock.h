@@ -30,4 +30,10 @@ inline const QString kStoppedBeforeRows = QStringLiteral("Loading was stopped af
 std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
                                      const support::Progress& progress = {});
 
+// The same for a long text that is not checked: looks at each part only once, while it converts it. Returns
+// false, with variables that have no samples, when the text must be checked first: it is not plain, or has
+// other rows than its size and parts of it let expect.
+bool ReadUncheckedBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
+                        const support::Progress& progress, std::optional<QString>& problem);
+
 } // namespace Tracelyn

@@ -1,5 +1,6 @@
 #include "reader/rows/RowsApart.h"
 
+#include "reader/rows/PlainText.h"
 #include "reader/rows/SampleText.h"
 #include "support/Limits.h"
 #include "support/Parallel.h"
@@ -28,69 +29,17 @@ namespace {
 
 constexpr int64_t kPieceBytes = CSampleText::kPieceBytes;
 constexpr size_t kMaxTagBytes = 4096;
-constexpr size_t kBlockBytes = 1024;
 constexpr std::string_view kWhiteSpace = " \t\r\n";
+// A shorter text is checked in no time.
+constexpr int64_t kShortestGuess = 4 * kPieceBytes;
 
-// A part of the file, in bytes, and the line feeds in each of its pieces.
+// A part of the file, in bytes, and the line feeds in each of its pieces if it was checked.
 struct TextRange {
     int64_t from = 0;
     int64_t size = 0;
-    std::vector<int64_t> lineFeeds;
+    bool isChecked = true;
+    std::vector<int64_t> lineFeeds = {};
 };
-
-constexpr bool IsPlain(char c) {
-    const bool isWhite = c == '\n' || c == '\r' || c == '\t';
-    return isWhite || (c >= ' ' && c <= '~' && c != '&' && c != '<' && c != ']');
-}
-
-// The same for a whole block. One flag for each kind of other characters and no exit, so that the compiler
-// looks at many characters at once.
-bool IsPlain(std::string_view block) {
-    std::array<unsigned char, 7> found{};
-    for (const char c : block) {
-        const auto code = static_cast<unsigned char>(c);
-        found[0] |= static_cast<unsigned char>(code < '\t');
-        found[1] |= static_cast<unsigned char>(static_cast<unsigned char>(code - '\v') <= '\f' - '\v');
-        found[2] |= static_cast<unsigned char>(static_cast<unsigned char>(code - 14) < ' ' - 14);
-        found[3] |= static_cast<unsigned char>(code > '~');
-        found[4] |= static_cast<unsigned char>(code == '&');
-        found[5] |= static_cast<unsigned char>(code == '<');
-        found[6] |= static_cast<unsigned char>(code == ']');
-    }
-    return std::ranges::count(found, 0) == std::ssize(found);
-}
-
-// Whether the block has only what most rows are made of: digits, points, minus signs, commas and line feeds.
-// They are plain, and this is seen sooner. Also true for "+" and "/", which are plain, too.
-bool IsNumeric(std::string_view block) {
-    unsigned char other = 0;
-    for (const char c : block) {
-        const auto code = static_cast<unsigned char>(c - '+');
-        other |= static_cast<unsigned char>(static_cast<unsigned char>(code > '9' - '+') &
-                                            static_cast<unsigned char>(c != '\n'));
-    }
-    return other == 0;
-}
-
-size_t CountPlain(std::string_view text) {
-    size_t at = 0;
-    while (at + kBlockBytes <= text.size() &&
-           (IsNumeric(text.substr(at, kBlockBytes)) || IsPlain(text.substr(at, kBlockBytes))))
-        at += kBlockBytes;
-    const auto* const end =
-        std::find_if_not(text.begin() + at, text.end(), [](char c) { return IsPlain(c); });
-    return static_cast<size_t>(end - text.begin());
-}
-
-// Whether a carriage return stands before something other than a line feed. One that ends the text counts as
-// unknown: pass one more character than is meant.
-bool HasLoneCarriageReturn(std::string_view text) {
-    for (size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1)) {
-        if (at + 1 < text.size() && text[at + 1] != '\n')
-            return true;
-    }
-    return false;
-}
 
 // The length of the start tag that `text` begins with; nothing when that is no whole tag of the name, or one
 // without content. `opening` is "<" and the name.
@@ -144,7 +93,8 @@ class CPlainTextScan {
 public:
     CPlainTextScan(const CSharedFile& file, int64_t from)
         : m_File(file), m_nFrom(from),
-          m_Parts(static_cast<size_t>((file.GetSize() - from + kPieceBytes - 1) / kPieceBytes)) {}
+          m_Parts(static_cast<size_t>((file.GetSize() - from + kPieceBytes - 1) / kPieceBytes)),
+          m_Behind(m_Parts.size()) {}
 
     // The text up to the first "<"; nothing when it is not plain.
     std::optional<TextRange> Run(const support::Progress& progress) {
@@ -156,51 +106,62 @@ public:
         if (last == count)
             return std::nullopt;
         const auto parts = std::span(m_Parts).first(static_cast<size_t>(last) + 1);
-        if (std::ranges::any_of(parts, &Part::hasLoneReturn) || std::ranges::all_of(parts, &Part::isBlank) ||
-            parts.back().next != '<')
+        if (std::ranges::any_of(parts, &PlainText::hasLoneReturn) ||
+            std::ranges::all_of(parts, &PlainText::isBlank) || m_Behind[parts.size() - 1] != '<')
             return std::nullopt;
-        TextRange range{.from = m_nFrom, .size = last * kPieceBytes, .lineFeeds = {}};
-        range.size += static_cast<int64_t>(parts.back().plain);
-        for (const Part& part : parts)
+        TextRange range{.from = m_nFrom, .size = last * kPieceBytes};
+        range.size += static_cast<int64_t>(parts.back().size);
+        for (const PlainText& part : parts)
             range.lineFeeds.push_back(part.lineFeeds);
         return range;
     }
 
 private:
-    struct Part {
-        size_t plain = 0;
-        char next = '\0'; // behind the plain characters
-        int64_t lineFeeds = 0;
-        bool isBlank = true;
-        bool hasLoneReturn = false;
-    };
-
     // Examines the piece of that number; false when the text ends in it.
     bool Look(CWindow& window, int64_t item) {
         const std::string_view text = window.Read(m_nFrom + item * kPieceBytes);
-        Part& part = m_Parts[static_cast<size_t>(item)];
-        part.plain = std::min<size_t>(CountPlain(text), kPieceBytes);
-        const std::string_view plain = text.substr(0, part.plain);
-        part.next = part.plain < text.size() ? text[part.plain] : '\0';
-        part.lineFeeds = CountLineFeeds(plain);
-        part.isBlank = plain.find_first_not_of(kWhiteSpace) == std::string_view::npos;
-        part.hasLoneReturn = HasLoneCarriageReturn(text.substr(0, part.plain + 1));
-        return part.plain == kPieceBytes;
+        const size_t size = std::min<size_t>(text.size(), kPieceBytes);
+        PlainText& part = m_Parts[static_cast<size_t>(item)];
+        part = LookAtPlainText(text, size);
+        m_Behind[static_cast<size_t>(item)] = part.size < text.size() ? text[part.size] : '\0';
+        return part.size == kPieceBytes;
     }
 
     const CSharedFile& m_File;
     int64_t m_nFrom;
-    std::vector<Part> m_Parts;
+    std::vector<PlainText> m_Parts;
+    std::vector<char> m_Behind; // what stands behind the plain text of each
 };
 
+// The long text that begins at `from` and ends, as far as the end of the file tells, with the element.
+// Nothing when it is short or ends in another way.
+std::optional<TextRange> GuessText(const CSharedFile& file, int64_t from, std::string_view element) {
+    constexpr int64_t kLookedAt = 1 << 14; // bytes at the end of the file
+    const int64_t size = file.GetSize() - from;
+    if (size < kShortestGuess)
+        return std::nullopt;
+    std::array<char, kLookedAt> end;
+    if (!file.Read(file.GetSize() - kLookedAt, end))
+        return std::nullopt;
+    const std::string_view text(end.data(), end.size());
+    const size_t tag = text.find('<');
+    if (tag == std::string_view::npos || !text.substr(tag).starts_with(std::string("</").append(element)))
+        return std::nullopt;
+    return TextRange{.from = from, .size = size - kLookedAt + static_cast<int64_t>(tag), .isChecked = false};
+}
+
 // Whether the tag is one indeed, and no part of a comment, is for the parser to say.
-std::optional<TextRange> FindPlainText(const CSharedFile& file, std::string_view element,
-                                       const support::Progress& progress) {
+std::optional<TextRange> FindText(const CSharedFile& file, std::string_view element, TextCheck check,
+                                  const support::Progress& progress) {
     if (file.GetSize() > support::limits::kMaxFileBytesWithRowsApart)
         return std::nullopt;
     const std::optional<int64_t> from = FindTextStart(file, element, progress);
     if (!from)
         return std::nullopt;
+    if (check == TextCheck::Later) {
+        if (auto guess = GuessText(file, *from, element))
+            return guess;
+    }
     return CPlainTextScan(file, *from).Run(progress);
 }
 
@@ -244,11 +205,12 @@ private:
 // The parser reads the file without the text. What it makes of that stands for the file only if it saw the
 // start tag just where the text was cut out, or failed before it came there.
 bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument& document,
-                       std::unique_ptr<CSampleText>& rows, QString& error,
-                       const support::Progress& progress) {
+                       std::unique_ptr<CSampleText>& rows, QString& error, const support::Progress& progress,
+                       TextCheck check) {
     rows.reset();
     std::shared_ptr<CSharedFile> file = CSharedFile::Open(path);
-    std::optional<TextRange> range = file == nullptr ? std::nullopt : FindPlainText(*file, element, progress);
+    std::optional<TextRange> range =
+        file == nullptr ? std::nullopt : FindText(*file, element, check, progress);
     if (!range)
         return document.Load(path, error, progress);
     CFileWithGap rest(*file, *range);
@@ -261,7 +223,9 @@ bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument
     }
     if (!isLoaded || watch.tagEnd != range->from - 1)
         return document.Load(path, error, progress);
-    rows = SampleTextInFile(std::move(file), range->from, range->size, std::move(range->lineFeeds));
+    rows = range->isChecked
+               ? SampleTextInFile(std::move(file), range->from, range->size, std::move(range->lineFeeds))
+               : UncheckedTextInFile(std::move(file), range->from, range->size);
     return true;
 }
 

@@ -18,10 +18,13 @@ class CXmlDomDocument;
 //
 // A load that is asked to stop fails.
 //
-// Plain means that the parser would change no more than its line ends: printable ASCII, tabs and line ends,
-// with something other than white space among them, and without references, "]" or lone carriage returns.
+// Plain is what PlainText says, with something other than white space in it. To look whether a long text is
+// plain takes a while, and whoever converts its rows looks at all of it anyway: with TextCheck::Later such a
+// text may come unchecked, see CSampleText::IsChecked. If it turns out not to be plain, nothing that was read
+// holds, and the document must be loaded with TextCheck::Now.
+enum class TextCheck { Now, Later };
 bool LoadWithRowsApart(const QString& path, const char* element, CXmlDomDocument& document,
                        std::unique_ptr<CSampleText>& rows, QString& error,
-                       const support::Progress& progress = {});
+                       const support::Progress& progress = {}, TextCheck check = TextCheck::Now);
 
 } // namespace Tracelyn

@@ -28,14 +28,16 @@ private:
 class CFileText : public CSampleText {
 public:
     CFileText(std::shared_ptr<support::CSharedFile> file, int64_t from, int64_t size,
-              std::vector<int64_t> lineFeeds)
-        : m_File(std::move(file)), m_nFrom(from), m_nSize(size), m_LineFeeds(std::move(lineFeeds)) {
+              std::vector<int64_t> lineFeeds, bool isChecked)
+        : m_File(std::move(file)), m_nFrom(from), m_nSize(size), m_LineFeeds(std::move(lineFeeds)),
+          m_bChecked(isChecked) {
         CutTrailingLineEnds();
     }
 
     int64_t GetSize() const override { return m_nSize; }
     bool Read(int64_t at, std::span<char> text) const override { return m_File->Read(m_nFrom + at, text); }
 
+    bool IsChecked() const override { return m_bChecked; }
     std::optional<int64_t> KnownLineFeeds(int64_t from, int64_t to) const override {
         const auto piece = static_cast<size_t>(from / kPieceBytes);
         const bool isWhole = to - from == kPieceBytes;
@@ -62,6 +64,7 @@ private:
     int64_t m_nFrom;
     int64_t m_nSize;
     std::vector<int64_t> m_LineFeeds;
+    bool m_bChecked;
 };
 
 } // namespace
@@ -72,7 +75,12 @@ std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text) {
 
 std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
                                               int64_t size, std::vector<int64_t> lineFeeds) {
-    return std::make_unique<CFileText>(std::move(file), from, size, std::move(lineFeeds));
+    return std::make_unique<CFileText>(std::move(file), from, size, std::move(lineFeeds), true);
+}
+
+std::unique_ptr<CSampleText> UncheckedTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
+                                                 int64_t size) {
+    return std::make_unique<CFileText>(std::move(file), from, size, std::vector<int64_t>(), false);
 }
 
 // Counted in bytes, block by block: the compiler then looks at many characters at once.

@@ -32,6 +32,8 @@ public:
     virtual std::optional<int64_t> KnownLineFeeds(int64_t /*from*/, int64_t /*to*/) const {
         return std::nullopt;
     }
+    // Whether it is known to be plain, see PlainText.
+    virtual bool IsChecked() const { return true; }
     // Fills the whole span with the text from `at` on. The text must be that long. False when it cannot be
     // read.
     virtual bool Read(int64_t at, std::span<char> text) const = 0;
@@ -43,6 +45,10 @@ std::unique_ptr<CSampleText> SampleTextInMemory(std::string_view text);
 // line feeds in every piece, or nothing.
 std::unique_ptr<CSampleText> SampleTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
                                               int64_t size, std::vector<int64_t> lineFeeds);
+
+// The same of a part that only seems to be the text: nobody has looked at it.
+std::unique_ptr<CSampleText> UncheckedTextInFile(std::shared_ptr<support::CSharedFile> file, int64_t from,
+                                                 int64_t size);
 
 // As fast as memory is read.
 int64_t CountLineFeeds(std::string_view text);

@@ -1,0 +1,81 @@
+#include "reader/rows/RowPieces.h"
+
+#include <algorithm>
+
+namespace Tracelyn {
+
+namespace {
+
+std::string_view FirstRows(std::string_view text, int64_t rows) {
+    size_t end = 0;
+    for (int64_t row = 0; row < rows; ++row)
+        end = text.find('\n', end) + 1;
+    return text.substr(0, end);
+}
+
+} // namespace
+
+std::optional<std::string_view> CPieceReader::Read(const RowPiece& piece) {
+    m_nSize = 0;
+    if (!m_pText->Read(piece.from, Grow(piece.to - piece.from)))
+        return std::nullopt;
+    return std::string_view(m_Bytes.data(), m_nSize);
+}
+
+std::optional<std::string_view> CPieceReader::ReadWholeRows(const RowPiece& piece) {
+    if (!Read(piece) || !ReadToRowEnd(piece.to))
+        return std::nullopt;
+    return std::string_view(m_Bytes.data(), m_nSize);
+}
+
+// Makes the text longer and returns the new part, to be filled.
+std::span<char> CPieceReader::Grow(int64_t count) {
+    const size_t from = m_nSize;
+    m_nSize += static_cast<size_t>(count);
+    const size_t needed = m_nSize + CRowConverter::kReadableBehind;
+    if (m_Bytes.size() < needed)
+        m_Bytes.resize(std::max(needed, m_Bytes.size() * 2));
+    return std::span(m_Bytes).subspan(from, static_cast<size_t>(count));
+}
+
+bool CPieceReader::ReadToRowEnd(int64_t at) {
+    constexpr int64_t kFirstStepBytes = 1024;
+    for (int64_t step = kFirstStepBytes; at < m_pText->GetSize(); step *= 2) {
+        const std::span<char> more = Grow(std::min(step, m_pText->GetSize() - at));
+        if (!m_pText->Read(at, more))
+            return false;
+        const auto end = std::ranges::find(more, '\n');
+        if (end != more.end()) {
+            m_nSize -= static_cast<size_t>(more.end() - end) - 1;
+            return true;
+        }
+        at += static_cast<int64_t>(more.size());
+    }
+    Grow(1).front() = '\n';
+    return true;
+}
+
+CRowPieces::CRowPieces(const CSampleText& text) {
+    const int64_t size = std::max<int64_t>(1, text.GetSize());
+    for (int64_t from = 0; from < size; from += CSampleText::kPieceBytes)
+        m_Pieces.push_back({.from = from, .to = std::min(from + CSampleText::kPieceBytes, text.GetSize())});
+    m_Readers.resize(static_cast<size_t>(support::WorkerCount(GetCount())), CPieceReader(text));
+}
+
+void CRowPieces::KeepRows(int64_t rows) {
+    while (m_Pieces.back().row >= rows && m_Pieces.size() > 1)
+        m_Pieces.pop_back();
+    RowPiece& last = m_Pieces.back();
+    m_bCut = last.row + last.rows > rows;
+    last.rows = std::min(last.rows, rows - last.row);
+}
+
+bool CRowPieces::Convert(const RowPiece& piece, std::string_view wholeRows, CRowConverter& converter) const {
+    if (piece.from != 0)
+        wholeRows = wholeRows.substr(wholeRows.find('\n') + 1);
+    if (m_bCut && &piece == &m_Pieces.back())
+        wholeRows = FirstRows(wholeRows, piece.rows);
+    return converter.Convert(wholeRows, static_cast<size_t>(piece.row), static_cast<size_t>(piece.rows));
+}
+
+} // namespace Tracelyn
