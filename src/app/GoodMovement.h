@@ -1,7 +1,7 @@
 // The good movement that the window compares recordings with.
 #pragma once
 
-#include "reader/AnalysisFile.h"
+#include "tracelyn/Recording.h"
 
 #include <QString>
 #include <QStringList>

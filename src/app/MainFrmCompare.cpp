@@ -45,12 +45,11 @@ void CMainFrame::OnCompareWith() {
 
 void CMainFrame::CompareWith(const QString& path) {
     auto recording = std::make_unique<CRecording>();
-    Analysis analysis;
     bool stopped = false;
     {
         const CScopedCursor wait(Qt::WaitCursor);
         RunLongWork(*this, {}, [&](const support::Progress& progress) {
-            analysis = recording->Load(path, m_nAccessLevel, [&](double done) {
+            recording->Load(path, m_nAccessLevel, [&](double done) {
                 stopped = !progress(done);
                 return !stopped;
             });
@@ -58,6 +57,7 @@ void CMainFrame::CompareWith(const QString& path) {
     }
     if (stopped || m_bClosed)
         return;
+    const Analysis& analysis = recording->GetAnalysis();
     if (analysis.status == LoadStatus::UnknownExtension)
         ShowMessage(MessageIcon::Stop, tr("'%1' is no analysis file.").arg(path));
     else if (analysis.status == LoadStatus::NotExpanded)

@@ -48,23 +48,6 @@ ExitCode CopyToOutput(const QString& from, const QString& to) {
     return output.IsOpen() && output.Commit() ? ExitCode::Success : FailToWrite(to, output.GetErrorText());
 }
 
-QString ReasonNotExpanded(const QString& path, ExpandProblem problem) {
-    const QString text = QStringLiteral("Problem expanding analysis file: ");
-    switch (problem) {
-    case ExpandProblem::NotReadable:
-        return QStringLiteral("Cannot read file: %1").arg(path);
-    case ExpandProblem::NotWritten:
-        return text + QStringLiteral("the temporary folder %1 cannot be written").arg(QDir::tempPath());
-    case ExpandProblem::NoRoom:
-        return text + QStringLiteral("the temporary folder %1 has no room for it").arg(QDir::tempPath());
-    case ExpandProblem::None: // a sound container
-        return text + QStringLiteral("%1 holds no analysis").arg(path);
-    case ExpandProblem::Damaged:
-        break;
-    }
-    return text + QStringLiteral("%1 is damaged or no container").arg(path);
-}
-
 // Shows how far the operation is, on a terminal, and asks to stop after Ctrl+C. Borrows the line.
 support::Progress ProgressOn(CProgressLine& line) {
     return [&line, isShown = support::IsTerminal(stderr)](double done) {
@@ -72,11 +55,6 @@ support::Progress ProgressOn(CProgressLine& line) {
             line.Show(done);
         return MayGoOn(done);
     };
-}
-
-Analysis LoadShowingProgress(const Options& options, CGraphData& data) {
-    CProgressLine line(stderr);
-    return LoadAnalysis(options.input, options.accessLevel, data, ProgressOn(line));
 }
 
 bool PackShowingProgress(CZip& zip, QIODevice& archive) {
@@ -99,31 +77,16 @@ ExitCode FailToWrite(const QString& path, const QString& reason) {
     return Fail(QStringLiteral("Cannot write %1: %2").arg(path, reason));
 }
 
-std::optional<Analysis> LoadInput(const Options& options, CGraphData& data) {
-    const QFileInfo input(options.input);
-    const bool isReadable = input.isFile() && input.isReadable();
-    const Analysis analysis = LoadShowingProgress(options, data);
+bool LoadInput(const Options& options, CRecording& recording, CGraphData& data) {
+    {
+        CProgressLine line(stderr);
+        recording.LoadInto(data, options.input, options.accessLevel, ProgressOn(line));
+    }
     if (support::IsInterrupted())
-        return std::nullopt;
-    const QString reason = ReasonNotRead(options.input, isReadable, analysis);
-    if (!reason.isEmpty()) {
-        PrintError(reason);
-        return std::nullopt;
-    }
-    return analysis;
-}
-
-QString ReasonNotRead(const QString& path, bool wasReadable, const Analysis& analysis) {
-    switch (analysis.status) {
-    case LoadStatus::Read:
-        break;
-    case LoadStatus::UnknownExtension:
-        return QStringLiteral("Unknown file extension: %1").arg(path);
-    case LoadStatus::NotExpanded:
-        return ReasonNotExpanded(path, analysis.problem);
-    }
-    // The reader reports such a file as a parse error; here it is an input that cannot be read.
-    return wasReadable ? QString() : QStringLiteral("Cannot read file: %1").arg(path);
+        return false;
+    if (!recording.IsDocumentRead())
+        PrintError(recording.GetReason());
+    return recording.IsDocumentRead();
 }
 
 bool PrintOutput(const QByteArray& bytes) {
@@ -134,14 +97,10 @@ bool PrintOutput(const QByteArray& bytes) {
     return false;
 }
 
-ExitCode ReportResults(const Analysis& analysis) {
-    for (const ReadResult& result : analysis.results)
-        PrintError(result.GetText());
-    return analysis.results.empty() ? ExitCode::Success : ExitCode::ReadWithProblems;
-}
-
-bool IsNothingRead(const Analysis& analysis, const CGraphData& data) {
-    return !analysis.results.empty() && data.GetGroups().empty();
+ExitCode ReportProblems(const CRecording& recording) {
+    for (const ReadResult& problem : recording.GetProblems())
+        PrintError(problem.GetText());
+    return recording.GetProblems().empty() ? ExitCode::Success : ExitCode::ReadWithProblems;
 }
 
 ExitCode WrongUsage(const QString& error) {
@@ -151,12 +110,11 @@ ExitCode WrongUsage(const QString& error) {
 }
 
 ExitCode RunCsv(const Options& options) {
-    CGraphData data;
-    const auto analysis = LoadInput(options, data);
-    if (!analysis)
+    CRecording recording;
+    if (!LoadInput(options, recording, recording.GetData()))
         return ExitCode::Failed;
-    if (IsNothingRead(*analysis, data)) {
-        ReportResults(*analysis);
+    if (!recording.IsRead()) {
+        ReportProblems(recording);
         return ExitCode::Failed;
     }
     support::COutputFile output(options.output);
@@ -165,7 +123,7 @@ ExitCode RunCsv(const Options& options) {
     try {
         CCsvFile file;
         file.Open(output.GetDevice());
-        switch (ExportCsv(data, file, MayGoOn)) {
+        switch (ExportCsv(recording.GetData(), file, MayGoOn)) {
         case ExportEnd::Complete:
             break;
         case ExportEnd::Stopped:
@@ -179,7 +137,7 @@ ExitCode RunCsv(const Options& options) {
     }
     if (!output.Commit())
         return FailToWrite(options.output, output.GetErrorText());
-    return ReportResults(*analysis);
+    return ReportProblems(recording);
 }
 
 ExitCode RunPack(const Options& options) {

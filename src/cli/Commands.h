@@ -4,9 +4,7 @@
 #pragma once
 
 #include "cli/Options.h"
-#include "reader/AnalysisFile.h"
-
-#include <optional>
+#include "tracelyn/Recording.h"
 
 namespace Tracelyn {
 
@@ -37,12 +35,11 @@ ExitCode RunCompare(const Options& options);
 
 // The rest is shared by the commands.
 
-// Reads the input that the options name, with a progress line on a terminal. Empty, with the reason printed,
-// when nothing could be read at all; problems inside the file are results. Empty, too, when interrupted.
-std::optional<Analysis> LoadInput(const Options& options, CGraphData& data);
-// Why nothing of the file could be read; empty when its document went through the reader. `wasReadable` tells
-// whether there was a readable file before.
-QString ReasonNotRead(const QString& path, bool wasReadable, const Analysis& analysis);
+// Reads the input that the options name into a model, the recording's own or another, which goes before the
+// recording, with a progress line on a terminal. False, with the reason printed, when its document could not
+// be read at all, and false when interrupted. Otherwise what is wrong with it are the recording's problems.
+// If IsRead is false then, an output would be empty and might replace a useful one.
+bool LoadInput(const Options& options, CRecording& recording, CGraphData& data);
 void PrintError(const QString& text);
 // Writes to the standard output. False, with the reason printed, when not everything was written.
 bool PrintOutput(const QByteArray& bytes);
@@ -51,10 +48,7 @@ ExitCode Fail(const QString& text);
 // The same for an output that cannot be written.
 ExitCode FailToWrite(const QString& path, const QString& reason);
 // Prints every problem that the reader found. Returns Success when there is none, else ReadWithProblems.
-ExitCode ReportResults(const Analysis& analysis);
-// True when there are problems and no group. An output would be empty and might replace a useful one, so the
-// commands write none.
-bool IsNothingRead(const Analysis& analysis, const CGraphData& data);
+ExitCode ReportProblems(const CRecording& recording);
 ExitCode WrongUsage(const QString& error);
 
 } // namespace Tracelyn

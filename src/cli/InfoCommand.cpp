@@ -70,17 +70,18 @@ QJsonObject GroupJson(const CGraphDataGroup& group, int samples) {
     };
 }
 
-QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
+QByteArray InfoJson(const CRecording& recording) {
+    const CGraphData& data = recording.GetData();
     const int samples = data.GetMaxCount();
     QJsonArray groups;
     for (const auto& group : data.GetGroups())
         groups.append(GroupJson(*group, samples));
     QJsonArray results;
-    for (const ReadResult& result : analysis.results) {
+    for (const ReadResult& result : recording.GetProblems()) {
         results.append(QJsonObject{{QStringLiteral("code"), static_cast<int>(result.code)},
                                    {QStringLiteral("text"), result.GetText()}});
     }
-    return QJsonDocument(QJsonObject{{QStringLiteral("name"), analysis.name},
+    return QJsonDocument(QJsonObject{{QStringLiteral("name"), recording.GetName()},
                                      {QStringLiteral("samples"), samples},
                                      {QStringLiteral("groups"), groups},
                                      {QStringLiteral("results"), results}})
@@ -90,14 +91,13 @@ QByteArray InfoJson(const Analysis& analysis, const CGraphData& data) {
 } // namespace
 
 ExitCode RunInfo(const Options& options) {
-    CGraphData data;
-    const auto analysis = LoadInput(options, data);
-    if (!analysis)
+    CRecording recording;
+    if (!LoadInput(options, recording, recording.GetData()))
         return ExitCode::Failed;
-    const QByteArray json = InfoJson(*analysis, data);
+    const QByteArray json = InfoJson(recording);
     if (support::IsInterrupted() || !PrintOutput(json))
         return ExitCode::Failed;
-    return ReportResults(*analysis);
+    return ReportProblems(recording);
 }
 
 } // namespace Tracelyn

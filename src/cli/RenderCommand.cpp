@@ -18,14 +18,13 @@ ExitCode RunRender(const Options& options) {
             QStringLiteral("'%1' is the file to read, which it would replace").arg(options.output));
     if (options.alignSignal && !options.behind)
         return WrongUsage(QStringLiteral("--align needs --compare"));
-    CRecording good; // outlives the graph, which borrows it
+    CRecording recording, good; // outlive the graph, which borrows them
     FileReport report;
     CGraph graph;
-    const auto analysis = LoadInput(options, graph.GetData());
-    if (!analysis)
+    if (!LoadInput(options, recording, graph.GetData()))
         return ExitCode::Failed;
-    if (IsNothingRead(*analysis, graph.GetData())) {
-        ReportResults(*analysis);
+    if (!recording.IsRead()) {
+        ReportProblems(recording);
         return ExitCode::Failed;
     }
     COffscreenWindow window(options.size);
@@ -51,12 +50,13 @@ ExitCode RunRender(const Options& options) {
     if (!isComplete)
         return ExitCode::ReadWithProblems;
 
-    const QByteArray picture = EncodePicture(graph, window, PictureFormatOf(options.output), analysis->name);
+    const QByteArray picture =
+        EncodePicture(graph, window, PictureFormatOf(options.output), recording.GetName());
     if (support::IsInterrupted())
         return ExitCode::Failed;
     if (const auto reason = WritePicture(picture, options.output))
         return FailToWrite(options.output, *reason);
-    const ExitCode code = ReportResults(*analysis);
+    const ExitCode code = ReportProblems(recording);
     return report.problems.isEmpty() ? code : ExitCode::ReadWithProblems;
 }
 

@@ -80,11 +80,10 @@ public:
               FileReport& report) {
         CRecording recording; // outlives the graph, which shows its samples
         CGraph graph;
-        const QString name =
-            ReadRecording(recording, graph.GetData(), file, m_Options.accessLevel, progress, report);
+        ReadRecording(recording, graph.GetData(), file, m_Options.accessLevel, progress, report);
         if (!report.isRead || support::IsInterrupted())
             return;
-        const auto picture = Draw(graph, name, file, report);
+        const auto picture = Draw(graph, recording.GetName(), file, report);
         if (!picture || support::IsInterrupted())
             return;
         if (const auto reason = WritePicture(*picture, output))

@@ -1,9 +1,9 @@
 #include "cli/Rendering.h"
 
 #include "measure/Comparison.h"
-#include "reader/AnalysisFile.h"
 #include "render/Graph.h"
 #include "support/OutputFile.h"
+#include "tracelyn/Recording.h"
 
 #include <algorithm>
 

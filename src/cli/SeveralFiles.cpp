@@ -60,21 +60,15 @@ support::Progress CJointProgress::Of(qsizetype file) {
     };
 }
 
-QString ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
-                      const support::Progress& progress, FileReport& report) {
-    const QFileInfo input(path);
-    const bool isReadable = input.isFile() && input.isReadable();
-    const Analysis analysis = recording.LoadInto(data, path, accessLevel, progress);
-    const QString reason = ReasonNotRead(path, isReadable, analysis);
-    if (!reason.isEmpty()) {
-        report.problems.append(reason);
-        data.Clear();
-        return {};
+void ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
+                   const support::Progress& progress, FileReport& report) {
+    report.isRead = recording.LoadInto(data, path, accessLevel, progress);
+    if (recording.IsDocumentRead()) {
+        for (const ReadResult& problem : recording.GetProblems())
+            report.AddProblem(path, problem.GetText());
+    } else {
+        report.problems.append(recording.GetReason());
     }
-    for (const ReadResult& result : analysis.results)
-        report.AddProblem(path, result.GetText());
-    report.isRead = !IsNothingRead(analysis, data);
-    return analysis.name;
 }
 
 std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,

@@ -53,10 +53,9 @@ private:
 };
 
 // Reads the file into a model, the recording's own or another, which goes before the recording, and adds what
-// is wrong with the file to the report. The model is empty when nothing could be read. Returns the name that
-// the file gives.
-QString ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
-                      const support::Progress& progress, FileReport& report);
+// is wrong with the file to the report.
+void ReadRecording(CRecording& recording, CGraphData& data, const QString& path, int accessLevel,
+                   const support::Progress& progress, FileReport& report);
 
 // Where the recording's zero is: its first sample, or where the named signal first switches on. Nothing, with
 // a problem, when it does not.

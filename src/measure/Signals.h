@@ -31,8 +31,7 @@ int SampleCount(const CGraphData& data);
 double AxisStep(const CGraphData& data);
 
 // The first sample of an on/off signal, from this one on, that is on: where the signal switches on, or this
-// one when it is on already. Nothing when it stays off. Fast however many samples there are; not for several
-// threads that ask one signal.
+// one when it is on already. Nothing when it stays off. Fast however many samples there are.
 std::optional<int> FindSwitchOn(const CGraphDataSet& set, int from);
 // The same for off.
 std::optional<int> FindSwitchOff(const CGraphDataSet& set, int from);

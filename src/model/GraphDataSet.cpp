@@ -53,6 +53,7 @@ void CGraphDataSet::Reset() {
 }
 
 MinMax CGraphDataSet::GetMinMax(int from, int to) const {
+    const std::lock_guard lock(m_CacheMutex);
     if (from != m_nCacheFrom || to != m_nCacheTo) {
         const MinMax found = Scan(from, to);
         m_nCacheFrom = from;

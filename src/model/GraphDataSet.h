@@ -6,12 +6,13 @@
 #include <QString>
 
 #include <cstdint>
+#include <mutex>
 #include <span>
+#include <variant>
 
 namespace Tracelyn {
 
 class CGraphData;
-struct SampleSummary;
 
 // Where a group or a set is shown. The four values are compared literally; they are no bit mask.
 enum class DisplayType : int32_t { None = 0, Graph = 1, Console = 2, Both = 3 };
@@ -27,12 +28,19 @@ constexpr bool IsShownInConsole(DisplayType type) {
 // Colours are 0x00BBGGRR.
 using ColorRef = uint32_t;
 
+// Stored samples as they are in memory, in file order, one of: none, or those of a file type ("Float",
+// "Short", "Long", "UShort", "ULong", and both kinds of bytes, which read unsigned).
+using SampleSpan =
+    std::variant<std::monostate, std::span<const float>, std::span<const int16_t>, std::span<const int32_t>,
+                 std::span<const uint16_t>, std::span<const uint32_t>, std::span<const uint8_t>>;
+
 // "No reference index" for GetValue and GetScaledValue.
 inline constexpr int kNoReference = -1;
 
 // Abstract. A set registers itself in its root while it is constructed; the root owns it from then on, so
 // sets are made with CGraphData::Make. Constructors of derived classes must not throw after the base is
-// built.
+// built. Several threads may use the const functions of a set at the same time while nobody changes it or
+// its samples.
 class CGraphDataSet {
 public:
     CGraphDataSet(const CGraphDataSet&) = delete;
@@ -53,6 +61,10 @@ public:
     // Tells whose samples the set shows: the same for sets that show the same ones. Null when none are
     // stored.
     virtual const void* GetStore() const { return nullptr; }
+    // All samples that the set shows, GetCount() of them, not copied: the span ends when samples are added
+    // and with the samples' owner. GetValue gives the same numbers. None for a set that shows no stored
+    // samples: the axis and reference lines. For one type: std::get_if<std::span<const float>>(&samples).
+    virtual SampleSpan GetSamples() const { return {}; }
     virtual float GetUnitFactor() const { return m_fUnitFactor; }
     virtual float GetUnitOffset() const { return m_fUnitOffset; }
 
@@ -106,6 +118,7 @@ private:
     ColorRef m_crColor = 0;
     bool m_bIgnoreForVerticalAutoScaling = false;
     DisplayType m_nDisplayType = DisplayType::Both;
+    mutable std::mutex m_CacheMutex;
     mutable int m_nCacheFrom = 0;
     mutable int m_nCacheTo = 0;
     mutable float m_fCacheMin = 0.0F;

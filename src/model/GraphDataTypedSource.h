@@ -5,11 +5,13 @@
 #include "support/LargePages.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <span>
 #include <stdexcept>
@@ -17,14 +19,6 @@
 #include <vector>
 
 namespace Tracelyn {
-
-// What some samples that follow each other come to, in values as GetValue gives them.
-struct SampleSummary {
-    float first;
-    float last;
-    // Of the finite values; MinMax::None() when there is none.
-    MinMax finite;
-};
 
 // Memory for samples that are about to be written: growing it writes nothing beforehand.
 template <class T>
@@ -37,10 +31,13 @@ template <class T>
 using UninitializedVector = std::vector<T, UninitializedAllocator<T>>;
 
 // The samples of one signal, contiguous. A variable of the reader owns its source; the sets that show it
-// borrow it. At most INT32_MAX samples.
+// borrow it. At most INT32_MAX samples. Several threads may use the const functions at the same time.
 template <class T>
 class CGraphDataTypedSource {
 public:
+    // What a sample reads as. Bytes read unsigned whatever the signedness of the type that stores them.
+    using Sample = std::conditional_t<sizeof(T) == 1, uint8_t, T>;
+
     CGraphDataTypedSource() = default;
     CGraphDataTypedSource(const CGraphDataTypedSource&) = delete;
     CGraphDataTypedSource& operator=(const CGraphDataTypedSource&) = delete;
@@ -49,10 +46,15 @@ public:
     // The sample as a floating value. An index beyond either end reads the nearest sample; an empty source
     // reads 0.
     virtual double GetValue(int index, int /*refIndex*/) const {
-        return m_nCount == 0 ? 0.0 : Samples()[ClampIndex(index)];
+        return m_nCount == 0 ? 0.0 : GetSamples()[ClampIndex(index)];
     }
 
     int GetCount() const { return m_nCount; }
+
+    // All samples. The span ends with the next change of the source.
+    std::span<const Sample> GetSamples() const {
+        return {reinterpret_cast<const Sample*>(m_Values.data()), static_cast<size_t>(m_nCount)};
+    }
 
     // Makes room for n samples beforehand, never for fewer than there are; the count stays.
     void SetSize(int n) { m_Values.resize(static_cast<size_t>(std::max(n, m_nCount))); }
@@ -91,7 +93,7 @@ public:
             std::ranges::fill(values, 0.0);
             return;
         }
-        const auto samples = Samples();
+        const auto samples = GetSamples();
         if (step == 1 && first >= 0 && static_cast<size_t>(first) + values.size() <= samples.size()) {
             std::ranges::copy(samples.subspan(static_cast<size_t>(first), values.size()), values.begin());
             return;
@@ -111,7 +113,7 @@ public:
         if (m_nCount == 0 || from >= to)
             return found;
         BuildIndex();
-        found.Widen(m_Index.Find(Samples(), ClampIndex(from), ClampIndex(int64_t{to} - 1) + 1));
+        found.Widen(m_Index.Find(GetSamples(), ClampIndex(from), ClampIndex(int64_t{to} - 1) + 1));
         return found;
     }
 
@@ -119,7 +121,7 @@ public:
     // within 0 and the count; the summary of an empty range is left as it is.
     void Summarize(std::span<const int> bounds, std::span<SampleSummary> summaries) const {
         BuildIndex();
-        const auto samples = Samples();
+        const auto samples = GetSamples();
         const bool hasInfinity = PrepareFinite();
         // Where the ranges are long, most bounds are not in the processor's cache. It fetches some in
         // advance.
@@ -142,23 +144,27 @@ public:
 
     // Prepares fast scans of the samples there are, which must all have been written and stay as they are.
     // Each source may be prepared by another thread.
-    void BuildIndex() const { m_Index.Extend(Samples()); }
+    void BuildIndex() const { Complete(m_Index, m_nIndexed); }
     size_t GetIndexBytes() const { return m_Index.GetBytes() + m_FiniteIndex.GetBytes(); }
 
 private:
-    // Bytes read unsigned whatever the signedness of the type that stores them.
-    using Sample = std::conditional_t<sizeof(T) == 1, uint8_t, T>;
-
-    std::span<const Sample> Samples() const {
-        return {reinterpret_cast<const Sample*>(m_Values.data()), static_cast<size_t>(m_nCount)};
+    // Takes into the index what was added since the last call; `indexed` is the number of samples it has.
+    // Threads that find nothing missing do not wait.
+    template <class Index>
+    void Complete(Index& index, std::atomic<int>& indexed) const {
+        if (indexed.load(std::memory_order_acquire) == m_nCount)
+            return;
+        const std::lock_guard lock(m_IndexMutex);
+        index.Extend(GetSamples());
+        indexed.store(m_nCount, std::memory_order_release);
     }
 
     // Whether any sample is infinite. Builds the index of the finite ones then.
     bool PrepareFinite() const {
         if constexpr (std::is_floating_point_v<Sample>) {
-            const MinMax all = m_Index.Find(Samples(), 0, Samples().size());
+            const MinMax all = m_Index.Find(GetSamples(), 0, GetSamples().size());
             if (all.HasValue() && (std::isinf(all.min) || std::isinf(all.max))) {
-                m_FiniteIndex.Extend(Samples());
+                Complete(m_FiniteIndex, m_nFiniteIndexed);
                 return true;
             }
         }
@@ -171,9 +177,12 @@ private:
 
     UninitializedVector<T> m_Values;
     int m_nCount = 0;
+    mutable std::mutex m_IndexMutex;
     mutable CMinMaxIndex<Sample> m_Index;
+    mutable std::atomic<int> m_nIndexed = 0;
     // Empty unless samples are infinite and were summed up.
     mutable CMinMaxIndex<Sample, 64, FiniteValues> m_FiniteIndex;
+    mutable std::atomic<int> m_nFiniteIndexed = 0;
 };
 
 } // namespace Tracelyn

@@ -20,6 +20,7 @@ public:
     bool IsBinary() const override { return false; }
     int GetCount() const override { return m_pSource->GetCount(); }
     const void* GetStore() const override { return m_pSource; }
+    SampleSpan GetSamples() const override { return m_pSource->GetSamples(); }
     void GetValues(int first, int step, std::span<double> values) const override {
         m_pSource->GetValues(first, step, values);
     }

@@ -35,6 +35,14 @@ struct MinMax {
     }
 };
 
+// What some samples that follow each other come to, in values as GetValue gives them.
+struct SampleSummary {
+    float first;
+    float last;
+    // Of the finite values; MinMax::None() when there is none.
+    MinMax finite;
+};
+
 // Comparisons for Extreme, of two values or of two vectors of values: of all values, or of those that are
 // finite.
 struct AllValues {

@@ -54,21 +54,12 @@ Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& 
 
 Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
                       const support::Progress& progress) {
-    return LoadAnalysis(path, accessLevel, ReadInto(data), progress);
+    return LoadAnalysis(CTypedDataRegistry::Instance(), path, accessLevel, data, progress);
 }
 
-CRecording::CRecording() : m_pSamples(std::make_unique<CTypedDataRegistry>()) {}
-
-CRecording::~CRecording() = default;
-
-Analysis CRecording::Load(const QString& path, int accessLevel, const support::Progress& progress) {
-    return LoadInto(m_Data, path, accessLevel, progress);
-}
-
-Analysis CRecording::LoadInto(CGraphData& data, const QString& path, int accessLevel,
-                              const support::Progress& progress) {
-    data.Clear();
-    return LoadWith(*m_pSamples, path, accessLevel, ReadInto(data), progress);
+Analysis LoadAnalysis(CTypedDataRegistry& samples, const QString& path, int accessLevel, CGraphData& data,
+                      const support::Progress& progress) {
+    return LoadWith(samples, path, accessLevel, ReadInto(data), progress);
 }
 
 QString AnalysisEntryName() {

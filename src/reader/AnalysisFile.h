@@ -10,7 +10,6 @@
 #include <QString>
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace Tracelyn {
@@ -46,29 +45,10 @@ Analysis LoadAnalysis(const QString& path, int accessLevel, const ReadDocument& 
 // Appends the file to `data`; its samples live until the next load.
 Analysis LoadAnalysis(const QString& path, int accessLevel, CGraphData& data,
                       const support::Progress& progress = {});
-
-// A recording of its own: its model and the samples that it shows live and go together, whatever else is
-// loaded. Several may be loaded and used at the same time, each by its thread.
-class CRecording {
-public:
-    CRecording();
-    CRecording(const CRecording&) = delete;
-    CRecording& operator=(const CRecording&) = delete;
-    ~CRecording();
-
-    // Replaces what was loaded before; otherwise as LoadAnalysis.
-    Analysis Load(const QString& path, int accessLevel, const support::Progress& progress = {});
-    // The same into another model, which must be cleared before this object loads again or goes.
-    Analysis LoadInto(CGraphData& data, const QString& path, int accessLevel,
+// The same with samples that live in a registry of the caller, until its next load. Loads with different
+// registries may run at the same time.
+Analysis LoadAnalysis(CTypedDataRegistry& samples, const QString& path, int accessLevel, CGraphData& data,
                       const support::Progress& progress = {});
-
-    CGraphData& GetData() { return m_Data; }
-    const CGraphData& GetData() const { return m_Data; }
-
-private:
-    std::unique_ptr<CTypedDataRegistry> m_pSamples; // outlives the model, which points into it
-    CGraphData m_Data;
-};
 
 // The name under which a container holds its document.
 QString AnalysisEntryName();
