@@ -30,8 +30,10 @@ target_compile_definitions(tracelyn_options INTERFACE
 function(tracelyn_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
-    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} tracelyn_options)
+    target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>)
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    # The options are ours: a program that uses an installed library has its own.
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} $<BUILD_INTERFACE:tracelyn_options>)
     # The toolkit asks for -fPIC, which would keep functions from being inlined within their file.
     target_compile_options(${name} PRIVATE -fno-semantic-interposition)
 endfunction()
