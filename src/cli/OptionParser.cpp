@@ -96,8 +96,9 @@ std::optional<Options> ParseCommand(const CommandEntry& command, const QStringLi
         if (!ReadOption(parser, option, options, error))
             return std::nullopt;
     }
-    if (options.from && options.to && *options.from > *options.to) {
-        error = QStringLiteral("--from %1 lies behind --to %2").arg(*options.from).arg(*options.to);
+    const auto& [from, to, whileSignal] = options.samples;
+    if (from && to && *from > *to) {
+        error = QStringLiteral("--from %1 lies behind --to %2").arg(*from).arg(*to);
         return std::nullopt;
     }
     return options;

@@ -111,32 +111,35 @@ constexpr OptionEntry kAlign{"align", "sample|NAME", false, [](const QString& te
 constexpr std::array kRenderOptions{
     kCode[0],
     OptionEntry{"size", "WxH", false,
-                [](const QString& text, Options& options) { return Store(options.size, ToSize(text)); }},
+                [](const QString& text, Options& options) { return Store(options.view.size, ToSize(text)); }},
     OptionEntry{"scheme", "dark|light", false,
                 [](const QString& text, Options& options) {
-                    return Store(options.dark, FirstOf(text, "dark", "light"));
+                    return Store(options.view.dark, FirstOf(text, "dark", "light"));
                 }},
-    OptionEntry{"cursor", "N", false,
-                [](const QString& text, Options& options) { return Store(options.cursor, ToInt(text)); }},
+    OptionEntry{
+        "cursor", "N", false,
+        [](const QString& text, Options& options) { return Store(options.view.cursor, ToInt(text)); }},
     OptionEntry{
         "fixed", "N", false,
-        [](const QString& text, Options& options) { return Store(options.fixedCursor, ToInt(text)); }},
-    OptionEntry{"zoom", "F", false,
-                [](const QString& text, Options& options) { return Store(options.zoom, ToFloat(text)); }},
+        [](const QString& text, Options& options) { return Store(options.view.fixedCursor, ToInt(text)); }},
+    OptionEntry{
+        "zoom", "F", false,
+        [](const QString& text, Options& options) { return Store(options.view.zoom, ToFloat(text)); }},
     OptionEntry{
         "scroll", "N", false,
-        [](const QString& text, Options& options) { return Store(options.scroll, ToPosition(text)); }},
-    OptionEntry{
-        "console", "left|right|none", false,
-        [](const QString& text, Options& options) { return Store(options.console, ToConsolePlace(text)); }},
+        [](const QString& text, Options& options) { return Store(options.view.scroll, ToPosition(text)); }},
+    OptionEntry{"console", "left|right|none", false,
+                [](const QString& text, Options& options) {
+                    return Store(options.view.console, ToConsolePlace(text));
+                }},
     OptionEntry{"toggle", "GROUP", true,
                 [](const QString& text, Options& options) {
-                    options.toggledGroups.append(text);
+                    options.view.toggledGroups.append(text);
                     return true;
                 }},
     OptionEntry{"events", nullptr, false,
                 [](const QString& /*text*/, Options& options) {
-                    options.everyEvent = true;
+                    options.view.everyEvent = true;
                     return true;
                 }},
     OptionEntry{"compare", "GOOD", false,
@@ -165,13 +168,15 @@ constexpr OptionEntry kFormat{"format", "table|csv|json", false, [](const QStrin
 
 constexpr std::array kStatsOptions{
     kCode[0],
-    OptionEntry{"from", "N", false,
-                [](const QString& text, Options& options) { return Store(options.from, ToPosition(text)); }},
-    OptionEntry{"to", "N", false,
-                [](const QString& text, Options& options) { return Store(options.to, ToPosition(text)); }},
+    OptionEntry{
+        "from", "N", false,
+        [](const QString& text, Options& options) { return Store(options.samples.from, ToPosition(text)); }},
+    OptionEntry{
+        "to", "N", false,
+        [](const QString& text, Options& options) { return Store(options.samples.to, ToPosition(text)); }},
     OptionEntry{"while", "NAME", false,
                 [](const QString& text, Options& options) {
-                    options.whileSignal = text;
+                    options.samples.whileSignal = text;
                     return true;
                 }},
     kFormat,

@@ -27,7 +27,7 @@ ExitCode RunRender(const Options& options) {
         ReportProblems(recording);
         return ExitCode::Failed;
     }
-    COffscreenWindow window(options.size);
+    COffscreenWindow window(options.view.size);
     if (window.GetImage().isNull())
         return Fail(QStringLiteral("Not enough memory for the picture"));
     QString error;

@@ -98,7 +98,7 @@ private:
     // Nothing, with a problem, when there is nothing to write.
     std::optional<QByteArray> Draw(CGraph& graph, const QString& name, const QString& file,
                                    FileReport& report) {
-        COffscreenWindow window(m_Options.size);
+        COffscreenWindow window(m_Options.view.size);
         if (window.GetImage().isNull()) {
             report.AddProblem(file, QStringLiteral("Not enough memory for the picture"));
             return std::nullopt;

@@ -5,59 +5,13 @@
 #include "support/OutputFile.h"
 #include "tracelyn/Recording.h"
 
-#include <algorithm>
-
 namespace Tracelyn {
 
-namespace {
-
-// Of several groups of a name the first one that the picture shows. False when no group has one of the names.
-bool ToggleGroups(CGraph& graph, const QStringList& names, QString& error) {
-    for (const QString& name : names) {
-        const CGraphData& data = graph.GetData();
-        CGraphDataGroup* const shown = data.FindGraphGroup(name);
-        CGraphDataGroup* const group = shown == nullptr ? data.FindGroup(name) : shown;
-        if (group == nullptr) {
-            error = QStringLiteral("--toggle: the file has no group '%1'").arg(name);
-            return false;
-        }
-        group->m_bExpanded = !group->m_bExpanded;
-    }
-    return true;
-}
-
-void PlaceConsole(CGraph& graph, CGraphWindow& window, const Options& options) {
-    if (options.console == ConsolePlace::None)
-        graph.ShowConsole(window, false);
-    else if (options.console && (options.console == ConsolePlace::Left) != graph.IsConsoleOnLeft())
-        graph.ToggleConsoleSide(window);
-}
-
-void MoveTo(CGraph& graph, CGraphWindow& window, const Options& options) {
-    if (options.cursor)
-        graph.SetCursorPosition(window, *options.cursor);
-    if (options.fixedCursor)
-        graph.SetFixedCursor(window, *options.fixedCursor);
-    if (options.zoom)
-        graph.Zoom(window, *options.zoom);
-    if (options.scroll)
-        graph.OnHScroll(window, ScrollCode::ThumbPosition, static_cast<uint32_t>(*options.scroll));
-}
-
-} // namespace
-
 bool ShowView(CGraph& graph, COffscreenWindow& window, const Options& options, QString& error) {
-    if (!options.dark)
-        graph.ToggleBackground(window);
-    graph.ShowEveryEvent(window, options.everyEvent);
-    graph.SetResetPending();
-    window.Paint(graph);
-
-    PlaceConsole(graph, window, options);
-    if (!ToggleGroups(graph, options.toggledGroups, error))
-        return false;
-    MoveTo(graph, window, options);
-    return true;
+    const auto missing = ShowView(graph, window, options.view);
+    if (missing)
+        error = QStringLiteral("--toggle: the file has no group '%1'").arg(*missing);
+    return !missing;
 }
 
 std::optional<int> ReadGood(CRecording& good, const Options& options, const support::Progress& progress,
@@ -72,9 +26,7 @@ bool ShowBehind(CGraph& graph, COffscreenWindow& window, const Options& options,
     const auto zero = ZeroOf(data, options, file, report);
     if (!goodZero || !zero)
         return false;
-    const auto signals = MatchSignals(good, data);
-    if (std::ranges::none_of(signals,
-                             [](const CommonSignal& signal) { return signal.compared != nullptr; })) {
+    if (!HaveCommonSignal(MatchSignals(good, data))) {
         report.AddProblem(file, QStringLiteral("no signal is also in %1").arg(*options.behind));
         return false;
     }

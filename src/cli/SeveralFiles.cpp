@@ -1,7 +1,6 @@
 #include "cli/SeveralFiles.h"
 
 #include "cli/Commands.h"
-#include "measure/Signals.h"
 #include "model/GraphData.h"
 #include "support/Interrupt.h"
 #include "support/Parallel.h"
@@ -46,6 +45,14 @@ void FileReport::AddProblem(const QString& file, const QString& text) {
     problems.append(QStringLiteral("%1: %2").arg(file, text));
 }
 
+void FileReport::Add(const QString& file, const ComparisonReport& found) {
+    lines.insert(lines.end(), found.lines.begin(), found.lines.end());
+    for (const QString& text : found.problems)
+        AddProblem(file, text);
+    for (const QString& text : found.remarks)
+        remarks.append(QStringLiteral("%1: %2").arg(file, text));
+}
+
 CJointProgress::CJointProgress(qsizetype files)
     : m_Done(static_cast<size_t>(files), 0.0), m_bShown(support::IsTerminal(stderr)), m_Line(stderr) {}
 
@@ -73,14 +80,10 @@ void ReadRecording(CRecording& recording, CGraphData& data, const QString& path,
 
 std::optional<int> ZeroOf(const CGraphData& data, const Options& options, const QString& file,
                           FileReport& report) {
-    if (!options.alignSignal)
-        return 0;
-    const CGraphDataSet* const signal = FindOnOffSignal(data, *options.alignSignal);
-    const std::optional<int> zero = signal == nullptr ? std::nullopt : FindSwitchOn(*signal, 0);
-    if (signal == nullptr)
-        report.AddProblem(file, QStringLiteral("there is no on/off signal '%1'").arg(*options.alignSignal));
-    else if (!zero)
-        report.AddProblem(file, QStringLiteral("'%1' is never on").arg(*options.alignSignal));
+    QString reason;
+    const std::optional<int> zero = FindZero(data, options.alignSignal, reason);
+    if (!zero)
+        report.AddProblem(file, reason);
     return zero;
 }
 

@@ -33,6 +33,7 @@ struct FileReport {
 
     // Adds "FILE: TEXT" to the problems.
     void AddProblem(const QString& file, const QString& text);
+    void Add(const QString& file, const ComparisonReport& found);
 };
 
 // One progress line on a terminal for files that are read at the same time.

@@ -80,6 +80,11 @@ std::vector<CommonSignal> MatchSignals(const CGraphData& good, const CGraphData&
     return matches;
 }
 
+bool HaveCommonSignal(std::span<const CommonSignal> signals) {
+    return std::ranges::any_of(signals,
+                               [](const CommonSignal& signal) { return signal.compared != nullptr; });
+}
+
 Deviation Compare(const CGraphDataSet& good, const CGraphDataSet& compared, int shift) {
     const int64_t begin = std::max(0, shift);
     const int64_t end = std::min(int64_t{compared.GetCount()}, int64_t{good.GetCount()} + shift);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <vector>
 
 namespace Tracelyn {
@@ -22,13 +23,18 @@ struct CommonSignal {
 // CGraphData::FindCounterpart. A second signal of the same name in groups of the same name is left out.
 std::vector<CommonSignal> MatchSignals(const CGraphData& good, const CGraphData& compared);
 
+// Whether the other recording has any of them.
+bool HaveCommonSignal(std::span<const CommonSignal> signals);
+
 // Of the differences between the scaled values, compared less good. Differences that are not finite count for
 // nothing; when none is left, the figures are not-a-number and `at` is -1.
 struct Deviation {
-    double largest = std::numeric_limits<double>::quiet_NaN(); // magnitude
-    int at = -1; // the first sample of the compared signal that has it
-    double rms = std::numeric_limits<double>::quiet_NaN(); // root of the mean square
-    int64_t count = 0;                                     // of the samples that count
+    static constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+    double largest = kNone; // magnitude
+    int at = -1;            // the first sample of the compared signal that has it
+    double rms = kNone;     // root of the mean square
+    int64_t count = 0;      // of the samples that count
 };
 
 // Sample i of the compared signal stands beside sample i - shift of the good one. Samples without a neighbour

@@ -24,6 +24,11 @@ public:
     CGraphData(const CGraphData&) = delete;
     CGraphData& operator=(const CGraphData&) = delete;
     ~CGraphData() { Clear(); }
+    // Exchanges all groups and sets, which stay where they are in memory.
+    void Swap(CGraphData& other) noexcept {
+        m_Groups.swap(other.m_Groups);
+        m_Sets.swap(other.m_Sets);
+    }
 
     void AddGroup(std::unique_ptr<CGraphDataGroup> group) { m_Groups.push_back(std::move(group)); }
     // Takes ownership. Only the constructors of the sets call it.
