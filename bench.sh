@@ -11,5 +11,5 @@ cd "$(dirname "$(readlink -f "$0")")"
 
 need_packages "${build_packages[@]}" "${bench_packages[@]}"
 cmake --preset release -DTRACELYN_BENCH=ON >/dev/null
-build release tracelyn-cli tracelyn tracelyn_bench empty_window
+build release tracelyn-cli tracelyn tracelyn_python tracelyn_bench empty_window
 exec python3 bench/bench.py --folder "$callers_folder" "$@"

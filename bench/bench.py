@@ -16,24 +16,19 @@ import time
 from dataclasses import asdict, dataclass
 from pathlib import Path
 
+import python_module
+
 ROOT = Path(__file__).resolve().parent.parent
-CLI = ROOT / "build/release/src/cli/tracelyn-cli"
-BENCH = ROOT / "build/release/bench/tracelyn_bench"
-WINDOW = ROOT / "build/release/src/app/tracelyn"
-EMPTY_WINDOW = ROOT / "build/release/bench/empty_window"
+BUILD = ROOT / "build/release"
+CLI = BUILD / "src/cli/tracelyn-cli"
+BENCH = BUILD / "bench/tracelyn_bench"
+WINDOW = BUILD / "src/app/tracelyn"
+EMPTY_WINDOW = BUILD / "bench/empty_window"
 MAKE_SAMPLES = ROOT / "samples/make_samples.py"
 FILES = ROOT / "build/bench"
 SIGNALS = 16
-INFO = [CLI, "info", "--code", "47195"]  # with the code that shows every signal
+INFO = [CLI, "info", "--code", python_module.CODE]
 TYPE_SIZES = {"Byte": 1, "UByte": 1, "Binary": 1, "Short": 2, "UShort": 2, "Long": 4, "ULong": 4, "Float": 4}
-
-# Debian's Python has Debian's pandas, whichever Python runs this. Prints the seconds of the reading alone.
-READ_CSV = """
-import sys, time, pandas
-start = time.perf_counter()
-pandas.read_csv(sys.argv[1], header=None, engine="c")
-print(time.perf_counter() - start)
-"""
 
 
 @dataclass
@@ -152,9 +147,8 @@ def seconds_of(command):
     return lambda: run(command)[0]
 
 
-def seconds_of_read_csv(csv):
-    return lambda: float(subprocess.run(["/usr/bin/python3", "-c", READ_CSV, csv], check=True,
-                                        stdout=subprocess.PIPE).stdout)
+def seconds_in_python(script, *arguments):
+    return lambda: python_module.seconds_of(script, *arguments, build=BUILD)
 
 
 def processor_seconds(process):
@@ -228,8 +222,10 @@ def measure_loads(rows, rounds):
              "noise_parse": [*parse, noisy], "paf": [*INFO, paf], "gzip": ["gzip", "-dc", gz],
              "four": [*INFO, four]}
     one = {name + "_one_core": ["taskset", "-c", "0", *command] for name, command in sides.items()}
-    load = fastest(rounds, pandas=seconds_of_read_csv(csv),
+    load = fastest(rounds, pandas=seconds_in_python(python_module.READ_CSV, csv),
+                   python=seconds_in_python(python_module.READ, calm, python_module.CODE),
                    **{name: seconds_of(command) for name, command in {**sides, **one}.items()})
+    frame = python_module.fastest_to_pandas(calm, rounds, BUILD)
     peak = min(run([*INFO, calm])[1] for _ in range(min(rounds, 3)))
     allowed = calm.stat().st_size + stored_bytes(calm, rows)
 
@@ -249,9 +245,15 @@ def measure_loads(rows, rounds):
               lambda core: load["four" + core] / load["calm" + core]),
         Row("load of the .xml", "pandas.read_csv of the same rows", ">= 6 x faster", 6.0,
             load["pandas"] / load["calm"], at_least=True),
+        Row("tracelyn.read in Python", "load of the .xml by the tool", "<= 1.1 x", 1.1, load["python"] / load["calm"]),
+        Row("tracelyn.read in Python", "pandas.read_csv of the same rows", ">= 5 x faster", 5.0,
+            load["pandas"] / load["python"], at_least=True),
+        Row("to_pandas()", "the copies of its arrays", "<= 2 x", 2.0, frame["to_pandas"] / frame["copies"]),
+        Row("to_pandas()", "pandas.read_csv of the same rows", ">= 5 x faster", 5.0,
+            load["pandas"] / frame["to_pandas"], at_least=True),
         Row("peak memory of a load", "file size plus typed stores", "<= 0.5 x", 0.5, peak / allowed),
     ]
-    return table, {"load": load, "peak_bytes": peak, "file_bytes": calm.stat().st_size,
+    return table, {"load": load, "to_pandas": frame, "peak_bytes": peak, "file_bytes": calm.stat().st_size,
                    "stored_bytes": stored_bytes(calm, rows)}
 
 
