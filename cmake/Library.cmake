@@ -6,14 +6,15 @@ include(CMakePackageConfigHelpers)
 set(libraries recording model reader measure render csv support xmldom)
 # The headers to include, and what those include. Below include/tracelyn they lie as below src/.
 set(headers
-    measure/Comparison.h measure/CompensatedSum.h measure/Moments.h measure/Signals.h measure/Statistics.h
-    measure/StatisticsIndex.h measure/StatisticsTable.h measure/Table.h
+    measure/Comparison.h measure/ComparisonTable.h measure/CompensatedSum.h measure/Moments.h measure/SampleChoice.h
+    measure/Signals.h measure/Statistics.h measure/StatisticsIndex.h measure/StatisticsTable.h measure/Table.h
     model/GraphData.h model/GraphDataGroup.h model/GraphDataSet.h model/GraphDataTypedSource.h
     model/GraphDataVariants.h model/MinMax.h
     reader/AnalysisFile.h reader/Problems.h reader/SignalFileReader.h reader/container/Deflate.h
     reader/container/zip.h reader/csv/CsvExport.h reader/csv/CsvFile.h
     render/Canvas.h render/ColumnFill.h render/Graph.h render/GraphDrawingContext.h render/GraphLayout.h
-    render/GraphWindow.h render/Mapping.h render/Picture.h render/PixelPainter.h render/RunFill.h render/SmallFont.h
+    render/GraphWindow.h render/Mapping.h render/Picture.h render/PictureView.h render/PixelPainter.h render/RunFill.h
+    render/SmallFont.h
     support/LargePages.h support/Limits.h support/OutputFile.h support/Progress.h support/ScratchFolder.h)
 
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/Tracelyn)
