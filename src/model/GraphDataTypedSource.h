@@ -84,8 +84,16 @@ public:
         return added;
     }
 
-    // Takes back the last n of the samples, of which nothing was asked yet.
-    void RemoveLast(int n) { m_nCount -= std::min(n, m_nCount); }
+    // Takes back the last n of the samples, of which nothing was asked yet. Gives memory back when much is
+    // left.
+    void RemoveLast(int n) {
+        m_nCount -= std::min(n, m_nCount);
+        const auto count = static_cast<size_t>(m_nCount);
+        if (m_Values.size() - count > count / 4) {
+            m_Values.resize(count);
+            m_Values.shrink_to_fit();
+        }
+    }
 
     // The samples at first, first + step, ... as GetValue gives them, as many as `values` holds.
     void GetValues(int first, int step, std::span<double> values) const {

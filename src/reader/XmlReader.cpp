@@ -14,9 +14,11 @@
 #include "xmldom/XmlDomElement.h"
 #include "xmldom/XmlDomNode.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -31,8 +33,11 @@ constexpr std::array<ColorRef, 7> kBinaryColors{0xAAAA00, 0x0000AA, 0x00AAAA, 0x
                                                 0xAA8844, 0xAAAAAA, 0x00AA00};
 
 constexpr int kDefaultDecimals = 3;
-// Share of the reading after which the document is loaded and its sample rows are found.
-constexpr double kLoadedShare = 0.2;
+// Share of the reading after which the document is loaded and its sample rows are found; they are found soon
+// when nobody looks at them.
+constexpr double LoadedShare(TextCheck check) {
+    return check == TextCheck::Now ? 0.2 : 0.02;
+}
 
 void ApplyUnit(CGraphDataSet& set, const Unit& unit) {
     set.SetProperties(set.GetName(), unit.name, unit.offset, unit.factor, unit.precision);
@@ -64,8 +69,7 @@ bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
             continue;
         CXmlDomElement element;
         child.GetElement(element);
-        m_Read.isStopped = m_Read.isStopped || !support::Report(GetProgress(), kLoadedShare);
-        if (m_Read.isStopped)
+        if (!m_Asked(0))
             return MayGoOn();
         if (!visit(element, element.GetNodeName()))
             return false;
@@ -75,18 +79,27 @@ bool CXmlReader::ForEachElement(const CXmlDomElement& parent, Visitor visit) {
 
 CXmlReader::CXmlReader() : CXmlReader(CTypedDataRegistry::Instance()) {}
 
-CXmlReader::CXmlReader(CTypedDataRegistry& registry) : m_Registry(registry) {
+CXmlReader::CXmlReader(CTypedDataRegistry& registry)
+    : m_Registry(registry), m_Asked([this](double done) {
+          m_fDone = std::max(m_fDone, done);
+          m_Read.isStopped = m_Read.isStopped || !support::Report(GetProgress(), m_fDone);
+          return !m_Read.isStopped;
+      }) {
     m_Registry.Clear();
 }
 
 void CXmlReader::ReadAnalysis(CGraphData& data, const QString& path) {
     const size_t groups = data.GetGroups().size();
     const size_t sets = data.GetSets().size();
+    // What an earlier call has read cannot be told from what would be read in vain.
+    const bool isFirst = std::exchange(m_bFirst, false);
     try {
-        if (!ReadDocument(data, path, TextCheck::Later)) {
-            data.KeepFirst(groups, sets);
-            m_Registry.Clear();
-            m_Read = {};
+        if (!isFirst || !ReadDocument(data, path, TextCheck::Later)) {
+            if (isFirst) {
+                data.KeepFirst(groups, sets);
+                m_Registry.Clear();
+                m_Read = {};
+            }
             ReadDocument(data, path, TextCheck::Now);
         }
     } catch (...) {
@@ -101,47 +114,44 @@ bool CXmlReader::ReadDocument(CGraphData& data, const QString& path, TextCheck c
     CXmlDomDocument document;
     std::unique_ptr<CSampleText> rows; // null when they are in the document
     QString error;
-    const support::Progress progress = [this](double done) {
-        m_Read.isStopped = m_Read.isStopped || !support::Report(GetProgress(), done);
-        return !m_Read.isStopped;
-    };
-    const auto loading = support::StepOf(progress, 0, kLoadedShare);
+    const auto loading = support::StepOf(m_Asked, 0, LoadedShare(check));
     if (!LoadWithRowsApart(path, "Data", document, rows, error, loading, check)) {
         // Not cut: the reason stands behind the path, which may be long.
         if (MayGoOn())
             m_Read.problems.AddAlways(ResultCode::XmlParseError, error);
         return true;
     }
-    CXmlDomElement root;
-    const QString rootName = document.GetRootElement(root) ? root.GetNodeName() : QString();
-    if (rootName != QLatin1String("Analysis")) {
-        Fail(ResultCode::InvalidRootName, rootName);
-        return true;
-    }
-    m_Read.name = ReadText(root, "Name");
-
-    CXmlDomElement definition;
-    const bool isDefined = FindRequired(root, "DataDefinition", definition);
-    if (!ReadDataDefinition(data, isDefined ? &definition : nullptr))
-        return true;
-    CXmlDomElement groups;
-    if (!FindRequired(root, "Groups", groups) || !ReadGroups(data, groups))
-        return true;
+    const bool isChecked = rows == nullptr || rows->IsChecked();
     CXmlDomElement block;
-    if (!FindRequired(root, "Data", block))
-        return true;
+    if (!ReadUpToRows(data, document, block))
+        return isChecked || m_Read.isStopped;
     if (rows == nullptr)
         rows = SampleTextInMemory(block.GetTextUtf8());
-    // To find rows and leave them unchecked takes no time.
-    const auto rest = support::StepOf(progress, rows->IsChecked() ? kLoadedShare : 0, 1);
+    const auto rest = support::StepOf(m_Asked, LoadedShare(check), 1);
     std::optional<QString> problem;
-    if (rows->IsChecked())
+    if (isChecked)
         problem = ReadDataBlock(*rows, m_Read.variables, rest);
     else if (!ReadUncheckedBlock(*rows, m_Read.variables, rest, problem))
         return false;
     if (problem)
         m_Read.problems.AddAlways(ResultCode::UnknownError, *problem);
     return true;
+}
+
+bool CXmlReader::ReadUpToRows(CGraphData& data, const CXmlDomDocument& document, CXmlDomElement& block) {
+    CXmlDomElement root;
+    const QString rootName = document.GetRootElement(root) ? root.GetNodeName() : QString();
+    if (rootName != QLatin1String("Analysis"))
+        return Fail(ResultCode::InvalidRootName, rootName);
+    m_Read.name = ReadText(root, "Name");
+
+    CXmlDomElement definition;
+    const bool isDefined = FindRequired(root, "DataDefinition", definition);
+    if (!ReadDataDefinition(data, isDefined ? &definition : nullptr))
+        return false;
+    CXmlDomElement groups;
+    return FindRequired(root, "Groups", groups) && ReadGroups(data, groups) &&
+           FindRequired(root, "Data", block);
 }
 
 bool CXmlReader::ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition) {

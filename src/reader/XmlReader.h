@@ -17,6 +17,7 @@ namespace Tracelyn {
 
 class CGraphDataGroup;
 class CTypedDataRegistry;
+class CXmlDomDocument;
 class CXmlDomElement;
 class TypedDataBase;
 struct Unit;
@@ -71,6 +72,8 @@ private:
 
     // False when nothing of what was read holds, because rows that came unchecked were not what they seemed.
     bool ReadDocument(CGraphData& data, const QString& path, TextCheck check);
+    // What stands before the rows of `block`, which it finds. False when a problem ends the reading.
+    bool ReadUpToRows(CGraphData& data, const CXmlDomDocument& document, CXmlDomElement& block);
     // Each step adds its problems to the results and returns false when the problem ends the reading.
     // Null when the document has no such element.
     bool ReadDataDefinition(CGraphData& data, const CXmlDomElement* definition);
@@ -97,6 +100,10 @@ private:
 
     CTypedDataRegistry& m_Registry;
     Reading m_Read;
+    bool m_bFirst = true; // nothing was read yet
+    // Reports the progress, which never falls, and notes when it asks to stop.
+    support::Progress m_Asked;
+    double m_fDone = 0;
 };
 
 } // namespace Tracelyn

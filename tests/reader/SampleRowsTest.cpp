@@ -175,12 +175,26 @@ TEST(SampleRows, AreReadAgainWhenTheyAreNotWhatTheyLookedLike) {
     const QByteArray rows = QByteArray("1234567,1234567\n").repeated(80'000);
     const QByteArray moreThanExpected =
         QByteArray(rows).replace(30'000, 40'000, QByteArray("\n").repeated(40'000));
+    const QByteArray groups = "<Groups><Group Name='h'><Line DataName='0'/></Group></Groups>";
     // What seems to be the end of the rows is that of others, and between them stand groups.
-    const QByteArray group = "<Group Name='h'><Line DataName='0'/></Group>";
-    const QByteArray twice = "<Data>1,2\n3</Data><Groups>" + group + "</Groups><Data>" + rows + "</Data>";
+    const QByteArray twice = "<Data>1,2\n3</Data>" + groups + "<Data>" + rows + "</Data>";
     for (const QByteArray& data : {"<Data>" + moreThanExpected + "</Data>", twice,
                                    "<Data>" + QByteArray(" \n").repeated(600'000) + "</Data>"})
         ExpectPlainSamples(Whole({"Float", "Long"}, data), data.left(20).toStdString());
+    const QByteArray document = Whole({"Float", "Long"}, twice);
+    ExpectPlainSamples(QByteArray(document).remove(document.indexOf("<Groups>"),
+                                                   document.indexOf("<Data>") - document.indexOf("<Groups>")),
+                       "no other groups");
+    // Whatever else is wrong, a text that is no document is no recording.
+    const TestFolder folder;
+    for (const char* const type : {"Float", "Real"}) {
+        CGraphData data;
+        CXmlReader reader;
+        reader.ReadAnalysis(data, folder.Write("a.xml", Whole({type}, "<Data>" + rows + "&none;</Data>")));
+        ASSERT_EQ(reader.GetResults().size(), 1U);
+        EXPECT_EQ(reader.GetResults().front().code, ResultCode::XmlParseError);
+        EXPECT_FALSE(data.HasData());
+    }
 }
 
 TEST(SampleRows, MayBeLongerThanThePiecesTheyAreReadIn) {

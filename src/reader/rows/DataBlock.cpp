@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <vector>
 
 namespace Tracelyn {
@@ -116,7 +117,7 @@ int64_t ConvertCounted(CRowPieces& pieces, std::span<const SampleColumn> columns
     const auto convert = [&](const RowPiece& piece, CPieceReader& reader, int worker) {
         if (piece.rows == 0)
             return true;
-        const auto text = reader.ReadWholeRows(piece);
+        const auto text = reader.Read(piece) ? reader.ReadToRowEnd(piece) : std::nullopt;
         return text && pieces.Convert(piece, *text, converters[static_cast<size_t>(worker)]);
     };
     const int64_t done = pieces.ForEach(convert, progress);
@@ -174,7 +175,7 @@ bool ReadUncheckedBlock(const CSampleText& text, Variables variables, const supp
     CRowPieces pieces(text);
     int64_t converted = 0;
     int64_t doneBytes = 0;
-    {
+    try {
         CAppendedRows appended(variables, room);
         CUncheckedRows rows(pieces, appended.GetColumns(), room);
         converted = rows.Convert(support::StepOf(asked, 0, kConverted));
@@ -182,6 +183,8 @@ bool ReadUncheckedBlock(const CSampleText& text, Variables variables, const supp
             return false;
         appended.Keep(converted);
         doneBytes = rows.GetDoneBytes();
+    } catch (const std::bad_alloc&) {
+        return false; // the guess may have asked for more than is needed
     }
     BuildIndexes(variables, support::StepOf(progress, kConverted, 1));
     if (doneBytes == text.GetSize())

@@ -31,8 +31,8 @@ std::optional<QString> ReadDataBlock(const CSampleText& text, std::span<TypedDat
                                      const support::Progress& progress = {});
 
 // The same for a long text that is not checked: looks at each part only once, while it converts it. Returns
-// false, with variables that have no samples, when the text must be checked first: it is not plain, or has
-// other rows than its size and parts of it let expect.
+// false, with variables that have no samples, when the text must be checked first: it is not plain, has more
+// rows than parts of it let expect, or these ask for too much memory.
 bool ReadUncheckedBlock(const CSampleText& text, std::span<TypedDataBase* const> variables,
                         const support::Progress& progress, std::optional<QString>& problem);
 

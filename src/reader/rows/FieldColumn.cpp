@@ -66,8 +66,8 @@ size_t LoadWords(const ColumnFields fields, size_t from, size_t count, Words& wo
             longest = std::max(longest, length - 1);
             const bool isLong = length > kWordBytes;
             const Word before = field::LoadValues(number, length - kWordBytes);
-            const char* const last = number + length - kWordBytes;
-            low[i] = field::LoadValues(isLong ? last : number, std::min(length, kWordBytes));
+            const char* const last = isLong ? number + (length - kWordBytes) : number;
+            low[i] = field::LoadValues(last, std::min(length, kWordBytes));
             high[i] = isLong ? before : 0;
         } else {
             longest |= length - 1; // at most seven when none exceeds eight characters

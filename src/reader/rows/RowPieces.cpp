@@ -15,17 +15,12 @@ std::string_view FirstRows(std::string_view text, int64_t rows) {
 
 } // namespace
 
-std::optional<std::string_view> CPieceReader::Read(const RowPiece& piece) {
+std::optional<std::string_view> CPieceReader::Read(const RowPiece& piece, int64_t behind) {
     m_nSize = 0;
-    if (!m_pText->Read(piece.from, Grow(piece.to - piece.from)))
+    const int64_t end = std::min(piece.to + behind, m_pText->GetSize());
+    if (!m_pText->Read(piece.from, Grow(end - piece.from)))
         return std::nullopt;
-    return std::string_view(m_Bytes.data(), m_nSize);
-}
-
-std::optional<std::string_view> CPieceReader::ReadWholeRows(const RowPiece& piece) {
-    if (!Read(piece) || !ReadToRowEnd(piece.to))
-        return std::nullopt;
-    return std::string_view(m_Bytes.data(), m_nSize);
+    return Text();
 }
 
 // Makes the text longer and returns the new part, to be filled.
@@ -38,21 +33,23 @@ std::span<char> CPieceReader::Grow(int64_t count) {
     return std::span(m_Bytes).subspan(from, static_cast<size_t>(count));
 }
 
-bool CPieceReader::ReadToRowEnd(int64_t at) {
+std::optional<std::string_view> CPieceReader::ReadToRowEnd(const RowPiece& piece) {
     constexpr int64_t kFirstStepBytes = 1024;
+    m_nSize = static_cast<size_t>(piece.to - piece.from);
+    int64_t at = piece.to;
     for (int64_t step = kFirstStepBytes; at < m_pText->GetSize(); step *= 2) {
         const std::span<char> more = Grow(std::min(step, m_pText->GetSize() - at));
         if (!m_pText->Read(at, more))
-            return false;
+            return std::nullopt;
         const auto end = std::ranges::find(more, '\n');
         if (end != more.end()) {
             m_nSize -= static_cast<size_t>(more.end() - end) - 1;
-            return true;
+            return Text();
         }
         at += static_cast<int64_t>(more.size());
     }
     Grow(1).front() = '\n';
-    return true;
+    return Text();
 }
 
 CRowPieces::CRowPieces(const CSampleText& text) {

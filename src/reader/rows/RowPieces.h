@@ -28,15 +28,17 @@ public:
     // Borrows the text.
     explicit CPieceReader(const CSampleText& text) : m_pText(&text) {}
 
-    // Both return what they have read, which holds until the next call; nothing when the text cannot be read.
-    std::optional<std::string_view> Read(const RowPiece& piece);
-    // Also the rest of the last row, its line feed included; the last row of the text gets one.
-    // CRowConverter::kReadableBehind bytes behind it are readable.
-    std::optional<std::string_view> ReadWholeRows(const RowPiece& piece);
+    // All return what they have read, which holds until the next call; nothing when the text cannot be read.
+
+    // The piece, and so many bytes behind it if there are any.
+    std::optional<std::string_view> Read(const RowPiece& piece, int64_t behind = 0);
+    // After Read: the piece with the rest of its last row, the line feed included; the last row of the text
+    // gets one. CRowConverter::kReadableBehind bytes behind it are readable.
+    std::optional<std::string_view> ReadToRowEnd(const RowPiece& piece);
 
 private:
     std::span<char> Grow(int64_t count);
-    bool ReadToRowEnd(int64_t at);
+    std::string_view Text() const { return {m_Bytes.data(), m_nSize}; }
 
     const CSampleText* m_pText;
     std::vector<char> m_Bytes;

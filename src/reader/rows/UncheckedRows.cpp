@@ -20,7 +20,30 @@ int64_t GuessRows(const CSampleText& text) {
             return 0;
         rows += CountLineFeeds({part.data(), part.size()});
     }
-    return text.GetSize() / (kParts * std::ssize(part)) * (rows + rows / 8);
+    if (rows == 0)
+        return 0;
+    // Rows may be shorter where nobody has looked.
+    constexpr int64_t kFewMore = 1000;
+    const auto size = static_cast<double>(text.GetSize());
+    const double all = size / static_cast<double>(kParts * std::ssize(part)) * static_cast<double>(rows);
+    return static_cast<int64_t>(all * 17 / 16) + kFewMore;
+}
+
+std::optional<int64_t> CRowNumbers::FirstOf(int64_t piece) {
+    std::unique_lock lock(m_Mutex);
+    const int64_t& first = m_First[static_cast<size_t>(piece)];
+    m_Changed.wait(lock, [&first] { return first != kUnknown; });
+    return first >= 0 ? std::optional(first) : std::nullopt;
+}
+
+void CRowNumbers::SetEnd(int64_t piece, int64_t row) {
+    {
+        const std::lock_guard lock(m_Mutex);
+        int64_t& next = m_First[static_cast<size_t>(piece) + 1];
+        if (next == kUnknown)
+            next = row;
+    }
+    m_Changed.notify_all();
 }
 
 CUncheckedRows::CUncheckedRows(CRowPieces& pieces, std::span<const SampleColumn> columns, int64_t room)
@@ -46,7 +69,7 @@ int64_t CUncheckedRows::Convert(const support::Progress& progress) {
 bool CUncheckedRows::Convert(int64_t number, CPieceReader& reader, CRowConverter& converter) {
     const auto giveUp = qScopeGuard([&] { m_Numbers.GiveUp(number); });
     RowPiece& piece = m_Pieces[number];
-    const auto text = reader.ReadWholeRows(piece);
+    const auto text = reader.Read(piece, 1); // a line feed may follow a carriage return at the end
     if (!text)
         return false;
     const auto size = static_cast<size_t>(piece.to - piece.from);
@@ -67,7 +90,10 @@ bool CUncheckedRows::Convert(int64_t number, CPieceReader& reader, CRowConverter
         return false;
     }
     m_Numbers.SetEnd(number, piece.row + piece.rows);
-    return piece.rows == 0 || m_Pieces.Convert(piece, *text, converter);
+    if (piece.rows == 0)
+        return true;
+    const auto rows = reader.ReadToRowEnd(piece);
+    return rows && m_Pieces.Convert(piece, *rows, converter);
 }
 
 } // namespace Tracelyn

@@ -7,52 +7,43 @@
 #include "support/Progress.h"
 
 #include <atomic>
+#include <condition_variable>
+#include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <vector>
 
 namespace Tracelyn {
 
-// About how many rows an unchecked text has, from a few parts of it, and an eighth more. 0 when the parts
-// have no row end or cannot be read. The text has some hundred thousand bytes or more.
+// About how many rows an unchecked text has, from a few parts of it, and some more. 0 when the parts have no
+// row end or cannot be read. The text has some hundred thousand bytes or more.
 int64_t GuessRows(const CSampleText& text);
 
 // Tells each piece the number of its first row as soon as all pieces before have said how many rows they
 // have.
 class CRowNumbers {
 public:
-    explicit CRowNumbers(int64_t pieces) : m_First(static_cast<size_t>(pieces) + 1) {
-        for (auto& first : m_First)
-            first = kUnknown;
+    explicit CRowNumbers(int64_t pieces) : m_First(static_cast<size_t>(pieces) + 1, kUnknown) {
         m_First.front() = 0;
     }
 
     // Waits for the pieces before. Nothing when one of them has given up.
-    std::optional<int64_t> FirstOf(int64_t piece) {
-        std::atomic<int64_t>& first = At(piece);
-        first.wait(kUnknown);
-        return first >= 0 ? std::optional<int64_t>(first) : std::nullopt;
-    }
+    std::optional<int64_t> FirstOf(int64_t piece);
     // The piece has all its rows from its first one up to this one, which it leaves to the next piece.
-    void SetEnd(int64_t piece, int64_t row) { Set(piece + 1, row); }
+    void SetEnd(int64_t piece, int64_t row);
     // Does nothing after SetEnd.
-    void GiveUp(int64_t piece) {
-        if (At(piece + 1) == kUnknown)
-            Set(piece + 1, kGivenUp);
-    }
+    void GiveUp(int64_t piece) { SetEnd(piece, kGivenUp); }
 
 private:
     static constexpr int64_t kUnknown = -1;
     static constexpr int64_t kGivenUp = -2;
 
-    std::atomic<int64_t>& At(int64_t piece) { return m_First[static_cast<size_t>(piece)]; }
-    void Set(int64_t piece, int64_t row) {
-        At(piece) = row;
-        At(piece).notify_all();
-    }
-
-    std::vector<std::atomic<int64_t>> m_First;
+    std::mutex m_Mutex;
+    std::condition_variable
+        m_Changed; // not the waiting of atomics, which on Windows may miss what it waits for
+    std::vector<int64_t> m_First;
 };
 
 // Serves one text.
