@@ -21,21 +21,25 @@ namespace Tracelyn {
 
 namespace {
 
-// Scaled together, in a core's own memory.
-constexpr int kBlock = 4096;
-// What a thread takes at a time.
-constexpr int64_t kBlocksPerItem = 16;
+// Samples that a thread takes at a time.
+constexpr int64_t kItem = 65536;
 
-// The same numbers as GetScaledValue gives.
+// The numbers that GetScaledValue gives for the samples from `first` on; behind the last sample it is
+// repeated. In one pass, which a table of 32-bit numbers in between would double.
 void WriteScaled(const CGraphDataSet& set, int64_t first, std::span<double> values) {
-    std::array<float, kBlock> room;
-    while (!values.empty()) {
-        const auto scaled = std::span(room).first(std::min(values.size(), room.size()));
-        set.GetScaledValues(static_cast<int>(first), scaled);
-        std::ranges::copy(scaled, values.begin());
-        first += std::ssize(scaled);
-        values = values.subspan(scaled.size());
-    }
+    const double offset = set.GetUnitOffset();
+    const double factor = set.GetUnitFactor();
+    const auto scaled = [=](double value) { return double{static_cast<float>((value + offset) * factor)}; };
+    const auto write = [&](const auto& samples) {
+        if constexpr (!std::is_same_v<std::remove_cvref_t<decltype(samples)>, std::monostate>) {
+            const auto there = samples.subspan(std::min(static_cast<size_t>(first), samples.size()));
+            const auto own = there.first(std::min(there.size(), values.size()));
+            std::ranges::transform(own, values.begin(), scaled);
+            values = values.subspan(own.size());
+        }
+    };
+    std::visit(write, set.GetSamples());
+    std::ranges::fill(values, scaled(set.GetValue(set.GetCount(), kNoReference)));
 }
 
 // Writes the scaled values of each set into a row of the table, on all cores. A set with fewer samples
@@ -45,7 +49,6 @@ void WriteTable(std::span<const CGraphDataSet* const> sets, std::span<double> ta
     if (table.empty())
         return;
     const auto samples = std::ssize(table) / std::ssize(sets);
-    constexpr int64_t kItem = kBlock * kBlocksPerItem;
     const int64_t itemsPerSet = (samples + kItem - 1) / kItem;
     const auto write = [&](int /*worker*/, int64_t item) {
         const auto row = static_cast<size_t>(item / itemsPerSet);

@@ -50,7 +50,10 @@ class Axis(NamedTuple):
 
         The program shows these numbers rounded to 32 bits.
         """
-        return (numpy.arange(self.samples) + self.offset) * self.factor
+        values = numpy.arange(self.samples, dtype=numpy.float64)
+        values += self.offset
+        values *= self.factor
+        return values
 
 
 def _keys(signals: tuple[Signal, ...]) -> Iterator[str]:

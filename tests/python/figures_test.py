@@ -37,7 +37,7 @@ class Figures(Folder):
         for path, align, tolerances in ((BENDS[2], None, None), (BENDS[3], "Press valve", {"P1": 100, "Error Y1": 400})):
             given = ["--align", align] if align else []
             given += [f"--tolerance={name}={value}" for name, value in (tolerances or {}).items()]
-            words = tool("compare", "--format", "json", "--code", "47195", *given, BENDS[0], path).stderr.decode()
+            words = tool("compare", "--format", "json", "--code", "47195", *given, BENDS[0], path)[1].decode()
             expected = rows_of_tool("compare", "--format", "json", "--code", "47195", *given, BENDS[0], path)
             with warnings.catch_warnings(record=True) as caught:
                 warnings.simplefilter("always")

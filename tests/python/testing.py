@@ -16,11 +16,16 @@ TYPES = ("Float", "Short", "UShort", "Long", "ULong", "Byte", "UByte", "Binary")
 NAMES = ("Force", "Y1", "Y1", "Force: Y1", "", "0", "\N{GREEK SMALL LETTER MU}m", "a,b;\"c\"", "Y\N{SNOWMAN}", "two words")
 
 
-def tool(*arguments):
-    """Runs tracelyn-cli, which must end by itself."""
+def start_tool(*arguments):
+    """Starts tracelyn-cli, which runs beside the test."""
     environment = {name: value for name, value in os.environ.items() if name != "LD_PRELOAD"}
-    return subprocess.run([os.environ["TRACELYN_CLI"], *map(str, arguments)], capture_output=True, env=environment,
-                          check=False)
+    return subprocess.Popen([os.environ["TRACELYN_CLI"], *map(str, arguments)], env=environment,
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+
+def tool(*arguments):
+    """Its output and its errors."""
+    return start_tool(*arguments).communicate()
 
 
 def options(code):
@@ -28,7 +33,7 @@ def options(code):
 
 
 def tool_json(command, *arguments):
-    return json.loads(tool(command, *arguments).stdout or "[]")
+    return json.loads(tool(command, *arguments)[0] or "[]")
 
 
 class Folder(unittest.TestCase):
@@ -44,14 +49,11 @@ class Folder(unittest.TestCase):
         path.write_text(text, encoding="utf-8")
         return path
 
-    def csv_of(self, path, code=None):
-        """The values of the reference lines, and the columns of the signals, as texts."""
-        out = self.folder / "out.csv"
-        tool("csv", *options(code), path, out)
-        with out.open(encoding="latin-1", newline="") as file:
+    def columns_of(self, table):
+        """Of a CSV file: the values of the reference lines, and the columns of the signals, as texts."""
+        with table.open(encoding="latin-1", newline="") as file:
             _, lines, _, head, *rows = csv.reader(file)
-        columns = [list(column) for column in zip(*rows)] if rows else [[] for _ in head]
-        return lines, columns
+        return lines, list(zip(*rows)) if rows else [() for _ in head]
 
 
 def document(variables, groups, rows, axis='<IndexSet Name="Time"><Unit Name="ms"/></IndexSet>', name="Made"):

@@ -1,13 +1,14 @@
 """Signals and tables of the Python module, value by value against the tool."""
 import gc
+import json
 import unittest
-from unittest import mock
 import warnings
 import weakref
+from unittest import mock
 
 import numpy
 import pandas
-from testing import CODES, SAMPLES, Folder, document, made, options, small, tool_json
+from testing import CODES, SAMPLES, Folder, document, made, options, small, start_tool
 
 import tracelyn
 
@@ -16,16 +17,23 @@ DTYPES = {"Float": "float32", "Short": "int16", "UShort": "uint16", "Long": "int
 
 
 def printed(values, precision):
-    """As the CSV file has 32-bit numbers."""
-    return [f"{value:.{precision}f}" for value in numpy.asarray(values, dtype="float32").astype("float64")]
+    """As the CSV file has 32-bit numbers, one a line."""
+    numbers = tuple(numpy.asarray(values, dtype="float32").astype("float64"))
+    return f"%.{precision}f\n" * len(numbers) % numbers
+
+
+def lines_of(column):
+    return "".join(f"{text}\n" for text in column)
 
 
 class AgainstTheTool(Folder):
     def compare(self, path, code=None):
+        out = self.folder / "out.csv"
+        running = [start_tool("info", *options(code), path), start_tool("csv", *options(code), path, out)]
         with warnings.catch_warnings():
             warnings.simplefilter("ignore")
             recording = tracelyn.read(path, code)
-        info = tool_json("info", *options(code), path)
+        info, _ = [json.loads(process.communicate()[0] or "null") for process in running]
         self.assertEqual((recording.name, recording.problems),
                          (info["name"], [result["text"].strip() for result in info["results"]]))
         listed = [(group, one) for group in info["groups"] for one in group["sets"]]
@@ -40,15 +48,15 @@ class AgainstTheTool(Folder):
         self.assertEqual([(one.name, one.group, one.unit, one.precision, one.is_binary, len(one), one.is_shown,
                            one.color) for one in signals], expected)
 
-        lines, (axis_column, *columns) = self.csv_of(path, code)
+        lines, (axis_column, *columns) = self.columns_of(out)
         self.assertEqual([f"{line.value:.6f}" for group in recording.groups for line in group.reference_lines], lines)
         if columns:  # without, the tool writes the first sample of the axis
-            self.assertEqual(printed(index.values, index.precision), axis_column)
+            self.assertEqual(printed(index.values, index.precision), lines_of(axis_column))
         table = recording.to_pandas()
         self.assertEqual(len(columns), len(signals))
         for position, (signal, column) in enumerate(zip(signals, columns)):
             scaled = signal.scaled
-            self.assertEqual(printed(scaled, signal.precision), column[:len(scaled)], signal)
+            self.assertEqual(printed(scaled, signal.precision), lines_of(column[:len(scaled)]), signal)
             numpy.testing.assert_array_equal(table.iloc[:, position].to_numpy(), scaled)
             with numpy.errstate(all="ignore"):
                 by_hand = ((signal.values.astype("float64") + signal.unit_offset) * signal.unit_factor).astype("float32")
