@@ -44,7 +44,7 @@ class ThePage(Folder):
             # Only the formats for which pandas wants another package may be left out.
             self.assertRegex(text, r"^table\.to_(parquet|hdf|excel)\(.*# needs ")
             self.left_out.append(text)
-            print(f"left out: {text} ({error})", file=sys.stderr)
+            print(f"left out: {text} ({str(error).splitlines()[0]})", file=sys.stderr)
 
 
 if __name__ == "__main__":
