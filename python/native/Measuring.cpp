@@ -60,6 +60,7 @@ py::tuple CompareRecordings(const CLoadedRecording& good, const CLoadedRecording
     if (&good == &other)
         RaiseValueError(QStringLiteral("'%1' is the good recording itself").arg(good.GetPath()));
     std::vector<Tolerance> allowed;
+    allowed.reserve(tolerances.size());
     for (const auto& [signal, largest] : tolerances)
         allowed.push_back({Tracelyn::FromPython(signal), largest});
     const auto report = CallUnlocked([&](const support::Progress& progress) {

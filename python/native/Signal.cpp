@@ -65,6 +65,7 @@ using Table = py::array_t<double, py::array::c_style>;
 
 void FillScaled(const std::vector<CSignal>& signals, Table& table) {
     std::vector<const CGraphDataSet*> sets;
+    sets.reserve(signals.size());
     for (const CSignal& signal : signals)
         sets.push_back(&signal.GetSet());
     if (table.ndim() != 2 || table.shape(0) != std::ssize(sets))

@@ -137,7 +137,7 @@ class LongWork(Folder):
         grown = int(subprocess.run([sys.executable, "-c", GROWTH, *map(str, paths)], check=True,
                                    capture_output=True).stdout)
         sanitized = "libasan" in os.environ.get("LD_PRELOAD", "")
-        self.assertLess(grown, 400e6 if sanitized else 4e6)
+        self.assertLess(grown, 400e6 if sanitized else 2e6)
 
 
 class TheModule(unittest.TestCase):
