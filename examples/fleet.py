@@ -1,0 +1,424 @@
+#!/usr/bin/env python3
+"""One table of the figures of many recordings: a row for each file, group and signal.
+
+    fleet.py [--out NAME] [--code C]... [--workers N | --scheduler ADDRESS] FOLDER
+    fleet.py [--out NAME] [--code C]... [--workers N | --scheduler ADDRESS] --list FILE
+
+The columns are those of "tracelyn-cli stats", and "problem": what is wrong with the file, be it that it cannot be read.
+A run that was stopped goes on where it was when the same command is given again. docs/fleet.md tells more.
+
+exit code: 0 no problems, 1 nothing read or written, 2 wrong usage, 3 written, but files have problems or cannot be read
+"""
+import argparse
+import csv
+import hashlib
+import io
+import json
+import logging
+import os
+import shutil
+import sys
+import threading
+import time
+import warnings
+import zlib
+from collections import Counter
+from contextlib import contextmanager
+from dataclasses import dataclass
+from pathlib import Path
+
+COLUMNS = ("file", "group", "signal", "unit", "from", "to", "count", "first", "last", "difference", "min", "minAt", "max",
+           "maxAt", "mean", "deviation", "slope", "switchedOn", "switchedOff", "timeOn", "share", "problem")
+TEXTS = ("file", "group", "signal", "unit", "problem")
+COUNTS = ("from", "to", "count", "minAt", "maxAt", "switchedOn", "switchedOff", "timeOn")
+ROWS_AT_ONCE = 500_000  # of a Parquet table, which are in memory together and become one of its files
+TRIES = 3  # more for a batch whose worker raised an error, such as a disk that was full
+
+
+class Failure(Exception):
+    """Ends the program with its text."""
+
+
+@dataclass(frozen=True)
+class Batch:
+    """Files that one task measures, and the name of the part of the table that becomes of them."""
+    files: list[str]
+    part: str
+
+
+@dataclass(frozen=True)
+class Work:
+    """What every task needs to know."""
+    home: str  # where relative paths begin
+    parts: str  # folder of the parts
+    codes: list[str]
+
+
+# ---- what runs on the workers --------------------------------------------------------------------------------------
+
+def look_around(parts, file):
+    """What is wrong with a worker, or nothing: it must import tracelyn, write the parts and see the files."""
+    try:
+        import tracelyn  # noqa: F401
+    except ImportError as error:
+        return f"it cannot import tracelyn ({error}); mind its PYTHONPATH"
+    if not os.access(parts, os.W_OK):
+        return f"it cannot write into {parts}; all machines must see one file system"
+    return "" if os.path.exists(file) else f"it does not see {file}; all machines must see one file system"
+
+
+def rows_of(file, work):
+    """The rows of one file, and whether it could be read."""
+    import tracelyn
+    path = os.path.join(work.home, file)
+    figures, problems, is_read = [], [], False
+    try:
+        recording = tracelyn.read(path, work.codes or None)
+        is_read = True
+        if problems := recording.problems[:1]:
+            more = len(recording.problems) - 1
+            problems[0] += f" (and {more} more)" if more else ""
+        figures = recording.statistics()
+        if not figures:
+            problems.append("no signal is shown")
+    except Exception as error:  # whatever it is, the other files go on and the table tells of it
+        problems.append(str(error) or type(error).__name__)
+    problem = "; ".join(problems).replace(path, file)
+    return [{**row, "file": file, "problem": problem} for row in figures or [{}]], is_read
+
+
+def write_part(path, files):
+    """Writes what rows_of gave for some files: a line of counts, then CSV. The part appears whole or not at all."""
+    text = io.StringIO()
+    writer = csv.DictWriter(text, COLUMNS, lineterminator="\n")
+    counts = dict.fromkeys(("files", "read", "problems", "rows"), 0)
+    for rows, is_read in files:
+        writer.writerows(rows)
+        for name, more in zip(counts, (1, is_read, bool(rows[0]["problem"]), len(rows))):
+            counts[name] += more
+    draft = f"{path}.{os.uname().nodename}-{os.getpid()}-{threading.get_ident()}"
+    with open(draft, "wb") as part:
+        part.write(json.dumps(counts).encode() + b"\n" + text.getvalue().encode("utf-8", "surrogateescape"))
+        part.flush()
+        os.fsync(part.fileno())
+    os.replace(draft, path)
+
+
+def measure(batch, work):
+    """Measures the files of a batch and writes its part. Done twice, it does the same again."""
+    import tracelyn
+    warnings.simplefilter("ignore", tracelyn.RecordingWarning)  # the table tells what they tell
+    write_part(os.path.join(work.parts, batch.part), (rows_of(file, work) for file in batch.files))
+
+
+# ---- which files there are, and how they are divided ---------------------------------------------------------------
+
+def find_files(arguments):
+    """The paths in the order of the table."""
+    if arguments.list is None:
+        def stop(error):
+            raise Failure(f"Cannot read folder: {error.filename}")
+        if not os.path.isdir(arguments.folder):
+            raise Failure(f"Cannot read folder: {arguments.folder}")
+        return sorted(os.path.join(folder, name) for folder, _, names in os.walk(arguments.folder, onerror=stop)
+                      for name in names if name.lower().endswith((".xml", ".paf")))
+    try:
+        with open(arguments.list, encoding="utf-8", errors="surrogateescape", newline="\n") as file:
+            return list(dict.fromkeys(line for line in map(str.rstrip, file) if line))
+    except OSError as error:
+        raise Failure(f"Cannot read list: {arguments.list}: {error.strerror}") from None
+
+
+def identity(path):
+    """What changes when a file does."""
+    try:
+        status = os.stat(path)
+        return status.st_size, status.st_mtime_ns
+    except (OSError, ValueError):
+        return None
+
+
+def divide(files, size, work):
+    """Makes batches of about `size` files.
+
+    A batch ends behind a file whose name says so, thus a file more or less changes one batch and not all behind it. The
+    name of a part tells everything that its rows depend on.
+    """
+    import tracelyn
+    files_of_batch = []
+    for number, file in enumerate(files, 1):
+        files_of_batch.append(file)
+        ends = zlib.crc32(os.fsencode(file)) % size == 0
+        if ends or len(files_of_batch) == 4 * size or number == len(files):
+            sizes = [identity(os.path.join(work.home, one)) for one in files_of_batch]
+            state = repr((COLUMNS, tracelyn.__version__, work.home, sorted(work.codes), files_of_batch, sizes))
+            digest = hashlib.sha256(state.encode("utf-8", "surrogateescape")).hexdigest()
+            yield Batch(files_of_batch, f"{digest[:40]}.part")
+            files_of_batch = []
+
+
+# ---- the run -------------------------------------------------------------------------------------------------------
+
+class Progress:
+    """Files done, files a second and time left: one line that changes on a terminal, otherwise a line now and then."""
+
+    def __init__(self, total):
+        self._total, self._begin, self._shown = total, time.monotonic(), 0.0
+        self._is_terminal = sys.stderr.isatty()
+        self.measured = self.kept = 0
+
+    def add(self, measured=0, kept=0):
+        """Counts files that this run has measured, or that an earlier one had."""
+        self.measured += measured
+        self.kept += kept
+        now = time.monotonic()
+        done = self.measured + self.kept
+        if done < self._total and now - self._shown < (0.2 if self._is_terminal else 10):
+            return
+        self._shown = now
+        rate = self.measured / max(now - self._begin, 1e-3)
+        left = int((self._total - done) / rate) if rate else 0
+        line = f"{done} of {self._total} files, {rate:.0f} a second"
+        line += f", {left // 3600}:{left // 60 % 60:02}:{left % 60:02} left" if rate and left else ""
+        print(f"\r{line}\033[K" if self._is_terminal else line, end="" if self._is_terminal else "\n", file=sys.stderr,
+              flush=True)
+
+    def end(self):
+        """The next output begins on a line of its own."""
+        if self._is_terminal:
+            print(file=sys.stderr)
+
+
+@contextmanager
+def cluster(arguments, work, first_file):
+    """A client of the scheduler that was named, or of a cluster on this machine, whose workers can do the work."""
+    import dask
+    from distributed import Client, LocalCluster
+    dask.config.set({"distributed.comm.timeouts.connect": "10s"})
+    local = None
+    try:
+        if arguments.scheduler is None:
+            local = LocalCluster(n_workers=arguments.workers, threads_per_worker=1, dashboard_address=None,
+                                 local_directory=work.parts, silence_logs=logging.CRITICAL)
+        client = Client(local or arguments.scheduler, timeout=10)
+    except (OSError, ValueError) as error:
+        raise Failure(f"There is no scheduler at {arguments.scheduler}: {error}" if local is None else str(error)) from None
+    try:
+        answers = client.run(look_around, work.parts, os.path.join(work.home, first_file))
+        if not answers:
+            raise Failure(f"The scheduler at {arguments.scheduler} has no workers")
+        for worker, problem in answers.items():
+            if problem:
+                raise Failure(f"The worker {worker} cannot help: {problem}")
+        yield client
+    finally:
+        client.close()
+        if local is not None:
+            local.close()
+
+
+def run(client, batches, work, progress):
+    """Measures the batches. Few are under way at a time, so that neither the scheduler nor this process holds many.
+
+    A batch whose workers were killed again and again comes last, file by file and alone, since it may not be its fault.
+    Returns the names of the parts of such batches: {part of the batch: parts of its files}.
+    """
+    from distributed import KilledWorker, as_completed
+    waiting, under_way, suspects = iter(batches), {}, []
+    finished = as_completed()
+
+    def begin(batch):
+        future = client.submit(measure, batch, work, pure=False, retries=TRIES)
+        under_way[future.key] = batch
+        finished.add(future)
+
+    def fill():
+        threads = sum(client.nthreads().values())
+        while len(under_way) < 2 * max(threads, 1) and (batch := next(waiting, None)):
+            begin(batch)
+
+    fill()
+    for future in finished:
+        batch = under_way.pop(future.key)
+        try:
+            future.result()
+            progress.add(measured=len(batch.files))
+        except KilledWorker:
+            suspects.append(batch)
+        fill()
+    divided = {}
+    for batch in suspects:
+        divided[batch.part] = singles = list(divide_all(batch.files, work))
+        for single in singles:
+            path = Path(work.parts, single.part)
+            try:
+                if not path.exists():
+                    client.submit(measure, single, work, pure=False, retries=TRIES).result()
+            except KilledWorker:
+                row = {"file": single.files[0], "problem": "the worker ended while it read this file"}
+                write_part(path, [([row], False)])
+            progress.add(measured=1)
+    return {part: [single.part for single in singles] for part, singles in divided.items()}
+
+
+def divide_all(files, work):
+    """A batch for each file."""
+    for file in files:
+        yield from divide([file], 1, work)
+
+
+# ---- the table -----------------------------------------------------------------------------------------------------
+
+def put_together(parts, table):
+    """Writes the parts one behind the other as one CSV file and gives the sums of their counts."""
+    sums = Counter()
+    with open(table, "wb") as out:
+        out.write(",".join(COLUMNS).encode() + b"\n")
+        for part in parts:
+            with open(part, "rb") as file:
+                sums.update(json.loads(file.readline()))
+                shutil.copyfileobj(file, out)
+        out.flush()
+        os.fsync(out.fileno())
+    return sums
+
+
+def can_write_parquet():
+    """Whether pandas has what it needs for it."""
+    import pandas
+    try:
+        pandas.DataFrame({"a": [1]}).to_parquet(io.BytesIO())
+        return True
+    except ImportError:
+        return False
+
+
+def write_parquet(table, out):
+    """Turns the CSV file into a folder of Parquet files, which pandas and others read as one table."""
+    import pandas
+    types = {name: "string" if name in TEXTS else "Int64" if name in COUNTS else "float64" for name in COLUMNS}
+    empty = {name: [""] for name in COLUMNS if name == "problem" or name not in TEXTS}
+    out.mkdir()
+    frames = pandas.read_csv(table, dtype=types, keep_default_na=False, na_values=empty, chunksize=ROWS_AT_ONCE,
+                             float_precision="round_trip", encoding_errors="replace")
+    for number, frame in enumerate(frames):
+        frame.to_parquet(out / f"part{number:04}.parquet", index=False)
+
+
+def choose_output(name):
+    """The path of the table: Parquet where pandas can write it, CSV otherwise, unless the name says which."""
+    out = Path(name)
+    if out.suffix == ".csv":
+        return out
+    can = can_write_parquet()
+    if out.suffix == ".parquet":
+        if not can:
+            raise Failure(f"Cannot write {name}: pandas needs pyarrow or fastparquet for it; a name with .csv would do")
+        return out
+    if not can:
+        tell("pandas has neither pyarrow nor fastparquet, so the table is CSV")
+    return out.with_name(out.name + (".parquet" if can else ".csv"))
+
+
+def publish(parts, work, out):
+    """Puts the table into its place, whole or not at all, and removes the parts. Gives the sums of their counts."""
+    table = Path(work.parts, "table.csv")
+    sums = put_together([Path(work.parts, part) for part in parts], table)
+    if out.suffix == ".parquet":
+        folder = Path(work.parts, "table.parquet")
+        shutil.rmtree(folder, ignore_errors=True)
+        write_parquet(table, folder)
+        if out.is_dir():
+            shutil.rmtree(out)
+        os.replace(folder, out)
+    else:
+        os.replace(table, out)
+    shutil.rmtree(work.parts, ignore_errors=True)
+    return sums
+
+
+# ---- the command ---------------------------------------------------------------------------------------------------
+
+def tell(text):
+    """A message on the error output."""
+    print(f"fleet.py: {text}", file=sys.stderr, flush=True)
+
+
+def parse(words):
+    """The options; a wrong one ends the program with exit code 2."""
+    parser = argparse.ArgumentParser(prog="fleet.py", description=__doc__, usage=argparse.SUPPRESS,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+
+    def number(text):
+        value = int(text)
+        if value < 1:
+            raise ValueError
+        return value
+    parser.add_argument("folder", nargs="?", metavar="FOLDER", help="take every .xml and .paf in it and below")
+    parser.add_argument("--list", metavar="FILE", help="take the files that it names, one on a line, in this order")
+    parser.add_argument("--out", metavar="NAME", default="fleet",
+                        help="the table, .csv or .parquet; without either what can be written (default: fleet)")
+    parser.add_argument("--code", metavar="C", action="append", default=[], help="access code; the highest counts")
+    parser.add_argument("--workers", metavar="N", type=number, help="processes here (default: one for each core)")
+    parser.add_argument("--scheduler", metavar="ADDRESS", help="a Dask scheduler that runs, such as tcp://host:8786")
+    parser.add_argument("--batch", metavar="N", type=number, default=50, help="files of a task, about (default: 50)")
+    arguments = parser.parse_args(words)
+    if (arguments.folder is None) == (arguments.list is None):
+        parser.error("either FOLDER or --list is needed")
+    if arguments.workers and arguments.scheduler:
+        parser.error("--workers is for a cluster on this machine, not for that of --scheduler")
+    arguments.workers = arguments.workers or len(os.sched_getaffinity(0))
+    try:
+        import tracelyn
+        tracelyn.read("", arguments.code or None)  # asks for nothing but the codes
+    except ImportError as error:
+        raise Failure(f"Cannot import tracelyn ({error}); mind the PYTHONPATH") from None
+    except ValueError as error:
+        parser.error(str(error))
+    except OSError:
+        pass
+    return arguments
+
+
+def measure_fleet(arguments):
+    """Does everything and gives the exit code."""
+    out = choose_output(arguments.out)
+    files = find_files(arguments)
+    if not files:
+        raise Failure(f"No recording (.xml, .paf) is in {arguments.folder or arguments.list}")
+    work = Work(os.getcwd(), os.path.abspath(f"{out}.parts"), arguments.code)
+    os.makedirs(work.parts, exist_ok=True)
+    progress, parts, missing = Progress(len(files)), [], []
+    for batch in divide(files, arguments.batch, work):
+        parts.append(batch.part)
+        if os.path.exists(os.path.join(work.parts, batch.part)):
+            progress.add(kept=len(batch.files))
+        else:
+            missing.append(batch)
+    if missing:
+        with cluster(arguments, work, missing[0].files[0]) as client:
+            divided = run(client, missing, work, progress)
+        parts = [name for part in parts for name in divided.get(part, [part])]
+    progress.end()
+    sums = publish(parts, work, out)
+    tell(f"{sums['rows']} rows of {sums['files']} files in {out}; measured now {progress.measured}, "
+         f"kept from before {progress.kept}; with problems {sums['problems']}, of which "
+         f"{sums['files'] - sums['read']} could not be read")
+    return 1 if sums["read"] == 0 else 3 if sums["problems"] else 0
+
+
+def main():
+    try:
+        sys.exit(measure_fleet(parse(sys.argv[1:])))
+    except KeyboardInterrupt:
+        tell("stopped; the same command goes on from here")
+        sys.exit(130)
+    except Failure as failure:
+        tell(failure)
+    except OSError as error:
+        tell(f"Cannot write {error.filename}: {error.strerror}" if error.filename else error)
+    sys.exit(1)
+
+
+if __name__ == "__main__":
+    main()
