@@ -22,21 +22,19 @@ import threading
 import time
 import warnings
 import zlib
-from collections import Counter
-from contextlib import contextmanager
+from concurrent.futures import CancelledError
+from contextlib import ExitStack, contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 
-COLUMNS = ("file", "group", "signal", "unit", "from", "to", "count", "first", "last", "difference", "min", "minAt", "max",
-           "maxAt", "mean", "deviation", "slope", "switchedOn", "switchedOff", "timeOn", "share", "problem")
-TEXTS = ("file", "group", "signal", "unit", "problem")
-COUNTS = ("from", "to", "count", "minAt", "maxAt", "switchedOn", "switchedOff", "timeOn")
-ROWS_AT_ONCE = 500_000  # of a Parquet table, which are in memory together and become one of its files
+try:
+    from distributed import Client, KilledWorker, LocalCluster, as_completed
+except ImportError:
+    sys.exit("fleet.py: Dask is missing; on Debian: apt-get install python3-dask python3-distributed")
+
+from fleet_table import COLUMNS, Failure, choose_output, publish
+
 TRIES = 3  # more for a batch whose worker raised an error, such as a disk that was full
-
-
-class Failure(Exception):
-    """Ends the program with its text."""
 
 
 @dataclass(frozen=True)
@@ -54,7 +52,7 @@ class Work:
     codes: list[str]
 
 
-# ---- what runs on the workers --------------------------------------------------------------------------------------
+# The next four functions run on the workers, which need not have this file.
 
 def look_around(parts, file):
     """What is wrong with a worker, or nothing: it must import tracelyn, write the parts and see the files."""
@@ -111,8 +109,6 @@ def measure(batch, work):
     write_part(os.path.join(work.parts, batch.part), (rows_of(file, work) for file in batch.files))
 
 
-# ---- which files there are, and how they are divided ---------------------------------------------------------------
-
 def find_files(arguments):
     """The paths in the order of the table."""
     if arguments.list is None:
@@ -157,8 +153,6 @@ def divide(files, size, work):
             files_of_batch = []
 
 
-# ---- the run -------------------------------------------------------------------------------------------------------
-
 class Progress:
     """Files done, files a second and time left: one line that changes on a terminal, otherwise a line now and then."""
 
@@ -190,31 +184,25 @@ class Progress:
 
 
 @contextmanager
-def cluster(arguments, work, first_file):
-    """A client of the scheduler that was named, or of a cluster on this machine, whose workers can do the work."""
-    import dask
-    from distributed import Client, LocalCluster
-    dask.config.set({"distributed.comm.timeouts.connect": "10s"})
-    local = None
-    try:
-        if arguments.scheduler is None:
-            local = LocalCluster(n_workers=arguments.workers, threads_per_worker=1, dashboard_address=None,
-                                 local_directory=work.parts, silence_logs=logging.CRITICAL)
-        client = Client(local or arguments.scheduler, timeout=10)
-    except (OSError, ValueError) as error:
-        raise Failure(f"There is no scheduler at {arguments.scheduler}: {error}" if local is None else str(error)) from None
-    try:
-        answers = client.run(look_around, work.parts, os.path.join(work.home, first_file))
+def cluster(arguments, work, file):
+    """A client of the scheduler that was named, or of a cluster on this machine, whose workers can read the file."""
+    with ExitStack() as stack:
+        where = arguments.scheduler
+        if where is None:
+            where = stack.enter_context(LocalCluster(
+                n_workers=arguments.workers, threads_per_worker=1, dashboard_address=None, local_directory=work.parts,
+                silence_logs=logging.CRITICAL))
+        try:
+            client = stack.enter_context(Client(where, timeout=10))
+        except (OSError, ValueError) as error:
+            raise Failure(f"There is no scheduler at {where}: {error}") from None
+        answers = client.run(look_around, work.parts, os.path.join(work.home, file))
         if not answers:
-            raise Failure(f"The scheduler at {arguments.scheduler} has no workers")
+            raise Failure(f"The scheduler at {where} has no workers")
         for worker, problem in answers.items():
             if problem:
                 raise Failure(f"The worker {worker} cannot help: {problem}")
         yield client
-    finally:
-        client.close()
-        if local is not None:
-            local.close()
 
 
 def run(client, batches, work, progress):
@@ -223,7 +211,6 @@ def run(client, batches, work, progress):
     A batch whose workers were killed again and again comes last, file by file and alone, since it may not be its fault.
     Returns the names of the parts of such batches: {part of the batch: parts of its files}.
     """
-    from distributed import KilledWorker, as_completed
     waiting, under_way, suspects = iter(batches), {}, []
     finished = as_completed()
 
@@ -245,99 +232,24 @@ def run(client, batches, work, progress):
             progress.add(measured=len(batch.files))
         except KilledWorker:
             suspects.append(batch)
+        except CancelledError:
+            raise Failure("The scheduler is gone; the same command goes on from here") from None
         fill()
     divided = {}
     for batch in suspects:
-        divided[batch.part] = singles = list(divide_all(batch.files, work))
-        for single in singles:
-            path = Path(work.parts, single.part)
+        divided[batch.part] = []
+        for single in (one for file in batch.files for one in divide([file], 1, work)):
+            path = os.path.join(work.parts, single.part)
             try:
-                if not path.exists():
+                if not os.path.exists(path):
                     client.submit(measure, single, work, pure=False, retries=TRIES).result()
             except KilledWorker:
-                row = {"file": single.files[0], "problem": "the worker ended while it read this file"}
+                row = {"file": single.files[0], "problem": "a worker ended each time it read this file"}
                 write_part(path, [([row], False)])
             progress.add(measured=1)
-    return {part: [single.part for single in singles] for part, singles in divided.items()}
+            divided[batch.part].append(single.part)
+    return divided
 
-
-def divide_all(files, work):
-    """A batch for each file."""
-    for file in files:
-        yield from divide([file], 1, work)
-
-
-# ---- the table -----------------------------------------------------------------------------------------------------
-
-def put_together(parts, table):
-    """Writes the parts one behind the other as one CSV file and gives the sums of their counts."""
-    sums = Counter()
-    with open(table, "wb") as out:
-        out.write(",".join(COLUMNS).encode() + b"\n")
-        for part in parts:
-            with open(part, "rb") as file:
-                sums.update(json.loads(file.readline()))
-                shutil.copyfileobj(file, out)
-        out.flush()
-        os.fsync(out.fileno())
-    return sums
-
-
-def can_write_parquet():
-    """Whether pandas has what it needs for it."""
-    import pandas
-    try:
-        pandas.DataFrame({"a": [1]}).to_parquet(io.BytesIO())
-        return True
-    except ImportError:
-        return False
-
-
-def write_parquet(table, out):
-    """Turns the CSV file into a folder of Parquet files, which pandas and others read as one table."""
-    import pandas
-    types = {name: "string" if name in TEXTS else "Int64" if name in COUNTS else "float64" for name in COLUMNS}
-    empty = {name: [""] for name in COLUMNS if name == "problem" or name not in TEXTS}
-    out.mkdir()
-    frames = pandas.read_csv(table, dtype=types, keep_default_na=False, na_values=empty, chunksize=ROWS_AT_ONCE,
-                             float_precision="round_trip", encoding_errors="replace")
-    for number, frame in enumerate(frames):
-        frame.to_parquet(out / f"part{number:04}.parquet", index=False)
-
-
-def choose_output(name):
-    """The path of the table: Parquet where pandas can write it, CSV otherwise, unless the name says which."""
-    out = Path(name)
-    if out.suffix == ".csv":
-        return out
-    can = can_write_parquet()
-    if out.suffix == ".parquet":
-        if not can:
-            raise Failure(f"Cannot write {name}: pandas needs pyarrow or fastparquet for it; a name with .csv would do")
-        return out
-    if not can:
-        tell("pandas has neither pyarrow nor fastparquet, so the table is CSV")
-    return out.with_name(out.name + (".parquet" if can else ".csv"))
-
-
-def publish(parts, work, out):
-    """Puts the table into its place, whole or not at all, and removes the parts. Gives the sums of their counts."""
-    table = Path(work.parts, "table.csv")
-    sums = put_together([Path(work.parts, part) for part in parts], table)
-    if out.suffix == ".parquet":
-        folder = Path(work.parts, "table.parquet")
-        shutil.rmtree(folder, ignore_errors=True)
-        write_parquet(table, folder)
-        if out.is_dir():
-            shutil.rmtree(out)
-        os.replace(folder, out)
-    else:
-        os.replace(table, out)
-    shutil.rmtree(work.parts, ignore_errors=True)
-    return sums
-
-
-# ---- the command ---------------------------------------------------------------------------------------------------
 
 def tell(text):
     """A message on the error output."""
@@ -383,6 +295,8 @@ def parse(words):
 def measure_fleet(arguments):
     """Does everything and gives the exit code."""
     out = choose_output(arguments.out)
+    if out.suffix == ".csv" and not arguments.out.endswith(".csv"):
+        tell(f"pandas has neither pyarrow nor fastparquet, so the table is {out}")
     files = find_files(arguments)
     if not files:
         raise Failure(f"No recording (.xml, .paf) is in {arguments.folder or arguments.list}")
@@ -400,7 +314,8 @@ def measure_fleet(arguments):
             divided = run(client, missing, work, progress)
         parts = [name for part in parts for name in divided.get(part, [part])]
     progress.end()
-    sums = publish(parts, work, out)
+    sums = publish([Path(work.parts, part) for part in parts], out)
+    shutil.rmtree(work.parts, ignore_errors=True)
     tell(f"{sums['rows']} rows of {sums['files']} files in {out}; measured now {progress.measured}, "
          f"kept from before {progress.kept}; with problems {sums['problems']}, of which "
          f"{sums['files'] - sums['read']} could not be read")

@@ -4,8 +4,8 @@ say() { printf '== %s\n' "$*"; }
 
 build_packages=(cmake g++ ninja-build pkg-config qt6-base-dev qt6-svg-dev libgl1-mesa-dev libxml2-dev zlib1g-dev
     libgtest-dev fonts-dejavu-core python3-dev pybind11-dev)
-# For the Python module; with the last two the tests write the files of its manual.
-test_packages=(python3 python3-numpy python3-pandas python3-tables python3-openpyxl)
+# For the Python module: the tests write the files of its manual, and measure many recordings on Dask.
+test_packages=(python3 python3-numpy python3-pandas python3-tables python3-openpyxl python3-dask python3-distributed)
 # What ./bench.sh measures with and against.
 bench_packages=(python3 libbenchmark-dev libxml2-utils gzip python3-numpy python3-pandas)
 
