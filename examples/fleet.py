@@ -25,12 +25,14 @@ import zlib
 from concurrent.futures import CancelledError
 from contextlib import ExitStack, contextmanager
 from dataclasses import dataclass
+from itertools import islice
 from pathlib import Path
 
 try:
-    from distributed import Client, KilledWorker, LocalCluster, as_completed
-except ImportError:
-    sys.exit("fleet.py: Dask is missing; on Debian: apt-get install python3-dask python3-distributed")
+    from distributed import Client, KilledWorker, LocalCluster, wait
+    from distributed.comm import CommClosedError
+except ImportError as missing:
+    sys.exit(f"fleet.py: {missing}; on Debian: apt-get install python3-dask python3-distributed")
 
 from fleet_table import COLUMNS, Failure, choose_output, publish
 
@@ -161,6 +163,10 @@ class Progress:
         self._is_terminal = sys.stderr.isatty()
         self.measured = self.kept = 0
 
+    def begin(self):
+        """From now on files are measured: the cluster is there."""
+        self._begin = time.monotonic()
+
     def add(self, measured=0, kept=0):
         """Counts files that this run has measured, or that an earlier one had."""
         self.measured += measured
@@ -205,49 +211,60 @@ def cluster(arguments, work, file):
         yield client
 
 
+def threads_of(client):
+    """How many tasks can run at once. A cluster on this machine gets new workers for those that ended for good."""
+    if client.cluster is not None and len(client.nthreads()) < len(client.cluster.worker_spec):
+        client.cluster.scale(len(client.cluster.worker_spec))
+    return sum(client.nthreads().values())
+
+
+def done_of(client, futures):
+    """Those of the tasks that are done, as soon as there are some."""
+    is_told = False
+    while True:
+        try:
+            return wait(futures, timeout=5, return_when="FIRST_COMPLETED").done
+        except TimeoutError:
+            if threads_of(client) == 0 and not is_told:
+                tell("no worker is left; waiting for one")
+                is_told = True
+
+
 def run(client, batches, work, progress):
     """Measures the batches. Few are under way at a time, so that neither the scheduler nor this process holds many.
 
     A batch whose workers were killed again and again comes last, file by file and alone, since it may not be its fault.
     Returns the names of the parts of such batches: {part of the batch: parts of its files}.
     """
-    waiting, under_way, suspects = iter(batches), {}, []
-    finished = as_completed()
-
     def begin(batch):
-        future = client.submit(measure, batch, work, pure=False, retries=TRIES)
-        under_way[future.key] = batch
-        finished.add(future)
+        return client.submit(measure, batch, work, pure=False, retries=TRIES)
 
-    def fill():
-        threads = sum(client.nthreads().values())
-        while len(under_way) < 2 * max(threads, 1) and (batch := next(waiting, None)):
-            begin(batch)
-
-    fill()
-    for future in finished:
-        batch = under_way.pop(future.key)
-        try:
-            future.result()
-            progress.add(measured=len(batch.files))
-        except KilledWorker:
-            suspects.append(batch)
-        except CancelledError:
-            raise Failure("The scheduler is gone; the same command goes on from here") from None
-        fill()
-    divided = {}
+    waiting, under_way, suspects, divided = iter(batches), {}, [], {}
+    while True:
+        room = 2 * max(threads_of(client), 1) - len(under_way)
+        under_way |= {begin(batch): batch for batch in islice(waiting, max(room, 0))}
+        if not under_way:
+            break
+        for future in done_of(client, list(under_way)):
+            batch = under_way.pop(future)
+            try:
+                future.result()
+                progress.add(measured=len(batch.files))
+            except KilledWorker:
+                suspects.append(batch)
     for batch in suspects:
-        divided[batch.part] = []
-        for single in (one for file in batch.files for one in divide([file], 1, work)):
+        singles = [single for file in batch.files for single in divide([file], 1, work)]
+        for single in singles:
             path = os.path.join(work.parts, single.part)
             try:
                 if not os.path.exists(path):
-                    client.submit(measure, single, work, pure=False, retries=TRIES).result()
+                    done_of(client, [future := begin(single)])
+                    future.result()
             except KilledWorker:
                 row = {"file": single.files[0], "problem": "a worker ended each time it read this file"}
                 write_part(path, [([row], False)])
             progress.add(measured=1)
-            divided[batch.part].append(single.part)
+        divided[batch.part] = [single.part for single in singles]
     return divided
 
 
@@ -295,13 +312,14 @@ def parse(words):
 def measure_fleet(arguments):
     """Does everything and gives the exit code."""
     out = choose_output(arguments.out)
-    if out.suffix == ".csv" and not arguments.out.endswith(".csv"):
-        tell(f"pandas has neither pyarrow nor fastparquet, so the table is {out}")
     files = find_files(arguments)
     if not files:
         raise Failure(f"No recording (.xml, .paf) is in {arguments.folder or arguments.list}")
     work = Work(os.getcwd(), os.path.abspath(f"{out}.parts"), arguments.code)
-    os.makedirs(work.parts, exist_ok=True)
+    if not os.path.isdir(work.parts):
+        os.mkdir(work.parts)
+    if out.suffix == ".csv" and not arguments.out.endswith(".csv"):
+        tell(f"pandas has neither pyarrow nor fastparquet, so the table is {out}")
     progress, parts, missing = Progress(len(files)), [], []
     for batch in divide(files, arguments.batch, work):
         parts.append(batch.part)
@@ -311,6 +329,7 @@ def measure_fleet(arguments):
             missing.append(batch)
     if missing:
         with cluster(arguments, work, missing[0].files[0]) as client:
+            progress.begin()
             divided = run(client, missing, work, progress)
         parts = [name for part in parts for name in divided.get(part, [part])]
     progress.end()
@@ -330,6 +349,8 @@ def main():
         sys.exit(130)
     except Failure as failure:
         tell(failure)
+    except (CancelledError, CommClosedError):
+        tell("the scheduler is gone; the same command goes on from here")
     except OSError as error:
         tell(f"Cannot write {error.filename}: {error.strerror}" if error.filename else error)
     sys.exit(1)
