@@ -17,9 +17,9 @@ import json
 import logging
 import os
 import shutil
+import signal
 import sys
 import threading
-import time
 import warnings
 import zlib
 from concurrent.futures import CancelledError
@@ -34,7 +34,10 @@ try:
 except ImportError as missing:
     sys.exit(f"fleet.py: {missing}; on Debian: apt-get install python3-dask python3-distributed")
 
-from fleet_table import COLUMNS, Failure, choose_output, publish
+from fleet_output import COLUMNS, Failure, Progress, choose_output, publish, tell
+
+if __name__ == "__mp_main__":  # a worker on this machine, which Ctrl+C does not mean
+    signal.signal(signal.SIGINT, signal.SIG_IGN)
 
 TRIES = 3  # more for a batch whose worker raised an error, such as a disk that was full
 
@@ -155,43 +158,11 @@ def divide(files, size, work):
             files_of_batch = []
 
 
-class Progress:
-    """Files done, files a second and time left: one line that changes on a terminal, otherwise a line now and then."""
-
-    def __init__(self, total):
-        self._total, self._begin, self._shown = total, time.monotonic(), 0.0
-        self._is_terminal = sys.stderr.isatty()
-        self.measured = self.kept = 0
-
-    def begin(self):
-        """From now on files are measured: the cluster is there."""
-        self._begin = time.monotonic()
-
-    def add(self, measured=0, kept=0):
-        """Counts files that this run has measured, or that an earlier one had."""
-        self.measured += measured
-        self.kept += kept
-        now = time.monotonic()
-        done = self.measured + self.kept
-        if done < self._total and now - self._shown < (0.2 if self._is_terminal else 10):
-            return
-        self._shown = now
-        rate = self.measured / max(now - self._begin, 1e-3)
-        left = int((self._total - done) / rate) if rate else 0
-        line = f"{done} of {self._total} files, {rate:.0f} a second"
-        line += f", {left // 3600}:{left // 60 % 60:02}:{left % 60:02} left" if rate and left else ""
-        print(f"\r{line}\033[K" if self._is_terminal else line, end="" if self._is_terminal else "\n", file=sys.stderr,
-              flush=True)
-
-    def end(self):
-        """The next output begins on a line of its own."""
-        if self._is_terminal:
-            print(file=sys.stderr)
-
-
 @contextmanager
 def cluster(arguments, work, file):
     """A client of the scheduler that was named, or of a cluster on this machine, whose workers can read the file."""
+    for name in ("distributed", "distributed.client"):
+        logging.getLogger(name).setLevel(logging.CRITICAL)  # what matters of it, this program tells
     with ExitStack() as stack:
         where = arguments.scheduler
         if where is None:
@@ -268,11 +239,6 @@ def run(client, batches, work, progress):
     return divided
 
 
-def tell(text):
-    """A message on the error output."""
-    print(f"fleet.py: {text}", file=sys.stderr, flush=True)
-
-
 def parse(words):
     """The options; a wrong one ends the program with exit code 2."""
     parser = argparse.ArgumentParser(prog="fleet.py", description=__doc__, usage=argparse.SUPPRESS,
@@ -321,18 +287,21 @@ def measure_fleet(arguments):
     if out.suffix == ".csv" and not arguments.out.endswith(".csv"):
         tell(f"pandas has neither pyarrow nor fastparquet, so the table is {out}")
     progress, parts, missing = Progress(len(files)), [], []
-    for batch in divide(files, arguments.batch, work):
-        parts.append(batch.part)
-        if os.path.exists(os.path.join(work.parts, batch.part)):
-            progress.add(kept=len(batch.files))
-        else:
-            missing.append(batch)
-    if missing:
-        with cluster(arguments, work, missing[0].files[0]) as client:
-            progress.begin()
-            divided = run(client, missing, work, progress)
-        parts = [name for part in parts for name in divided.get(part, [part])]
-    progress.end()
+    try:
+        for batch in divide(files, arguments.batch, work):
+            parts.append(batch.part)
+            if os.path.exists(os.path.join(work.parts, batch.part)):
+                progress.add(kept=len(batch.files))
+            else:
+                missing.append(batch)
+        if missing:
+            a_file = next((file for batch in missing for file in batch.files if os.path.exists(file)), work.parts)
+            with cluster(arguments, work, a_file) as client:
+                progress.begin()
+                divided = run(client, missing, work, progress)
+            parts = [name for part in parts for name in divided.get(part, [part])]
+    finally:
+        progress.end()
     sums = publish([Path(work.parts, part) for part in parts], out)
     shutil.rmtree(work.parts, ignore_errors=True)
     tell(f"{sums['rows']} rows of {sums['files']} files in {out}; measured now {progress.measured}, "
@@ -351,6 +320,8 @@ def main():
         tell(failure)
     except (CancelledError, CommClosedError):
         tell("the scheduler is gone; the same command goes on from here")
+    except ImportError as error:
+        tell(f"a worker cannot import what it needs ({error}); mind its PYTHONPATH")
     except OSError as error:
         tell(f"Cannot write {error.filename}: {error.strerror}" if error.filename else error)
     sys.exit(1)

@@ -1,8 +1,10 @@
-"""The table that fleet.py makes: its columns, and how the parts that its workers wrote become one file."""
+"""What fleet.py gives its user: the progress on the terminal, and the table that the parts of its workers become."""
 import io
 import json
 import os
 import shutil
+import sys
+import time
 from collections import Counter
 from pathlib import Path
 
@@ -15,6 +17,46 @@ ROWS_AT_ONCE = 500_000  # of a Parquet table, which are in memory together and b
 
 class Failure(Exception):
     """Ends the program with its text and exit code 1."""
+
+
+def tell(text):
+    """A message on the error output."""
+    print(f"fleet.py: {text}", file=sys.stderr, flush=True)
+
+
+class Progress:
+    """Files done, files a second and time left: one line that changes on a terminal, otherwise a line now and then."""
+
+    def __init__(self, total):
+        self._total, self._begin, self._shown = total, time.monotonic(), 0.0
+        self._is_terminal = sys.stderr.isatty()
+        self.measured = self.kept = 0
+
+    def begin(self):
+        """From now on files are measured: the cluster is there."""
+        self._begin = time.monotonic()
+
+    def add(self, measured=0, kept=0):
+        """Counts files that this run has measured, or that an earlier one had."""
+        self.measured += measured
+        self.kept += kept
+        now = time.monotonic()
+        done = self.measured + self.kept
+        if done < self._total and now - self._shown < (0.2 if self._is_terminal else 10):
+            return
+        self._shown = now
+        line = f"{done} of {self._total} files"
+        if self.measured:
+            rate = self.measured / max(now - self._begin, 1e-3)
+            left = int((self._total - done) / rate)
+            line += f", {rate:.0f} a second, {left // 3600}:{left // 60 % 60:02}:{left % 60:02} left"
+        print(f"\r{line}\033[K" if self._is_terminal else line, end="" if self._is_terminal else "\n", file=sys.stderr,
+              flush=True)
+
+    def end(self):
+        """The next output begins on a line of its own."""
+        if self._is_terminal and self._shown:
+            print(file=sys.stderr)
 
 
 def put_together(parts, table):
