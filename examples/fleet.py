@@ -166,6 +166,7 @@ def cluster(arguments, work, file):
     with ExitStack() as stack:
         where = arguments.scheduler
         if where is None:
+            shutil.rmtree(os.path.join(work.parts, "dask-worker-space"), ignore_errors=True)  # of a run that was killed
             where = stack.enter_context(LocalCluster(
                 n_workers=arguments.workers, threads_per_worker=1, dashboard_address=None, local_directory=work.parts,
                 silence_logs=logging.CRITICAL))
@@ -305,8 +306,7 @@ def measure_fleet(arguments):
     sums = publish([Path(work.parts, part) for part in parts], out)
     shutil.rmtree(work.parts, ignore_errors=True)
     tell(f"{sums['rows']} rows of {sums['files']} files in {out}; measured now {progress.measured}, "
-         f"kept from before {progress.kept}; with problems {sums['problems']}, of which "
-         f"{sums['files'] - sums['read']} could not be read")
+         f"kept from before {progress.kept}; problems in {sums['problems']}, unreadable {sums['files'] - sums['read']}")
     return 1 if sums["read"] == 0 else 3 if sums["problems"] else 0
 
 
