@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <mutex>
 
 namespace Tracelyn {
 
@@ -108,12 +107,8 @@ private:
             report.AddProblem(file, error);
             return std::nullopt;
         }
-        std::unique_lock alone(m_GoodMutex, std::defer_lock);
-        if (m_Options.behind) {
-            alone.lock();
-            if (!ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
-                return std::nullopt;
-        }
+        if (m_Options.behind && !ShowBehind(graph, window, m_Options, file, m_Good, m_nGoodZero, report))
+            return std::nullopt;
         return EncodePicture(graph, window, m_Format, name);
     }
 
@@ -121,7 +116,6 @@ private:
     PictureFormat m_Format;
     const CGraphData& m_Good;
     int m_nGoodZero;
-    std::mutex m_GoodMutex; // who draws the good recording also completes what its model remembers
     std::atomic<int> m_nMade = 0;
 };
 

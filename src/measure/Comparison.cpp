@@ -80,8 +80,8 @@ std::vector<CommonSignal> MatchSignals(const CGraphData& good, const CGraphData&
     return matches;
 }
 
-bool HaveCommonSignal(std::span<const CommonSignal> signals) {
-    return std::ranges::any_of(signals,
+bool HaveCommonSignal(std::span<const CommonSignal> matches) {
+    return std::ranges::any_of(matches,
                                [](const CommonSignal& signal) { return signal.compared != nullptr; });
 }
 

@@ -24,7 +24,7 @@ struct CommonSignal {
 std::vector<CommonSignal> MatchSignals(const CGraphData& good, const CGraphData& compared);
 
 // Whether the other recording has any of them.
-bool HaveCommonSignal(std::span<const CommonSignal> signals);
+bool HaveCommonSignal(std::span<const CommonSignal> matches);
 
 // Of the differences between the scaled values, compared less good. Differences that are not finite count for
 // nothing; when none is left, the figures are not-a-number and `at` is -1.

@@ -68,8 +68,8 @@ class Fleet(Folder):
         """Every figure is the tool's; files that have problems tell of them in its words."""
         os.chdir(self.folder)
         self.addCleanup(os.chdir, ROOT)
-        done = tool("stats", "--format", "csv", *self.files)
-        head, *expected = csv.reader(io.StringIO(done.stdout.decode()))
+        text, errors = tool("stats", "--format", "csv", *self.files)
+        head, *expected = csv.reader(io.StringIO(text.decode()))
         own_head, *rows = csv.reader(io.StringIO(table.decode()))
         self.assertEqual(own_head, head + ["problem"])
         self.assertEqual(list(dict.fromkeys(row[0] for row in rows)), self.files)
@@ -79,7 +79,7 @@ class Fleet(Folder):
             self.assertEqual(row[:4], line[:4])
             self.assertEqual([text and float(text) for text in row[4:-1]], [text and float(text) for text in line[4:]])
         problems = {row[0]: row[-1] for row in rows if row[-1]}
-        words = done.stderr.decode()
+        words = errors.decode()
         self.assertLessEqual({"fleet/cut.paf", "fleet/empty.xml", 'fleet/press/problem, "inside".xml'}, problems.keys())
         for problem in problems.values():
             for piece in problem.split("; "):
