@@ -10,7 +10,7 @@
 //
 // The model is what GetData returns: groups in the order of the file, each with its signals and reference
 // lines (model/GraphData.h, model/GraphDataGroup.h, model/GraphDataSet.h). Names need not be unique. The axis
-// is a set that no group lists; a variable that two groups show is two sets with one store.
+// is a set in a group of its own, the first; a variable that two groups show is two sets with one store.
 //
 // Values. Samples count from 0 to GetCount(). CGraphDataSet::GetSamples gives those of the file, not copied,
 // in their type. A value in the signal's unit is (sample + GetUnitOffset()) * GetUnitFactor(), rounded to 32
