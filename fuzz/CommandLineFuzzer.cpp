@@ -70,19 +70,20 @@ void CheckTool(const QStringList& arguments) {
         return;
     }
     constexpr int kLargestSide = 16384;
-    const QSize size = options->size;
+    const QSize size = options->view.size;
     Require(size.width() >= 1 && size.width() <= kLargestSide && size.height() >= 1 &&
                 size.height() <= kLargestSide,
             "a picture's size is within its limits");
     Require(options->accessLevel >= 0 && options->accessLevel <= 3, "a level is 0 to 3");
-    Require(!options->zoom || std::isfinite(*options->zoom), "a zoom factor is a number");
+    const std::optional<float> zoom = options->view.zoom;
+    Require(!zoom || std::isfinite(*zoom), "a zoom factor is a number");
     const bool needsOutput = options->command == Command::Csv || options->command == Command::Render ||
                              options->command == Command::Pack || options->command == Command::Expand;
     Require(!needsOutput || arguments.contains(options->output), "an output that was named");
     const bool takesMany = options->command == Command::Stats || options->command == Command::Compare;
     Require(takesMany != options->inputs.isEmpty(), "files that were named");
-    Require(!options->from || !options->to || (*options->from >= 0 && *options->from <= *options->to),
-            "a range is in order");
+    const auto& [from, to, whileSignal] = options->samples;
+    Require(!from || !to || (*from >= 0 && *from <= *to), "a range is in order");
     for (const Tolerance& tolerance : options->tolerances)
         Require(std::isfinite(tolerance.largest) && tolerance.largest >= 0, "a tolerance is a number");
 }
