@@ -34,7 +34,7 @@ Variables UpToTheLastShown(Variables variables) {
 
 // The most rows that support/Limits.h allows.
 int64_t RowLimit(const CSampleText& text, Variables variables) {
-    const int64_t columns = std::ranges::count_if(variables, &TypedDataBase::HasStore);
+    const int64_t columns = std::max<int64_t>(1, std::ranges::count_if(variables, &TypedDataBase::HasStore));
     const int64_t samples =
         support::limits::kFreeSamples + text.GetSize() / support::limits::kRowBytesPerSample;
     return std::min<int64_t>(samples / columns, std::numeric_limits<int>::max());
