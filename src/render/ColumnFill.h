@@ -3,6 +3,7 @@
 // touch each row of the picture as many times as there are columns in it.
 #pragma once
 
+#include "render/ColumnStrip.h"
 #include "render/Mapping.h"
 
 #include <QRect>
@@ -48,24 +49,14 @@ public:
     void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
 
 private:
-    // Where the rows of a run begin, or end, in one column of a strip.
-    struct End {
-        uint16_t y;
-        uint16_t column;
-        uint16_t layer;
-        bool begins;
-    };
-    // Columns side by side.
-    using Strip = std::vector<End>;
-    class CSweep;
-
     void FillInOnePass(const PixelGrid& grid, std::span<const RunLayer> layers);
     void Collect(const PixelGrid& grid, std::span<const RunLayer> layers);
-    void AddEnds(const PixelRect& pixels, uint16_t layer);
+    void AddRun(const PixelRect& pixels, size_t layer);
 
     QRect m_Clip; // the piece of the clip that is filled
     int m_nStripColumns = 0;
-    std::vector<Strip> m_Strips;
+    std::vector<CColumnStrip> m_Strips;
+    std::vector<QRgb> m_Colors;
 };
 
 } // namespace Tracelyn

@@ -30,19 +30,20 @@ bool TakeFileJustOpened() {
 
 void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& area) {
     const PixelRect client = window.GetClientRect();
-    if (!m_Font)
-        m_Font.emplace();
+    if (!m_Memory)
+        m_Memory.emplace();
     UpdateScrollBar(window);
 
     LayoutBands(m_Data, client);
     m_Console = {};
     if (m_Options.console)
-        m_Console = MeasureConsole(m_Data, [&](const QString& text) { return m_Font->GetTextWidth(text); });
+        m_Console =
+            MeasureConsole(m_Data, [&](const QString& text) { return m_Memory->font.GetTextWidth(text); });
     m_nLastIndex = m_Data.GetMaxCount() - 1;
     if (m_bResetPending)
         ResetRange(client);
 
-    CGraphDrawingContext context(painter, *m_Font, client, area, m_Data, m_Options, m_bDarkScheme);
+    CGraphDrawingContext context(painter, *m_Memory, client, area, m_Data, m_Options, m_bDarkScheme);
     if (context.GetPainter().IsVector()) {
         DrawVector(context);
         return;
@@ -112,7 +113,7 @@ void CGraph::Clear() {
     m_Options.behind.clear();
     m_Data.Clear();
     m_Canvas = CCanvas();
-    m_Font.reset();
+    m_Memory.reset();
 }
 
 void CGraph::ToggleGroupAt(CGraphWindow& window, unsigned /*buttons*/, int x, int y) {
@@ -219,10 +220,10 @@ void CGraph::InvalidateStrip(CGraphWindow& window, int pixelX) const {
 // A value too wide for its column widens its cell: both the cells that are shown and those that will be.
 void CGraph::InvalidateValues(CGraphWindow& window, Contents contents) {
     InvalidateScreenRects(window, kValueRect, contents);
-    if (!m_Font)
+    if (!m_Memory)
         return;
     const CConsole console(m_Data, window.GetClientRect(), m_Console, m_bConsoleOnLeft);
-    for (const PixelRect& cell : console.GetWideCells(*m_Font, {m_nCursor, m_nFixedCursor}))
+    for (const PixelRect& cell : console.GetWideCells(m_Memory->font, {m_nCursor, m_nFixedCursor}))
         window.Invalidate(cell, contents);
 }
 

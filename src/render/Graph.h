@@ -8,7 +8,6 @@
 #include "render/GraphDrawingContext.h"
 #include "render/GraphLayout.h"
 #include "render/GraphWindow.h"
-#include "render/SmallFont.h"
 
 #include <QString>
 
@@ -139,7 +138,7 @@ private:
     CGraphData m_Data;
     CCanvas m_Canvas;
     // Made by the first frame after a load.
-    std::optional<CSmallFont> m_Font;
+    std::optional<PainterMemory> m_Memory;
     bool m_bResetPending = false;
     int m_nCursor = 0;
     int m_nFixedCursor = kNoReference;

@@ -36,12 +36,12 @@ const ColorScheme& ColorScheme::Light() {
     return scheme;
 }
 
-CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client,
+CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, PainterMemory& memory, const PixelRect& client,
                                            const CPaintArea& area, const CGraphData& data,
                                            const PlotOptions& options, bool dark)
     : m_Data(data), m_Client(client), m_Area(area), m_Options(options),
       m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()),
-      m_Painter(painter, font, area.GetRegion()) {
+      m_Painter(painter, memory, area.GetRegion()) {
     m_Painter.SetClip(client.ToQRect());
 }
 

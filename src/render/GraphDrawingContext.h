@@ -1,4 +1,4 @@
-// What one frame is drawn with: the painter, the area to repaint, the colours and the font.
+// What one frame is drawn with: the painter, the area to repaint and the colours.
 #pragma once
 
 #include "model/GraphDataSet.h"
@@ -44,11 +44,12 @@ struct ColorScheme {
     static const ColorScheme& Light();
 };
 
-// Lives for one frame and borrows the painter, the font, the model and the options.
+// Lives for one frame and borrows the painter, the memory, the model and the options.
 class CGraphDrawingContext {
 public:
-    CGraphDrawingContext(QPainter& painter, CSmallFont& font, const PixelRect& client, const CPaintArea& area,
-                         const CGraphData& data, const PlotOptions& options, bool dark);
+    CGraphDrawingContext(QPainter& painter, PainterMemory& memory, const PixelRect& client,
+                         const CPaintArea& area, const CGraphData& data, const PlotOptions& options,
+                         bool dark);
 
     CPixelPainter& GetPainter() { return m_Painter; }
     const CPixelPainter& GetPainter() const { return m_Painter; }

@@ -50,12 +50,15 @@ qsizetype FewestLetters(const QString& text, IsEnough isEnough) {
 
 } // namespace
 
-CPixelPainter::CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region)
-    : m_Painter(painter), m_Font(font), m_bVector(IsVectorFile(painter)),
+CPixelPainter::CPixelPainter(QPainter& painter, PainterMemory& memory, const QRegion& region)
+    : m_Painter(painter), m_Font(memory.font), m_bVector(IsVectorFile(painter)),
       m_bReachesPixels(!m_bVector && PixelsOf(painter)),
-      m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)) {
+      m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)), m_Runs(memory.runs),
+      m_Layers(memory.layers), m_RunFill(memory.runFill), m_ColumnFill(memory.columnFill) {
+    m_Runs.clear();
+    m_Layers.clear();
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
-    m_Painter.setFont(m_bVector ? font.GetNamedFont() : font.GetFont());
+    m_Painter.setFont(m_bVector ? m_Font.GetNamedFont() : m_Font.GetFont());
 }
 
 CPixelPainter::~CPixelPainter() {
@@ -131,14 +134,14 @@ void CPixelPainter::Flush() {
     }
     if (CColumnFill::IsWorthIt(layers)) {
         if (const auto grid = PixelsOf(m_Painter)) {
-            m_Columns.Fill(*grid, layers);
+            m_ColumnFill.Fill(*grid, layers);
             return;
         }
     }
     for (const RunLayer& layer : layers) {
         m_Painter.setBrush(QColor::fromRgba(layer.color));
         for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
-            m_Fill.Fill(m_Painter, layer.runs.subspan(at, std::min(kRunsAtOnce, layer.runs.size() - at)));
+            m_RunFill.Fill(m_Painter, layer.runs.subspan(at, std::min(kRunsAtOnce, layer.runs.size() - at)));
     }
 }
 

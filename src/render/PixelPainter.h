@@ -19,14 +19,31 @@
 
 namespace Tracelyn {
 
+// Runs of one colour, from `begin` on among all.
+struct ColoredRuns {
+    QRgb color;
+    size_t begin;
+};
+
+// What the painters of one picture hand on from frame to frame: the font, with the widths that it has
+// measured, and memory, which takes long to get from the system. It can be made only while the application
+// object exists.
+struct PainterMemory {
+    CSmallFont font;
+    std::vector<QRect> runs;
+    std::vector<ColoredRuns> layers;
+    CRunFill runFill;
+    CColumnFill columnFill;
+};
+
 // Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
 // itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
 // screen. The runs of these pixels are collected; they reach the painter in bundles, or its pixels in one
 // pass.
 class CPixelPainter {
 public:
-    // Pixels outside the region need not be drawn.
-    CPixelPainter(QPainter& painter, CSmallFont& font, const QRegion& region);
+    // Pixels outside the region need not be drawn. The memory serves one painter at a time.
+    CPixelPainter(QPainter& painter, PainterMemory& memory, const QRegion& region);
     CPixelPainter(const CPixelPainter&) = delete;
     CPixelPainter& operator=(const CPixelPainter&) = delete;
     ~CPixelPainter();
@@ -81,15 +98,10 @@ private:
     QColor m_TextBackground;
     QRegion m_Clip;
     PixelRect m_ClipBounds;
-    // Runs of several colours, each layer over the one before.
-    struct Layer {
-        QRgb color;
-        size_t begin; // among the runs
-    };
-    std::vector<QRect> m_Runs;
-    std::vector<Layer> m_Layers;
-    CRunFill m_Fill;
-    CColumnFill m_Columns;
+    std::vector<QRect>& m_Runs;
+    std::vector<ColoredRuns>& m_Layers; // each over the one before
+    CRunFill& m_RunFill;
+    CColumnFill& m_ColumnFill;
     int m_nExceptions = std::uncaught_exceptions();
 };
 
