@@ -60,13 +60,13 @@ bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
     int64_t columns = 0;
     PixelRect around{kLargest, kLargest, -kLargest, -kLargest};
     for (const RunLayer& layer : layers) {
-        for (const QRect& run : layer.runs) {
-            pixels += int64_t{run.width()} * run.height();
-            columns += run.width();
-            around.left = std::min(around.left, run.x());
-            around.top = std::min(around.top, run.y());
-            around.right = std::max(around.right, run.x() + run.width());
-            around.bottom = std::max(around.bottom, run.y() + run.height());
+        for (const PixelRect& run : layer.runs) {
+            pixels += int64_t{run.GetWidth()} * run.GetHeight();
+            columns += run.GetWidth();
+            around.left = std::min(around.left, run.left);
+            around.top = std::min(around.top, run.top);
+            around.right = std::max(around.right, run.right);
+            around.bottom = std::max(around.bottom, run.bottom);
         }
     }
     const int64_t passes = 1 + std::ssize(layers) / kLayersAtOnce + columns / kColumnsAtOnce;
@@ -88,7 +88,7 @@ void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) 
                 }
                 size_t count = 0;
                 while (count < left.size() && columns < kColumnsAtOnce)
-                    columns += int64_t{left[count++].width()} * grid.scale;
+                    columns += int64_t{left[count++].GetWidth()} * grid.scale;
                 pass.push_back({layer.color, left.first(count)});
                 left = left.subspan(count);
             }
@@ -112,31 +112,37 @@ void CColumnFill::FillInOnePass(const PixelGrid& grid, std::span<const RunLayer>
 void CColumnFill::Collect(const PixelGrid& grid, std::span<const RunLayer> layers) {
     const int strips = (m_Clip.width() + CColumnStrip::kMostColumns - 1) / CColumnStrip::kMostColumns;
     m_nStripColumns = (m_Clip.width() + strips - 1) / strips;
+    m_nStrip = 0;
     m_Strips.resize(static_cast<size_t>(strips));
     for (CColumnStrip& strip : m_Strips)
         strip.Clear();
     m_Colors.clear();
+    const QPoint origin = grid.origin - m_Clip.topLeft();
     for (size_t layer = 0; layer < layers.size(); ++layer) {
         m_Colors.push_back(layers[layer].color);
-        for (const QRect& run : layers[layer].runs) {
-            const QPoint at = run.topLeft() * grid.scale + grid.origin - m_Clip.topLeft();
-            AddRun({std::max(at.x(), 0), std::max(at.y(), 0),
-                    std::min(at.x() + run.width() * grid.scale, m_Clip.width()),
-                    std::min(at.y() + run.height() * grid.scale, m_Clip.height())},
+        for (const PixelRect& run : layers[layer].runs) {
+            AddRun({std::max(run.left * grid.scale + origin.x(), 0),
+                    std::max(run.top * grid.scale + origin.y(), 0),
+                    std::min(run.right * grid.scale + origin.x(), m_Clip.width()),
+                    std::min(run.bottom * grid.scale + origin.y(), m_Clip.height())},
                    layer);
         }
     }
 }
 
-// Cuts the run at the strips' edges.
+// Cuts the run at the strips' edges. Most runs are in the strip of the one before.
 void CColumnFill::AddRun(const PixelRect& pixels, size_t layer) {
     if (pixels.top >= pixels.bottom)
         return;
     for (int x = pixels.left; x < pixels.right;) {
-        const int strip = x / m_nStripColumns;
-        const int left = strip * m_nStripColumns;
+        int left = m_nStrip * m_nStripColumns;
+        if (x < left || x >= left + m_nStripColumns) {
+            m_nStrip = x / m_nStripColumns;
+            left = m_nStrip * m_nStripColumns;
+        }
         const int right = std::min(pixels.right, left + m_nStripColumns);
-        m_Strips[static_cast<size_t>(strip)].Add({x - left, pixels.top, right - left, pixels.bottom}, layer);
+        m_Strips[static_cast<size_t>(m_nStrip)].Add({x - left, pixels.top, right - left, pixels.bottom},
+                                                    layer);
         x = right;
     }
 }

@@ -23,7 +23,7 @@ namespace Tracelyn {
 // Runs of one colour. The next layer lies over them.
 struct RunLayer {
     QRgb color; // opaque
-    std::span<const QRect> runs;
+    std::span<const PixelRect> runs;
 };
 
 // The pixels that a painter of pixels writes to, and where its coordinates are among them. Ends with whatever
@@ -55,6 +55,7 @@ private:
 
     QRect m_Clip; // the piece of the clip that is filled
     int m_nStripColumns = 0;
+    int m_nStrip = 0; // of the last run
     std::vector<CColumnStrip> m_Strips;
     std::vector<QRgb> m_Colors;
 };

@@ -9,12 +9,33 @@
 
 namespace Tracelyn {
 
+// The runs of a line that goes down or up a column and ends in it or begins its last half in a column beside
+// it, as those of dense curves do. What ForEachLineRun gives, without a division.
+template <class Emit>
+void ForEachColumnRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit emit) {
+    const int steps = std::abs(y2 - y1);
+    // Of these the first are in the column x1. A half goes up.
+    const int first = x1 == x2 ? steps : (steps + 1) / 2;
+    const auto emitSteps = [&](int x, int from, int to) {
+        const int top = std::max(y1 < y2 ? y1 + from : y1 - to + 1, clip.top);
+        const int bottom = std::min(y1 < y2 ? y1 + to : y1 - from + 1, clip.bottom);
+        if (x >= clip.left && x < clip.right && top < bottom)
+            emit(x, top, 1, bottom - top);
+    };
+    emitSteps(x1, 0, first);
+    emitSteps(x2, first, steps);
+}
+
 // Calls emit(x, y, width, height) for the runs of the line that touch the clip. Step k of the n steps along
 // the longer direction lies at round(k * shorter / n) across it; the end point is left out. Coordinates below
 // 2^29.
 template <class Emit>
 void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit emit) {
     const bool steep = std::abs(int64_t{y2} - y1) > std::abs(int64_t{x2} - x1);
+    if (steep && std::abs(x2 - x1) <= 1) {
+        ForEachColumnRun(x1, y1, x2, y2, clip, emit);
+        return;
+    }
     const int64_t along = steep ? y1 : x1;
     const int64_t across = steep ? x1 : y1;
     const int64_t alongSpan = steep ? int64_t{y2} - y1 : int64_t{x2} - x1;
@@ -36,8 +57,6 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
 
     // First step of a row: the smallest k with k * rows / steps >= row - 1/2.
     const auto firstStep = [=](int64_t row) {
-        if (rows == 1) // the same without a division, for curves that go up or down in every column
-            return row <= 0 ? 0 : ((2 * row - 1) * steps + 1) / 2;
         return row <= 0 ? 0 : ((2 * row - 1) * steps + 2 * rows - 1) / (2 * rows);
     };
     const int64_t clipAlong = steep ? clip.top : clip.left;

@@ -24,16 +24,17 @@ constexpr size_t kMostRuns = 1 << 15;
 // How far the ink of a text may reach out of its cell at either side.
 constexpr int kOverhang = 32;
 
-// The rectangle that covers just the two, when they are pieces of one column or one row that touch or
-// overlap.
-std::optional<QRect> Joined(const QRect& a, const QRect& b) {
-    const bool isColumn = a.width() == 1 && b.width() == 1 && a.x() == b.x();
-    const bool isRow = a.height() == 1 && b.height() == 1 && a.y() == b.y();
-    if (isColumn && a.y() <= b.y() + b.height() && b.y() <= a.y() + a.height())
-        return a | b;
-    if (isRow && a.x() <= b.x() + b.width() && b.x() <= a.x() + a.width())
-        return a | b;
-    return std::nullopt;
+// Whether one rectangle covers just the two, since they are pieces of one column or one row that touch or
+// overlap. It becomes the first then.
+bool Join(PixelRect& a, const PixelRect& b) {
+    const bool isColumn = a.left == b.left && a.right == b.right && a.GetWidth() == 1;
+    const bool isRow = a.top == b.top && a.bottom == b.bottom && a.GetHeight() == 1;
+    const bool touch = a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
+    if (!touch || !(isColumn || isRow))
+        return false;
+    a = {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+         std::max(a.bottom, b.bottom)};
+    return true;
 }
 
 // How many letters of the text, up to all of them, it takes until `isEnough`.
@@ -82,25 +83,22 @@ void CPixelPainter::SetClip(const QRegion& clip) {
 }
 
 void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
-    ForEachLineRun(x1, y1, x2, y2, m_ClipBounds,
-                   [this](int x, int y, int width, int height) { AddRun(QRect(x, y, width, height)); });
+    ForEachLineRun(x1, y1, x2, y2, m_ClipBounds, [this](int x, int y, int width, int height) {
+        AddRun({x, y, x + width, y + height});
+    });
 }
 
 void CPixelPainter::Bar(const PixelRect& rect) {
     const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
     if (!visible.isEmpty())
-        AddRun(visible);
+        AddRun(PixelRect::From(visible));
 }
 
 // Lines of a curve meet in their columns: most runs go on where the one before ended.
-void CPixelPainter::AddRun(const QRect& run) {
+void CPixelPainter::AddRun(const PixelRect& run) {
     const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == m_nPen;
-    if (isSameLayer) {
-        if (const auto joined = Joined(m_Runs.back(), run)) {
-            m_Runs.back() = *joined;
-            return;
-        }
-    }
+    if (isSameLayer && Join(m_Runs.back(), run))
+        return;
     if (m_Runs.size() == kMostRuns) {
         Flush();
         m_Layers.push_back({m_nPen, 0});
@@ -158,7 +156,7 @@ void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
     if (visible.isEmpty())
         return;
     if (m_bVector && color == m_Pen) {
-        AddRun(visible);
+        AddRun(PixelRect::From(visible));
         return;
     }
     Flush();

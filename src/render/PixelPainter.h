@@ -30,7 +30,7 @@ struct ColoredRuns {
 // object exists.
 struct PainterMemory {
     CSmallFont font;
-    std::vector<QRect> runs;
+    std::vector<PixelRect> runs;
     std::vector<ColoredRuns> layers;
     CRunFill runFill;
     CColumnFill columnFill;
@@ -80,7 +80,7 @@ public:
     void Flush();
 
 private:
-    void AddRun(const QRect& run);
+    void AddRun(const PixelRect& run);
     std::vector<RunLayer> TakeLayers() const;
     void CutToClip(int& x, QString& text) const;
     bool ReachesClip(int x, const QString& text) const;
@@ -98,7 +98,7 @@ private:
     QColor m_TextBackground;
     QRegion m_Clip;
     PixelRect m_ClipBounds;
-    std::vector<QRect>& m_Runs;
+    std::vector<PixelRect>& m_Runs;
     std::vector<ColoredRuns>& m_Layers; // each over the one before
     CRunFill& m_RunFill;
     CColumnFill& m_ColumnFill;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -27,17 +28,18 @@ int Bottom(const QRect& rect) {
 }
 
 // The first runs, as far as they are columns side by side from left to right; at least one run.
-std::span<const QRect> FirstNeighbours(std::span<const QRect> runs) {
+std::span<const PixelRect> FirstNeighbours(std::span<const PixelRect> runs) {
     const size_t most = std::min(runs.size(), kColumnsTogether);
     size_t count = 1;
-    while (count < most && runs[count].width() == 1 && runs[count].x() == runs[count - 1].x() + 1)
+    while (count < most && runs[count].GetWidth() == 1 && runs[count].left == runs[count - 1].left + 1)
         ++count;
-    return runs.first(runs[0].width() == 1 ? count : 1);
+    return runs.first(runs[0].GetWidth() == 1 ? count : 1);
 }
 
-bool AreHigh(std::span<const QRect> columns) {
-    const int rows = std::accumulate(columns.begin(), columns.end(), 0,
-                                     [](int sum, const QRect& column) { return sum + column.height(); });
+bool AreHigh(std::span<const PixelRect> columns) {
+    const int rows = std::accumulate(columns.begin(), columns.end(), 0, [](int sum, const PixelRect& column) {
+        return sum + column.GetHeight();
+    });
     return rows >= kFewestRows * static_cast<int>(columns.size());
 }
 
@@ -52,25 +54,26 @@ CRunFill::CRunFill() {
     m_Strip.reserve(kMost);
 }
 
-void CRunFill::Fill(QPainter& painter, std::span<const QRect> runs) {
+void CRunFill::Fill(QPainter& painter, std::span<const PixelRect> runs) {
     painter.setPen(Qt::NoPen);
+    m_Pieces.clear();
     if (runs.size() < kFewestToSort) {
-        painter.drawRects(runs.data(), static_cast<int>(runs.size()));
+        std::ranges::transform(runs, std::back_inserter(m_Pieces), &PixelRect::ToQRect);
+        painter.drawRects(m_Pieces.data(), static_cast<int>(m_Pieces.size()));
         return;
     }
-    m_Pieces.clear();
     int top = std::numeric_limits<int>::max();
     int bottom = std::numeric_limits<int>::min();
-    for (const QRect& run : runs) {
-        top = std::min(top, run.y());
-        bottom = std::max(bottom, Bottom(run));
+    for (const PixelRect& run : runs) {
+        top = std::min(top, run.top);
+        bottom = std::max(bottom, run.bottom);
     }
     while (!runs.empty()) {
         const auto columns = FirstNeighbours(runs);
         if (columns.size() > 1 && AreHigh(columns))
             AddPieces(columns);
         else
-            m_Pieces.insert(m_Pieces.end(), columns.begin(), columns.end());
+            std::ranges::transform(columns, std::back_inserter(m_Pieces), &PixelRect::ToQRect);
         runs = runs.subspan(columns.size());
     }
     for (; top < bottom; top += kStrip)
@@ -78,12 +81,12 @@ void CRunFill::Fill(QPainter& painter, std::span<const QRect> runs) {
 }
 
 // Cuts the columns at all their ends: between two of those every column is there as a whole or not at all.
-void CRunFill::AddPieces(std::span<const QRect> columns) {
+void CRunFill::AddPieces(std::span<const PixelRect> columns) {
     std::array<int, 2 * kColumnsTogether> ends;
     size_t count = 0;
-    for (const QRect& column : columns) {
-        ends[count++] = column.y();
-        ends[count++] = Bottom(column);
+    for (const PixelRect& column : columns) {
+        ends[count++] = column.top;
+        ends[count++] = column.bottom;
     }
     const auto sorted = std::span(ends).first(count);
     std::ranges::sort(sorted);
@@ -91,14 +94,16 @@ void CRunFill::AddPieces(std::span<const QRect> columns) {
         AddRows(columns, sorted[i - 1], sorted[i]);
 }
 
-void CRunFill::AddRows(std::span<const QRect> columns, int top, int bottom) {
+void CRunFill::AddRows(std::span<const PixelRect> columns, int top, int bottom) {
     if (top == bottom)
         return;
-    const auto isThere = [=](const QRect& column) { return column.y() <= top && bottom <= Bottom(column); };
+    const auto isThere = [=](const PixelRect& column) {
+        return column.top <= top && bottom <= column.bottom;
+    };
     auto from = std::ranges::find_if(columns, isThere);
     while (from != columns.end()) {
         const auto to = std::find_if_not(from, columns.end(), isThere);
-        m_Pieces.emplace_back(from->x(), top, static_cast<int>(to - from), bottom - top);
+        m_Pieces.emplace_back(from->left, top, static_cast<int>(to - from), bottom - top);
         from = std::find_if(to, columns.end(), isThere);
     }
 }

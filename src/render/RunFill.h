@@ -2,6 +2,8 @@
 // filled one by one, each touches as many rows of the picture as it is high.
 #pragma once
 
+#include "render/Mapping.h"
+
 #include <QRect>
 
 #include <cstddef>
@@ -23,11 +25,11 @@ public:
     // Fills at most kRunsAtOnce rectangles with the painter's brush, and sets the painter's pen to none. They
     // may overlap and come in any order. High columns that stand side by side are filled row by row instead,
     // which is faster.
-    void Fill(QPainter& painter, std::span<const QRect> runs);
+    void Fill(QPainter& painter, std::span<const PixelRect> runs);
 
 private:
-    void AddPieces(std::span<const QRect> columns);
-    void AddRows(std::span<const QRect> columns, int top, int bottom);
+    void AddPieces(std::span<const PixelRect> columns);
+    void AddRows(std::span<const PixelRect> columns, int top, int bottom);
     void FillStrip(QPainter& painter, int top);
 
     std::vector<QRect> m_Pieces;

@@ -10,13 +10,13 @@ namespace {
 
 constexpr double kMiddle = 0.5;
 
-void AddLine(QPainterPath& lines, const QRect& run) {
-    if (run.height() == 1) {
-        lines.moveTo(run.x(), run.y() + kMiddle);
-        lines.lineTo(run.x() + run.width(), run.y() + kMiddle);
+void AddLine(QPainterPath& lines, const PixelRect& run) {
+    if (run.GetHeight() == 1) {
+        lines.moveTo(run.left, run.top + kMiddle);
+        lines.lineTo(run.right, run.top + kMiddle);
     } else {
-        lines.moveTo(run.x() + kMiddle, run.y());
-        lines.lineTo(run.x() + kMiddle, run.y() + run.height());
+        lines.moveTo(run.left + kMiddle, run.top);
+        lines.lineTo(run.left + kMiddle, run.bottom);
     }
 }
 
@@ -27,16 +27,16 @@ bool IsVectorFile(const QPainter& painter) {
     return type == QPaintEngine::SVG || type == QPaintEngine::Pdf;
 }
 
-void DrawAsLines(QPainter& painter, std::span<const QRect> runs, const QColor& color) {
+void DrawAsLines(QPainter& painter, std::span<const PixelRect> runs, const QColor& color) {
     QPainterPath lines;
     QPainterPath areas;
     // Areas may overlap.
     areas.setFillRule(Qt::WindingFill);
-    for (const QRect& run : runs) {
-        if (run.width() == 1 || run.height() == 1)
+    for (const PixelRect& run : runs) {
+        if (run.GetWidth() == 1 || run.GetHeight() == 1)
             AddLine(lines, run);
         else
-            areas.addRect(run);
+            areas.addRect(run.ToQRect());
     }
     if (!lines.isEmpty())
         painter.strokePath(lines, QPen(color, 1, Qt::SolidLine, Qt::FlatCap));

@@ -1,7 +1,7 @@
 // Writes runs of pixels as lines into a file of lines and texts, such as SVG or PDF.
 #pragma once
 
-#include <QRect>
+#include "render/Mapping.h"
 
 #include <span>
 
@@ -15,6 +15,6 @@ bool IsVectorFile(const QPainter& painter);
 
 // Draws the runs in one colour, with one path for all lines and one for all areas. A run of one row or column
 // is a line through the middle of its pixels.
-void DrawAsLines(QPainter& painter, std::span<const QRect> runs, const QColor& color);
+void DrawAsLines(QPainter& painter, std::span<const PixelRect> runs, const QColor& color);
 
 } // namespace Tracelyn

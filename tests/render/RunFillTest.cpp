@@ -31,17 +31,18 @@ TEST(RunFill, FillsEachPixelOfTheRunsAndNoOther) {
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     for (const size_t count : {0U, 1U, 31U, 100U, 512U}) {
         for (const int tallest : {3, 40, 2500}) {
-            std::vector<QRect> runs;
+            std::vector<PixelRect> runs;
             int x = below(100);
             while (runs.size() < count) {
                 const int y = below(kSize.height() - tallest) - 20;
                 const bool isColumn = below(10) != 0;
-                runs.emplace_back(x, y, isColumn ? 1 : below(9), isColumn ? 1 + below(tallest) : 1);
+                runs.push_back(
+                    {x, y, x + (isColumn ? 1 : below(9)), y + (isColumn ? 1 + below(tallest) : 1)});
                 x += below(10) == 0 ? below(40) - 20 : 1;
             }
             const QImage expected = Picture([&](QPainter& painter) {
-                for (const QRect& run : runs)
-                    painter.fillRect(run, Qt::green);
+                for (const PixelRect& run : runs)
+                    painter.fillRect(run.ToQRect(), Qt::green);
             });
             const QImage filled = Picture([&](QPainter& painter) { CRunFill().Fill(painter, runs); });
             EXPECT_EQ(filled, expected) << count << " runs up to " << tallest;
@@ -55,13 +56,13 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     int reached = 0;
     for (int round = 0; round < 40; ++round) {
-        std::vector<std::vector<QRect>> runs(round % 10 == 9 ? 70 : 5);
+        std::vector<std::vector<PixelRect>> runs(round % 10 == 9 ? 70 : 5);
         std::vector<RunLayer> layers;
         for (auto& each : runs) {
             for (int x = -3; x < 1130; x += below(12) == 0 ? -2 : 1) {
                 const bool isColumn = below(10) != 0;
-                each.emplace_back(x, below(400) - 20, isColumn ? 1 : below(60),
-                                  isColumn ? 1 + below(300) : 1);
+                const int y = below(400) - 20;
+                each.push_back({x, y, x + (isColumn ? 1 : below(60)), y + (isColumn ? 1 + below(300) : 1)});
             }
             layers.push_back({qRgb(below(256), below(256), below(256)), each});
         }
@@ -84,8 +85,8 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
                 return image.copy();
             }
             for (const RunLayer& layer : layers) {
-                for (const QRect& run : layer.runs)
-                    painter.fillRect(run, QColor(layer.color));
+                for (const PixelRect& run : layer.runs)
+                    painter.fillRect(run.ToQRect(), QColor(layer.color));
             }
             painter.end();
             return image.copy();
@@ -93,9 +94,9 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
         EXPECT_EQ(picture(true), picture(false)) << "round " << round << ", scale " << scale;
     }
     // So many flat lines over each other are for the painter.
-    std::vector<QRect> lines;
+    std::vector<PixelRect> lines;
     for (int y = 0; y < 400; y += 2)
-        lines.emplace_back(0, y, 300, 1);
+        lines.push_back({0, y, 300, y + 1});
     EXPECT_FALSE(CColumnFill::IsWorthIt(std::array{RunLayer{qRgb(1, 2, 3), lines}}));
     EXPECT_GT(reached, 15) << "the quick way was compared";
 }
