@@ -1,7 +1,5 @@
 #include "render/ColumnFill.h"
 
-#include "support/Parallel.h"
-
 #include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
@@ -15,8 +13,12 @@ namespace Tracelyn {
 namespace {
 
 constexpr int64_t kLayersAtOnce = CColumnStrip::kMostLayers;
+// More are not begun before these have ended: each has a hundred kilobytes and more.
+constexpr size_t kMostStrips = 64;
 // A clip of more pieces is left to the painter.
 constexpr int kMostPieces = 8;
+// More than caches keep beside other things. A picture of 1920x1080 pixels is smaller.
+constexpr qsizetype kCachedBytes = qsizetype{8} << 20;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
 
 // The columns of all runs that are filled in one pass, about: more would take much memory.
@@ -46,8 +48,8 @@ std::optional<PixelGrid> PixelsOf(QPainter& painter) {
         clip &= transform.map(painter.clipRegion());
     if (clip.rectCount() > kMostPieces)
         return std::nullopt;
-    return PixelGrid{reinterpret_cast<uint32_t*>(image.bits()), image.bytesPerLine() / 4, clip, scale,
-                     origin};
+    return PixelGrid{reinterpret_cast<uint32_t*>(image.bits()), image.bytesPerLine() / 4, clip, scale, origin,
+                     image.sizeInBytes() > kCachedBytes};
 }
 
 bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
@@ -74,17 +76,23 @@ bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
            int64_t{around.GetWidth()} * around.GetHeight() * passes <= pixels * kLargestShare;
 }
 
-void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) {
+void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers) {
+    if (m_Begun.intersects(grid.clip) || m_nBegun >= kMostStrips)
+        Finish();
+    m_Begun += grid.clip;
     for (const QRect& piece : grid.clip) {
-        m_Clip = piece;
         std::vector<RunLayer> pass;
         int64_t columns = 0;
+        const auto beginPass = [&] {
+            BeginOnePass(grid, piece, pass);
+            pass.clear();
+            columns = 0;
+        };
         for (const RunLayer& layer : layers) {
             for (auto left = layer.runs; !left.empty();) {
                 if (std::ssize(pass) == kLayersAtOnce || columns >= kColumnsAtOnce) {
-                    FillInOnePass(grid, pass);
-                    pass.clear();
-                    columns = 0;
+                    beginPass();
+                    m_Tasks.Finish(); // The next pass lies over this one.
                 }
                 size_t count = 0;
                 while (count < left.size() && columns < kColumnsAtOnce)
@@ -93,38 +101,47 @@ void CColumnFill::Fill(const PixelGrid& grid, std::span<const RunLayer> layers) 
                 left = left.subspan(count);
             }
         }
-        FillInOnePass(grid, pass);
+        beginPass();
     }
 }
 
-void CColumnFill::FillInOnePass(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    Collect(grid, layers);
-    support::ForEachParallel(std::ssize(m_Strips), [&](int /*worker*/, int64_t strip) {
-        const int x = static_cast<int>(strip) * m_nStripColumns;
-        uint32_t* const first = grid.first + m_Clip.y() * grid.perLine + m_Clip.x() + x;
-        const auto columns = static_cast<size_t>(std::min(m_Clip.width() - x, m_nStripColumns));
-        m_Strips[static_cast<size_t>(strip)].Fill(first, grid.perLine, columns,
-                                                  static_cast<size_t>(m_Clip.height()), m_Colors);
-        return true;
-    });
+void CColumnFill::Finish() {
+    m_Begun = QRegion();
+    m_nBegun = 0;
+    m_Tasks.Finish();
 }
 
-void CColumnFill::Collect(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    const int strips = (m_Clip.width() + CColumnStrip::kMostColumns - 1) / CColumnStrip::kMostColumns;
-    m_nStripColumns = (m_Clip.width() + strips - 1) / strips;
-    m_nStrip = 0;
-    m_Strips.resize(static_cast<size_t>(strips));
-    for (CColumnStrip& strip : m_Strips)
-        strip.Clear();
+void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers) {
     m_Colors.clear();
-    const QPoint origin = grid.origin - m_Clip.topLeft();
+    for (const RunLayer& layer : layers)
+        m_Colors.push_back(layer.color);
+    const int strips = (clip.width() + CColumnStrip::kMostColumns - 1) / CColumnStrip::kMostColumns;
+    m_nStripColumns = (clip.width() + strips - 1) / strips;
+    m_nStrip = 0;
+    m_Strips.clear();
+    uint32_t* const first = grid.first + clip.y() * grid.perLine + clip.x();
+    for (int x = 0; x < clip.width(); x += m_nStripColumns) {
+        if (m_nBegun == m_AllStrips.size())
+            m_AllStrips.push_back(std::make_unique<CColumnStrip>());
+        m_Strips.push_back(m_AllStrips[m_nBegun++].get());
+        m_Strips.back()->Begin({first + x, grid.perLine,
+                                static_cast<size_t>(std::min(clip.width() - x, m_nStripColumns)),
+                                static_cast<size_t>(clip.height()), grid.isLarge},
+                               m_Colors);
+    }
+    AddRuns(grid, clip, layers);
+    for (CColumnStrip* const strip : m_Strips)
+        m_Tasks.Add([strip] { strip->Fill(); });
+}
+
+void CColumnFill::AddRuns(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers) {
+    const QPoint origin = grid.origin - clip.topLeft();
     for (size_t layer = 0; layer < layers.size(); ++layer) {
-        m_Colors.push_back(layers[layer].color);
         for (const PixelRect& run : layers[layer].runs) {
             AddRun({std::max(run.left * grid.scale + origin.x(), 0),
                     std::max(run.top * grid.scale + origin.y(), 0),
-                    std::min(run.right * grid.scale + origin.x(), m_Clip.width()),
-                    std::min(run.bottom * grid.scale + origin.y(), m_Clip.height())},
+                    std::min(run.right * grid.scale + origin.x(), clip.width()),
+                    std::min(run.bottom * grid.scale + origin.y(), clip.height())},
                    layer);
         }
     }
@@ -141,8 +158,8 @@ void CColumnFill::AddRun(const PixelRect& pixels, size_t layer) {
             left = m_nStrip * m_nStripColumns;
         }
         const int right = std::min(pixels.right, left + m_nStripColumns);
-        m_Strips[static_cast<size_t>(m_nStrip)].Add({x - left, pixels.top, right - left, pixels.bottom},
-                                                    layer);
+        m_Strips[static_cast<size_t>(m_nStrip)]->Add({x - left, pixels.top, right - left, pixels.bottom},
+                                                     layer);
         x = right;
     }
 }

@@ -5,6 +5,7 @@
 
 #include "render/ColumnStrip.h"
 #include "render/Mapping.h"
+#include "support/BackgroundTasks.h"
 
 #include <QRect>
 #include <QRegion>
@@ -12,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -34,6 +36,7 @@ struct PixelGrid {
     QRegion clip;      // what may be written
     int scale;         // pixels of a coordinate in both directions
     QPoint origin;     // pixel of the coordinate 0, 0
+    bool isLarge;      // too large for the processor's caches
 };
 
 // Nothing when the painter's pixels cannot be reached, their colours take another form, a coordinate is no
@@ -45,19 +48,27 @@ public:
     // Whether the runs are high and cover so much of what surrounds them that Fill is the faster way.
     static bool IsWorthIt(std::span<const RunLayer> layers);
 
-    // Fills the runs, of wide pictures on several cores. They may overlap and come in any order.
-    void Fill(const PixelGrid& grid, std::span<const RunLayer> layers);
+    // Begins to fill the runs, over all that was begun before. They may overlap and come in any order. Other
+    // cores fill while the caller goes on, which must leave these pixels alone until Finish.
+    void Begin(const PixelGrid& grid, std::span<const RunLayer> layers);
+    // Returns when all pixels are filled.
+    void Finish();
 
 private:
-    void FillInOnePass(const PixelGrid& grid, std::span<const RunLayer> layers);
-    void Collect(const PixelGrid& grid, std::span<const RunLayer> layers);
+    void BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers);
+    void AddRuns(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers);
     void AddRun(const PixelRect& pixels, size_t layer);
 
-    QRect m_Clip; // the piece of the clip that is filled
+    QRegion m_Begun; // since Finish
+    // Of one pass.
+    std::vector<CColumnStrip*> m_Strips;
     int m_nStripColumns = 0;
     int m_nStrip = 0; // of the last run
-    std::vector<CColumnStrip> m_Strips;
     std::vector<QRgb> m_Colors;
+    // Of all passes since Finish come first.
+    std::vector<std::unique_ptr<CColumnStrip>> m_AllStrips;
+    size_t m_nBegun = 0;
+    support::CBackgroundTasks m_Tasks; // last, since it may use the strips as long as it is there
 };
 
 } // namespace Tracelyn

@@ -1,5 +1,9 @@
 #include "render/ColumnStrip.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
 #include <bit>
 #include <numeric>
@@ -15,32 +19,61 @@ constexpr size_t CellOf(size_t layer, size_t column) {
     return layer << kColumnBits | column;
 }
 
+// Does not read the pixels into the caches first, as a copy does, nor drop others from there: of a picture
+// that is larger than the caches they would have to leave again before anybody reads them.
+void CopyPastCaches(const QRgb* from, size_t count, uint32_t* to) {
+#ifdef __SSE2__
+    constexpr size_t kTogether = 4;
+    for (; count > 0 && reinterpret_cast<uintptr_t>(to) % sizeof(__m128i) != 0; --count)
+        *to++ = *from++;
+    for (; count >= kTogether; count -= kTogether, from += kTogether, to += kTogether)
+        _mm_stream_si128(reinterpret_cast<__m128i*>(to),
+                         _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+#endif
+    std::copy_n(from, count, to);
+}
+
+// Whoever is told that the pixels are there sees them.
+void EndCopiesPastCaches() {
+#ifdef __SSE2__
+    _mm_sfence();
+#endif
+}
+
 } // namespace
 
-void CColumnStrip::Fill(uint32_t* first, ptrdiff_t perLine, size_t columns, size_t height,
-                        std::span<const QRgb> colors) {
+void CColumnStrip::Begin(const StripPixels& pixels, std::span<const QRgb> colors) {
+    m_Pixels = pixels;
+    std::ranges::copy(colors, m_Colors.begin() + 1);
+    m_Runs.clear();
+}
+
+void CColumnStrip::Fill() {
     if (m_Runs.empty())
         return;
-    std::ranges::copy(colors, m_Colors.begin() + 1);
-    SortEnds(height);
-    for (size_t y = 0; y < height; ++y) {
+    SortEnds();
+    const size_t columns = m_Pixels.columns;
+    const QRgb* const shown = m_Shown.data();
+    uint32_t* row = m_Pixels.first;
+    for (size_t y = 0; y < m_Pixels.rows; ++y, row += m_Pixels.perLine) {
         PassRow(y);
-        uint32_t* const row = first + static_cast<ptrdiff_t>(y) * perLine;
-        const QRgb* const shown = m_Shown.data();
-        if (m_nCovered == columns) {
-            std::copy_n(shown, columns, row);
-        } else if (m_nCovered > 0) {
-            for (size_t x = 0; x < columns; ++x)
+        if (m_nCovered < columns) {
+            for (size_t x = 0; m_nCovered > 0 && x < columns; ++x)
                 row[x] = shown[x] != 0 ? shown[x] : row[x];
+        } else if (m_Pixels.isLarge) {
+            CopyPastCaches(shown, columns, row);
+        } else {
+            std::copy_n(shown, columns, row);
         }
     }
-    PassRow(height);
+    EndCopiesPastCaches();
+    PassRow(m_Pixels.rows);
 }
 
 // Counts the ends of each row, which says where those of a row end among all, and then puts them there from
 // the last one backwards.
-void CColumnStrip::SortEnds(size_t height) {
-    m_Rows.assign(height + 2, 0);
+void CColumnStrip::SortEnds() {
+    m_Rows.assign(m_Pixels.rows + 2, 0);
     for (const Run& run : m_Runs) {
         const auto columns = static_cast<uint32_t>(run.right - run.left);
         m_Rows[run.top] += columns;

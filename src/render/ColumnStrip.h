@@ -13,6 +13,15 @@
 
 namespace Tracelyn {
 
+// Pixels of columns side by side, at most 32767 rows high.
+struct StripPixels {
+    uint32_t* first;
+    ptrdiff_t perLine; // pixels from one row to the next
+    size_t columns;
+    size_t rows;
+    bool isLarge; // the picture is too large for the processor's caches
+};
+
 // Goes down the rows and knows what each column shows: from one row to the next only those columns change in
 // which a run begins or ends. The memory of one filling serves the next.
 class CColumnStrip {
@@ -22,18 +31,17 @@ public:
     // Each layer has a bit in a word.
     static constexpr int kMostLayers = 32;
 
-    // Forgets the runs of the filling before.
-    void Clear() { m_Runs.clear(); }
-    // Columns and rows count from the first pixel to be filled; both sides must be below 32768.
+    // What is to be filled, in colours of which the later lie over the earlier ones. Forgets the runs of the
+    // filling before.
+    void Begin(const StripPixels& pixels, std::span<const QRgb> colors);
+    // Columns and rows count from the first pixel.
     void Add(const PixelRect& run, size_t layer) {
         m_Runs.push_back({static_cast<uint16_t>(run.left), static_cast<uint16_t>(run.right),
                           static_cast<uint16_t>(run.top), static_cast<uint16_t>(run.bottom),
                           static_cast<uint16_t>(layer)});
     }
-    // Fills the runs: `first` is the pixel of column and row 0, `perLine` the way from row to row, in pixels.
-    // Later colours lie over earlier ones.
-    void Fill(uint32_t* first, ptrdiff_t perLine, size_t columns, size_t height,
-              std::span<const QRgb> colors);
+    // Fills the runs.
+    void Fill();
 
 private:
     struct Run {
@@ -47,9 +55,10 @@ private:
     // begins.
     using End = uint16_t;
 
-    void SortEnds(size_t height);
+    void SortEnds();
     void PassRow(size_t y);
 
+    StripPixels m_Pixels{};
     std::vector<Run> m_Runs;
     std::vector<uint32_t> m_Rows; // where the ends of each row are among all
     std::vector<End> m_Ends;      // by their rows

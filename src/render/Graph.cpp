@@ -105,7 +105,7 @@ void CGraph::DrawCursorLines(CGraphDrawingContext& context, CCanvas& canvas) con
     if (m_nFixedCursor != kNoReference)
         drawLine(m_nFixedCursor, context.GetColors().fixedCursor);
     drawLine(m_nCursor, context.GetColors().cursor);
-    context.GetPainter().Flush();
+    context.GetPainter().Finish();
 }
 
 void CGraph::Clear() {

@@ -63,8 +63,27 @@ CPixelPainter::CPixelPainter(QPainter& painter, PainterMemory& memory, const QRe
 }
 
 CPixelPainter::~CPixelPainter() {
-    if (std::uncaught_exceptions() == m_nExceptions)
-        Flush();
+    if (std::uncaught_exceptions() == m_nExceptions) {
+        Finish();
+        return;
+    }
+    try {
+        m_ColumnFill.Finish();
+    } catch (...) { // NOLINT(bugprone-empty-catch): the first exception is the one that is told
+    }
+}
+
+void CPixelPainter::Finish() {
+    Flush();
+    m_Filling = {};
+    m_ColumnFill.Finish();
+}
+
+void CPixelPainter::WaitForClip() {
+    if (!m_Filling.ToQRect().intersects(m_ClipBounds.ToQRect()))
+        return;
+    m_Filling = {};
+    m_ColumnFill.Finish();
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
@@ -132,10 +151,12 @@ void CPixelPainter::Flush() {
     }
     if (CColumnFill::IsWorthIt(layers)) {
         if (const auto grid = PixelsOf(m_Painter)) {
-            m_ColumnFill.Fill(*grid, layers);
+            m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
+            m_ColumnFill.Begin(*grid, layers);
             return;
         }
     }
+    WaitForClip();
     for (const RunLayer& layer : layers) {
         m_Painter.setBrush(QColor::fromRgba(layer.color));
         for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
@@ -160,11 +181,13 @@ void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
         return;
     }
     Flush();
+    WaitForClip();
     m_Painter.fillRect(visible, color);
 }
 
 void CPixelPainter::Polygon(std::span<const QPoint> points) {
     Flush();
+    WaitForClip();
     m_Painter.setPen(m_Pen);
     m_Painter.setBrush(m_Brush);
     m_Painter.drawPolygon(points.data(), static_cast<int>(points.size()));
@@ -199,6 +222,7 @@ void CPixelPainter::Text(int x, int y, const QString& text) {
     if (m_TextBackground.isValid())
         Fill({x, y, x + GetTextWidth(text), y + kTextHeight}, m_TextBackground);
     Flush();
+    WaitForClip();
     QString shown = support::ShownText(text);
     if (m_bVector)
         CutToClip(x, shown);

@@ -76,10 +76,15 @@ public:
     // Height of a text's cell.
     static constexpr int kTextHeight = 13;
 
-    // Hands the collected lines to the painter.
+    // Hands the collected lines to the painter. Their pixels may be filled while other parts of the picture
+    // are drawn.
     void Flush();
+    // All pixels are there when it returns.
+    void Finish();
 
 private:
+    // Pixels in the clip are filled when it returns, those of lines that are still collected aside.
+    void WaitForClip();
     void AddRun(const PixelRect& run);
     std::vector<RunLayer> TakeLayers() const;
     void CutToClip(int& x, QString& text) const;
@@ -102,6 +107,7 @@ private:
     std::vector<ColoredRuns>& m_Layers; // each over the one before
     CRunFill& m_RunFill;
     CColumnFill& m_ColumnFill;
+    PixelRect m_Filling; // bounds of what m_ColumnFill may be filling
     int m_nExceptions = std::uncaught_exceptions();
 };
 

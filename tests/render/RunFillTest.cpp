@@ -80,7 +80,9 @@ TEST(ColumnFill, FillsEachPixelOfTheRunsAndNoOther) {
             painter.translate(round % 5, 0);
             painter.setClipRegion(clip);
             if (const auto grid = quickly ? PixelsOf(painter) : std::nullopt) {
-                CColumnFill().Fill(*grid, layers);
+                CColumnFill fill;
+                fill.Begin(*grid, layers);
+                fill.Finish();
                 ++reached;
                 return image.copy();
             }

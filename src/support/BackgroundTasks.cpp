@@ -1,0 +1,81 @@
+#include "support/BackgroundTasks.h"
+
+#include "support/Parallel.h"
+
+#include <system_error>
+#include <utility>
+
+namespace support {
+
+namespace {
+
+// What the task throws; null when it throws nothing.
+std::exception_ptr ExceptionOf(const std::function<void()>& task) {
+    try {
+        task();
+    } catch (...) {
+        return std::current_exception();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+CBackgroundTasks::~CBackgroundTasks() {
+    try {
+        Finish();
+    } catch (...) { // NOLINT(bugprone-empty-catch): who did not ask for it with Finish is not told
+    }
+}
+
+void CBackgroundTasks::Add(std::function<void()> task) {
+    const bool hasCores =
+        WorkerCount(static_cast<int64_t>(m_Threads.size()) + 2) > static_cast<int>(m_Threads.size()) + 1;
+    {
+        const std::lock_guard lock(m_Mutex);
+        m_Tasks.push(std::move(task));
+    }
+    m_Changed.notify_one();
+    if (!hasCores)
+        return;
+    try {
+        m_Threads.emplace_back([this] { Run(true); });
+    } catch (const std::system_error&) {
+        // With fewer threads it only takes longer.
+    }
+}
+
+void CBackgroundTasks::Finish() {
+    {
+        const std::lock_guard lock(m_Mutex);
+        m_bFinishing = true;
+    }
+    m_Changed.notify_all();
+    Run(false);
+    m_Threads.clear();
+    m_bFinishing = false;
+    if (m_Exception)
+        std::rethrow_exception(std::exchange(m_Exception, nullptr));
+}
+
+void CBackgroundTasks::Run(bool waits) {
+    std::unique_lock lock(m_Mutex);
+    while (true) {
+        if (waits)
+            m_Changed.wait(lock, [this] { return m_bFinishing || !m_Tasks.empty(); });
+        if (m_Tasks.empty())
+            return;
+        const std::function<void()> task = std::move(m_Tasks.front());
+        m_Tasks.pop();
+        lock.unlock();
+        const std::exception_ptr thrown = ExceptionOf(task);
+        lock.lock();
+        if (thrown) {
+            m_Tasks = {};
+            if (!m_Exception)
+                m_Exception = thrown;
+        }
+    }
+}
+
+} // namespace support
