@@ -123,6 +123,18 @@ TEST(SampleRows, BecomeTheNumberThatEachFieldAloneIs) {
         std::vector<std::string> fields{"12.5", "-7", "123456", "0.25", "99999.9", "8"};
         fields.resize(random() % (fields.size() + 1));
         fields.insert(fields.begin() + static_cast<std::ptrdiff_t>(random() % (fields.size() + 1)), field);
+        // In most columns all fields have the same decimals, as many as those before.
+        if (const int decimals = static_cast<int>(random() % 9); decimals > 0) {
+            std::vector<std::string> alike;
+            const bool areLong = random() % 2 == 0;
+            while (alike.size() < 64 + fields.size())
+                alike.push_back(
+                    QByteArray::number(std::ldexp(random() % 10'000, areLong ? 10 : -4), 'f', decimals)
+                        .right(areLong ? 15 : 8)
+                        .toStdString());
+            alike[64 + random() % fields.size()] = field;
+            fields = alike;
+        }
         const char* const lineEnd = random() % 2 == 0 ? "\n" : "\r\n";
         std::string rows;
         for (const std::string& each : fields)

@@ -1,6 +1,8 @@
 // Converts the fields that one column takes in many rows, several at once.
 #pragma once
 
+#include "reader/rows/FieldWords.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -19,6 +21,8 @@ struct ColumnFields {
 struct ColumnHabit {
     bool isLong = false;   // some had more than eight characters, the sign not counted
     bool isSigned = false; // some had a minus sign
+    size_t decimals = 0;   // of each, if all have a point; 0 when they differ or it is not known
+    bool differs = false;  // their decimals differed before
 };
 
 // Reads the fields of a column as numbers of type T, float or int32_t: what FloatOfField or IntegerOfField
@@ -27,7 +31,7 @@ template <class T>
 class CFieldReader {
 public:
     // As many are read fastest.
-    static constexpr size_t kAtOnce = 64;
+    static constexpr size_t kAtOnce = FieldWords::kAtOnce;
 
     CFieldReader(const ColumnFields& fields, ColumnHabit& habit) : m_Fields(fields), m_Habit(habit) {}
 
