@@ -1,10 +1,5 @@
 #include "render/ColumnFill.h"
 
-#include <QImage>
-#include <QPaintEngine>
-#include <QPainter>
-#include <QTransform>
-
 #include <algorithm>
 #include <limits>
 
@@ -15,10 +10,8 @@ namespace {
 constexpr int64_t kLayersAtOnce = CColumnStrip::kMostLayers;
 // More are not begun before these have ended: each has a hundred kilobytes and more.
 constexpr size_t kMostStrips = 64;
-// A clip of more pieces is left to the painter.
+// Each piece of the clip is looked at on its own.
 constexpr int kMostPieces = 8;
-// More than caches keep beside other things. A picture of 1920x1080 pixels is smaller.
-constexpr qsizetype kCachedBytes = qsizetype{8} << 20;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
 
 // The columns of all runs that are filled in one pass, about: more would take much memory.
@@ -26,33 +19,9 @@ constexpr int64_t kColumnsAtOnce = 1 << 19;
 
 } // namespace
 
-std::optional<PixelGrid> PixelsOf(QPainter& painter) {
-    const QPaintEngine* const engine = painter.paintEngine();
-    QPaintDevice* const device = engine->type() == QPaintEngine::Raster ? engine->paintDevice() : nullptr;
-    if (device == nullptr || device->devType() != QInternal::Image)
-        return std::nullopt;
-    auto& image = *static_cast<QImage*>(device);
-    const bool isKnown =
-        image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied;
-    const QTransform& transform = painter.deviceTransform();
-    const int scale = qRound(transform.m11());
-    const QPoint origin(qRound(transform.dx()), qRound(transform.dy()));
-    const bool isWhole = scale > 0 && transform == QTransform(scale, 0, 0, scale, origin.x(), origin.y()) &&
-                         image.isDetached();
-    if (!isKnown || !isWhole || image.width() > kLargest || image.height() > kLargest)
-        return std::nullopt;
-    QRegion clip(image.rect());
-    if (const QRegion ofSystem = engine->systemClip(); !ofSystem.isEmpty())
-        clip &= ofSystem;
-    if (painter.hasClipping())
-        clip &= transform.map(painter.clipRegion());
-    if (clip.rectCount() > kMostPieces)
-        return std::nullopt;
-    return PixelGrid{reinterpret_cast<uint32_t*>(image.bits()), image.bytesPerLine() / 4, clip, scale, origin,
-                     image.sizeInBytes() > kCachedBytes};
-}
-
-bool CColumnFill::IsWorthIt(std::span<const RunLayer> layers) {
+bool CColumnFill::IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> layers) {
+    if (grid.clip.rectCount() > kMostPieces)
+        return false;
     constexpr int64_t kFewestPixels = 1 << 16;
     // On average. A column of a run costs as much as filling some rows of it.
     constexpr int64_t kFewestRows = 4;

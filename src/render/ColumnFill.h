@@ -4,7 +4,7 @@
 #pragma once
 
 #include "render/ColumnStrip.h"
-#include "render/Mapping.h"
+#include "render/PixelGrid.h"
 #include "support/BackgroundTasks.h"
 
 #include <QRect>
@@ -14,39 +14,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <vector>
 
-class QPainter;
-
 namespace Tracelyn {
-
-// Runs of one colour. The next layer lies over them.
-struct RunLayer {
-    QRgb color; // opaque
-    std::span<const PixelRect> runs;
-};
-
-// The pixels that a painter of pixels writes to, and where its coordinates are among them. Ends with whatever
-// the painter does next.
-struct PixelGrid {
-    uint32_t* first;   // of the row 0
-    ptrdiff_t perLine; // pixels from one row to the next
-    QRegion clip;      // what may be written
-    int scale;         // pixels of a coordinate in both directions
-    QPoint origin;     // pixel of the coordinate 0, 0
-    bool isLarge;      // too large for the processor's caches
-};
-
-// Nothing when the painter's pixels cannot be reached, their colours take another form, a coordinate is no
-// whole number of them or the clip has many pieces.
-std::optional<PixelGrid> PixelsOf(QPainter& painter);
 
 class CColumnFill {
 public:
-    // Whether the runs are high and cover so much of what surrounds them that Fill is the faster way.
-    static bool IsWorthIt(std::span<const RunLayer> layers);
+    // Whether the runs are high and cover so much of what surrounds them that this is faster than FillRuns.
+    static bool IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> layers);
 
     // Begins to fill the runs, over all that was begun before. They may overlap and come in any order. Other
     // cores fill while the caller goes on, which must leave these pixels alone until Finish.

@@ -149,14 +149,18 @@ void CPixelPainter::Flush() {
         DrawAsLines(m_Painter, m_Runs, QColor::fromRgba(m_Layers.front().color));
         return;
     }
-    if (CColumnFill::IsWorthIt(layers)) {
-        if (const auto grid = PixelsOf(m_Painter)) {
-            m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
-            m_ColumnFill.Begin(*grid, layers);
-            return;
-        }
+    const auto grid = PixelsOf(m_Painter);
+    if (grid && CColumnFill::IsWorthIt(*grid, layers)) {
+        m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
+        m_ColumnFill.Begin(*grid, layers);
+        return;
     }
     WaitForClip();
+    if (grid) {
+        for (const RunLayer& layer : layers)
+            FillRuns(*grid, layer);
+        return;
+    }
     for (const RunLayer& layer : layers) {
         m_Painter.setBrush(QColor::fromRgba(layer.color));
         for (size_t at = 0; at < layer.runs.size(); at += kRunsAtOnce)
@@ -182,7 +186,11 @@ void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
     }
     Flush();
     WaitForClip();
-    m_Painter.fillRect(visible, color);
+    const PixelRect pixels = PixelRect::From(visible);
+    if (const auto grid = PixelsOf(m_Painter))
+        FillRuns(*grid, {color.rgb(), std::span(&pixels, 1)});
+    else
+        m_Painter.fillRect(visible, color);
 }
 
 void CPixelPainter::Polygon(std::span<const QPoint> points) {
