@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <utility>
@@ -43,35 +44,14 @@ std::optional<QSize> ToSize(const QString& text) {
     return isAllowed(width) && isAllowed(height) ? std::optional(QSize(*width, *height)) : std::nullopt;
 }
 
-// True for the first word, false for the second.
-std::optional<bool> FirstOf(const QString& text, const char* first, const char* second) {
-    if (text == QLatin1String(first))
-        return true;
-    return text == QLatin1String(second) ? std::optional(false) : std::nullopt;
-}
-
-std::optional<ConsolePlace> ToConsolePlace(const QString& text) {
-    if (text == QLatin1String("left"))
-        return ConsolePlace::Left;
-    if (text == QLatin1String("right"))
-        return ConsolePlace::Right;
-    return text == QLatin1String("none") ? std::optional(ConsolePlace::None) : std::nullopt;
-}
-
-std::optional<TableFormat> ToFormat(const QString& text) {
-    if (text == QLatin1String("table"))
-        return TableFormat::Table;
-    if (text == QLatin1String("csv"))
-        return TableFormat::Csv;
-    return text == QLatin1String("json") ? std::optional(TableFormat::Json) : std::nullopt;
-}
-
-std::optional<PictureFormat> ToPictureFormat(const QString& text) {
-    if (text == QLatin1String("svg"))
-        return PictureFormat::Svg;
-    if (text == QLatin1String("pdf"))
-        return PictureFormat::Pdf;
-    return text == QLatin1String("png") ? std::optional(PictureFormat::Png) : std::nullopt;
+// The value that stands beside the word; nothing for any other word.
+template <class T>
+std::optional<T> ValueOf(const QString& word, std::initializer_list<std::pair<const char*, T>> values) {
+    for (const auto& [name, value] : values) {
+        if (word == QLatin1String(name))
+            return value;
+    }
+    return std::nullopt;
 }
 
 // NAME=VALUE; a "=" in the name is its own.
@@ -114,7 +94,7 @@ constexpr std::array kRenderOptions{
                 [](const QString& text, Options& options) { return Store(options.view.size, ToSize(text)); }},
     OptionEntry{"scheme", "dark|light", false,
                 [](const QString& text, Options& options) {
-                    return Store(options.view.dark, FirstOf(text, "dark", "light"));
+                    return Store(options.view.dark, ValueOf<bool>(text, {{"dark", true}, {"light", false}}));
                 }},
     OptionEntry{
         "cursor", "N", false,
@@ -130,7 +110,10 @@ constexpr std::array kRenderOptions{
         [](const QString& text, Options& options) { return Store(options.view.scroll, ToPosition(text)); }},
     OptionEntry{"console", "left|right|none", false,
                 [](const QString& text, Options& options) {
-                    return Store(options.view.console, ToConsolePlace(text));
+                    return Store(options.view.console,
+                                 ValueOf<ConsolePlace>(text, {{"left", ConsolePlace::Left},
+                                                              {"right", ConsolePlace::Right},
+                                                              {"none", ConsolePlace::None}}));
                 }},
     OptionEntry{"toggle", "GROUP", true,
                 [](const QString& text, Options& options) {
@@ -158,12 +141,18 @@ constexpr std::array kRenderFolderOptions{
                 }},
     OptionEntry{"format", "png|svg|pdf", false,
                 [](const QString& text, Options& options) {
-                    return Store(options.pictureFormat, ToPictureFormat(text));
+                    return Store(options.pictureFormat,
+                                 ValueOf<PictureFormat>(text, {{"png", PictureFormat::Png},
+                                                               {"svg", PictureFormat::Svg},
+                                                               {"pdf", PictureFormat::Pdf}}));
                 }},
 };
 
 constexpr OptionEntry kFormat{"format", "table|csv|json", false, [](const QString& text, Options& options) {
-                                  return Store(options.format, ToFormat(text));
+                                  return Store(options.format,
+                                               ValueOf<TableFormat>(text, {{"table", TableFormat::Table},
+                                                                           {"csv", TableFormat::Csv},
+                                                                           {"json", TableFormat::Json}}));
                               }};
 
 constexpr std::array kStatsOptions{
