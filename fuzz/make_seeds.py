@@ -149,6 +149,36 @@ def analysis_seeds():
         yield SMALL.encode() + comment.encode()
 
 
+def lengthened(filler=0, pieces=0, more=90, other=13, start=0, length=0, places=((0, 32),), level=3):
+    """The comment that chooses how a document becomes a long one, see RowsFuzzer.cpp. It is read from its end."""
+    taken = [choice(level, 4), choice(filler, 4), choice(pieces, 3), choice(more, 96), choice(other, 14), choice(start, 64), choice(length, 64),
+             choice(len(places) - 1, 4)]
+    for limit, distance in places:
+        taken += [choice(limit, 8), choice(distance, 64)]
+    return "<!--" + "".join(reversed(taken)) + "-->"
+
+
+LENGTHENED = [lengthened(), lengthened(more=3), lengthened(1, 1, places=((1, 30), (2, 31))), lengthened(2, 2, places=((7, 32),)),
+              lengthened(3, 1), lengthened(other=0, start=20, length=2), lengthened(1, other=1, start=50, length=63), lengthened(other=0, length=63),
+              lengthened(other=3, length=63), lengthened(2, other=4, start=10, length=20), lengthened(pieces=2, other=5, start=12, length=30),
+              lengthened(1, other=6, start=30, places=((4, 20), (3, 33), (0, 32)))]
+
+
+def rows_seeds():
+    own = [  # documents that want a comment of their own
+        (SMALL, lengthened(other=0, start=18, length=2)),  # far more rows than what is looked at lets expect
+        (data("<Data>1,2\n3</Data><Groups><Group Name='h'><Line DataName='f'/></Group></Groups><Data>4,5</Data>"), lengthened()),
+        (data("<Data>                        \n</Data>"), lengthened(3)),
+        (data("<Data>&none;</Data>").replace("Short", "Real"), lengthened(places=((2, 32),))),
+        (data("<Data>1,2\r</Data>"), lengthened(places=((1, 28),))),  # a carriage return at the end of a piece
+        (data("<Data>\r\n1,-2\r\n</Data>"), lengthened(1, places=((1, 25), (2, 24)))),
+        (data("<Data>" + "7," * 60 + "\n</Data>"), lengthened(places=((1, 20), (3, 32)))),
+    ]
+    structured = [(document, LENGTHENED[i % len(LENGTHENED)]) for i, document in enumerate(structures())]
+    for document, comment in own + structured + [(SMALL, comment) for comment in LENGTHENED]:
+        yield (document.rstrip("\n") + comment).encode()
+
+
 def entry(contents, name=b"tmpandat.bin", **changes):
     """One entry of a container, with header fields changed at will."""
     stream = zlib.compress(contents, 9)
@@ -222,7 +252,7 @@ def commandline_seeds():
         "pack a b", "expand a b", "pack --code 1 a b", "--help", "info --help", "--version", "-v", "unknown", "info -- --code", "info -x a"))
 
 
-SEEDS = {"analysis": analysis_seeds, "container": container_seeds, "numbers": number_seeds, "fileset": fileset_seeds,
+SEEDS = {"analysis": analysis_seeds, "rows": rows_seeds, "container": container_seeds, "numbers": number_seeds, "fileset": fileset_seeds,
          "commandline": commandline_seeds}
 
 
