@@ -244,6 +244,9 @@ bool MayGoOn(ParseState& state) {
 
 int ReadDevice(void* opaque, char* buffer, int length) {
     ParseState& state = *static_cast<ParseState*>(opaque);
+    // The parser would go on, and for every further error in a comment it copies the whole comment.
+    if (state.failed)
+        return -1;
     if (const char* const excess = FindExcess(state)) {
         state.Fail(xmlSAX2GetLineNumber(state.context), excess);
         return -1;

@@ -1,6 +1,8 @@
 // Documents that want more than to be read.
 #include "XmlDomTesting.h"
 
+#include <QBuffer>
+
 TEST(XmlDomRefusal, RefusesEveryEntityDeclarationAtItsLine) {
     for (const char* declaration :
          {"<!ENTITY a 'x'>", "<!ENTITY a SYSTEM 'file:///etc/passwd'>",
@@ -46,6 +48,18 @@ TEST(XmlDomRefusal, TakesWrittenNamespacesAndHugeTexts) {
     EXPECT_EQ(ErrorOf("<r>" + element.repeated(50'000) + "</r>"), "");
     const QByteArray lines = QByteArray("1;-2.5;3e4;0\n").repeated(1'500'000);
     EXPECT_TRUE(RootOf("<r>" + lines + "</r>").GetTextUtf8() == lines.toStdString());
+}
+
+// Each "--" would cost as much as the whole comment.
+TEST(XmlDomRefusal, ReadsNothingBehindTheFirstError) {
+    QByteArray bytes = "<r>\n<!--" + QByteArray("--1\n").repeated(50'000) + "--></r>";
+    QBuffer file(&bytes);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    CXmlDomDocument document;
+    QString error;
+    EXPECT_FALSE(document.LoadDevice(file, "a", error));
+    EXPECT_EQ(error, "a (2): Double hyphen within comment (Error)\n");
+    EXPECT_LT(file.pos(), 20'000);
 }
 
 // What costs the parser the square of its number.
