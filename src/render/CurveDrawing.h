@@ -20,6 +20,7 @@ struct PixelRect;
 struct ColumnRange {
     int left;
     int right;
+    bool operator==(const ColumnRange&) const = default;
 };
 
 // The columns in which the region has pixels, from left to right. Ranges that almost touch come as one.

@@ -33,6 +33,9 @@ std::optional<QPoint> PointOf(int column, float value, const CMapping& values) {
 } // namespace
 
 void CEventDrawing::SetColumns(std::span<const ColumnRange> columns) {
+    if (std::ranges::equal(columns, m_Columns)) // as in most bands
+        return;
+    m_Columns.assign(columns.begin(), columns.end());
     m_Strips.clear();
     for (const ColumnRange& range : columns) {
         const int left = std::max(range.left, m_Client.left);

@@ -61,7 +61,8 @@ private:
     CMapping m_Axis;
     PixelRect m_Client;
     int64_t m_nEndOfView;
-    std::vector<Strip> m_Strips;
+    std::vector<ColumnRange> m_Columns;
+    std::vector<Strip> m_Strips; // of these columns
     // Of the set and the strip that are being drawn: where each column's samples begin in the set, and what
     // they come to.
     std::vector<int> m_Bounds;
