@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 namespace Tracelyn {
 
@@ -10,7 +11,7 @@ namespace {
 constexpr int64_t kLayersAtOnce = CColumnStrip::kMostLayers;
 // More are not begun before these have ended: each has a hundred kilobytes and more.
 constexpr size_t kMostStrips = 64;
-// Each piece of the clip is looked at on its own.
+// For each piece of the clip all runs are looked at again.
 constexpr int kMostPieces = 8;
 constexpr int kLargest = std::numeric_limits<int16_t>::max();
 
@@ -20,9 +21,14 @@ constexpr int64_t kColumnsAtOnce = 1 << 19;
 } // namespace
 
 bool CColumnFill::IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> layers) {
-    if (grid.clip.rectCount() > kMostPieces)
-        return false;
     constexpr int64_t kFewestPixels = 1 << 16;
+    // Of a frame for a cursor step the clip is some columns; the runs reach far beyond it.
+    const int64_t inClip =
+        std::accumulate(grid.clip.begin(), grid.clip.end(), int64_t{0}, [](int64_t sum, const QRect& piece) {
+            return sum + int64_t{piece.width()} * piece.height();
+        });
+    if (grid.clip.rectCount() > kMostPieces || inClip < kFewestPixels)
+        return false;
     // On average. A column of a run costs as much as filling some rows of it.
     constexpr int64_t kFewestRows = 4;
     // Of the pixels around, that may be looked at for each that is filled.
@@ -61,7 +67,8 @@ void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers)
             for (auto left = layer.runs; !left.empty();) {
                 if (std::ssize(pass) == kLayersAtOnce || columns >= kColumnsAtOnce) {
                     beginPass();
-                    m_Tasks.Finish(); // The next pass lies over this one.
+                    Finish(); // The next pass lies over this one.
+                    m_Begun = grid.clip;
                 }
                 size_t count = 0;
                 while (count < left.size() && columns < kColumnsAtOnce)

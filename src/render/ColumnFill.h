@@ -24,10 +24,12 @@ public:
     // Whether the runs are high and cover so much of what surrounds them that this is faster than FillRuns.
     static bool IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> layers);
 
-    // Begins to fill the runs, over all that was begun before. They may overlap and come in any order. Other
-    // cores fill while the caller goes on, which must leave these pixels alone until Finish.
+    // Begins to fill the runs, over all that was begun before. They may overlap and come in any order, but at
+    // most 65,535 of one layer over one column; they are copied. Other cores fill while the caller goes on:
+    // until Finish the picture must stay where it is in memory, and the caller must leave these pixels alone.
+    // Throws when memory runs out, also that for what was begun before; Finish is still to be called.
     void Begin(const PixelGrid& grid, std::span<const RunLayer> layers);
-    // Returns when all pixels are filled.
+    // Returns when all pixels are filled, or throws when memory ran out for some of them.
     void Finish();
 
 private:
@@ -41,9 +43,8 @@ private:
     int m_nStripColumns = 0;
     int m_nStrip = 0; // of the last run
     std::vector<QRgb> m_Colors;
-    // Of all passes since Finish come first.
     std::vector<std::unique_ptr<CColumnStrip>> m_AllStrips;
-    size_t m_nBegun = 0;
+    size_t m_nBegun = 0;               // of these, since Finish
     support::CBackgroundTasks m_Tasks; // last, since it may use the strips as long as it is there
 };
 

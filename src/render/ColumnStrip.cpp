@@ -19,8 +19,8 @@ constexpr size_t CellOf(size_t layer, size_t column) {
     return layer << kColumnBits | column;
 }
 
-// Does not read the pixels into the caches first, as a copy does, nor drop others from there: of a picture
-// that is larger than the caches they would have to leave again before anybody reads them.
+// A copy reads the pixels into the processor's caches first, and others have to leave. When the picture is
+// larger than the caches, these have left again before anybody reads them, so this writes to memory at once.
 void CopyPastCaches(const QRgb* from, size_t count, uint32_t* to) {
 #ifdef __SSE2__
     constexpr size_t kTogether = 4;

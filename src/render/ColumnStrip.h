@@ -31,16 +31,17 @@ public:
     // Each layer has a bit in a word.
     static constexpr int kMostLayers = 32;
 
-    // What is to be filled, in colours of which the later lie over the earlier ones. Forgets the runs of the
-    // filling before.
+    // What is to be filled, in at most kMostLayers opaque colours of which the later lie over the earlier
+    // ones. Forgets the runs of the filling before.
     void Begin(const StripPixels& pixels, std::span<const QRgb> colors);
-    // Columns and rows count from the first pixel.
+    // Columns and rows count from the first pixel, among those to be filled. No run is empty, and at most
+    // 65,535 of a layer lie over one column.
     void Add(const PixelRect& run, size_t layer) {
         m_Runs.push_back({static_cast<uint16_t>(run.left), static_cast<uint16_t>(run.right),
                           static_cast<uint16_t>(run.top), static_cast<uint16_t>(run.bottom),
                           static_cast<uint16_t>(layer)});
     }
-    // Fills the runs.
+    // Fills the runs. Throws before it has written anything when there is no memory.
     void Fill();
 
 private:

@@ -9,12 +9,12 @@
 
 namespace Tracelyn {
 
-// The runs of a line that goes down or up a column and ends in it or begins its last half in a column beside
-// it, as those of dense curves do. What ForEachLineRun gives, without a division.
+// The runs of a line that is higher than wide and whose ends lie in one column or in two side by side, as
+// those of dense curves do: what ForEachLineRun gives, without a division.
 template <class Emit>
 void ForEachColumnRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit emit) {
     const int steps = std::abs(y2 - y1);
-    // Of these the first are in the column x1. A half goes up.
+    // Those in the column x1; of an odd number the middle one, too.
     const int first = x1 == x2 ? steps : (steps + 1) / 2;
     const auto emitSteps = [&](int x, int from, int to) {
         const int top = std::max(y1 < y2 ? y1 + from : y1 - to + 1, clip.top);

@@ -22,8 +22,9 @@ struct RunLayer {
     std::span<const PixelRect> runs;
 };
 
-// The pixels that a painter of pixels writes to, and where its coordinates are among them. Ends with whatever
-// the painter does next.
+// The pixels that a painter of pixels writes to, and where its coordinates are among them. The pixels stay
+// there until the painter ends or its picture is copied; the clip and the coordinates are those of the
+// moment.
 struct PixelGrid {
     uint32_t* first;   // of the row 0
     ptrdiff_t perLine; // pixels from one row to the next

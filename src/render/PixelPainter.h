@@ -38,8 +38,8 @@ struct PainterMemory {
 
 // Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
 // itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
-// screen. The runs of these pixels are collected; they reach the painter in bundles, or its pixels in one
-// pass.
+// screen. The runs of these pixels are collected. Where the painter's pixels can be reached they are written
+// there, those of dense curves in one pass; otherwise they reach the painter in bundles.
 class CPixelPainter {
 public:
     // Pixels outside the region need not be drawn. The memory serves one painter at a time.

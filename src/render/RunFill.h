@@ -1,5 +1,6 @@
-// Fills the runs of pixels that lines consist of. A dense curve is thousands of columns one pixel wide;
-// filled one by one, each touches as many rows of the picture as it is high.
+// Fills the runs of pixels that lines consist of through the painter, whose pixels cannot always be reached:
+// not between whole scale factors of the screen, for example. A dense curve is thousands of columns one pixel
+// wide; filled one by one, each touches as many rows of the picture as it is high.
 #pragma once
 
 #include "render/Mapping.h"

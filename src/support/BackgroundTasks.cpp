@@ -71,7 +71,8 @@ void CBackgroundTasks::Run(bool waits) {
         const std::exception_ptr thrown = ExceptionOf(task);
         lock.lock();
         if (thrown) {
-            m_Tasks = {};
+            while (!m_Tasks.empty()) // A new queue would need memory, which may be what ran out.
+                m_Tasks.pop();
             if (!m_Exception)
                 m_Exception = thrown;
         }

@@ -12,7 +12,8 @@ namespace Tracelyn {
 struct ColumnFields;
 
 // The values of the fields' characters; the last character of a field is the highest byte. A minus sign is
-// not among them. The fields behind the last one, up to a multiple of four, are like the last one.
+// not among them. The fields behind the last one, up to a multiple of four, have the last one's characters
+// and no sign.
 struct FieldWords {
     // The most fields.
     static constexpr size_t kAtOnce = 64;

@@ -10,9 +10,11 @@
 
 namespace Tracelyn {
 
+// The caller has made sure that no field is empty or too long: none of more than eight characters, or of more
+// than 15 where isLong.
+
 // These functions convert `count` fields, rounded up to a multiple of four. They return false, and the
-// numbers have no meaning, when any field is no plain decimal of at most eight characters, or of at most 15
-// where isLong.
+// numbers have no meaning, when any field is no plain decimal.
 bool ReadNumbers(const FieldWords& words, size_t count, bool isLong, float* numbers);
 bool ReadNumbers(const FieldWords& words, size_t count, int32_t* numbers);
 
