@@ -3,12 +3,14 @@
 #include "model/GraphDataSet.h"
 #include "render/GraphDrawingContext.h"
 #include "render/PixelPainter.h"
+#include "support/Parallel.h"
 
 #include <QPoint>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -42,10 +44,30 @@ void CEventDrawing::SetColumns(std::span<const ColumnRange> columns) {
         const int right = std::min(range.right, m_Client.right);
         if (left >= right)
             continue;
-        Strip& strip = m_Strips.emplace_back(Strip{left, {}});
-        for (int column = left; column <= right; ++column)
-            strip.starts.push_back(column < m_Client.right ? FirstSampleFrom(column) : m_nEndOfView);
+        m_Strips.push_back({left, StartsOf(left, right)});
     }
+}
+
+std::vector<int64_t> CEventDrawing::StartsOf(int left, int right) const {
+    std::vector<int64_t> starts;
+    for (int column = left; column <= right; ++column)
+        starts.push_back(column < m_Client.right ? FirstSampleFrom(column) : m_nEndOfView);
+    return starts;
+}
+
+void CEventDrawing::SumUpAhead(std::span<const PlacedSet> sets) {
+    std::vector<std::pair<PlacedSet, Sums*>> work;
+    for (const PlacedSet& placed : sets) {
+        const auto [sums, isNew] = m_Ahead.try_emplace(placed.set);
+        if (isNew)
+            work.emplace_back(placed, &sums->second);
+    }
+    const std::vector<int64_t> starts = StartsOf(m_Client.left, m_Client.right);
+    support::ForEachParallel(std::ssize(work), [&](int /*worker*/, int64_t item) {
+        const auto& [placed, sums] = work[static_cast<size_t>(item)];
+        sums->SumUp(placed, starts);
+        return true;
+    });
 }
 
 void CEventDrawing::Draw(const ShownSet& shown, const CMapping& values) {
@@ -99,13 +121,25 @@ int64_t CEventDrawing::FindEndOfView() const {
     return end;
 }
 
+void CEventDrawing::Sums::SumUp(const PlacedSet& placed, std::span<const int64_t> starts) {
+    bounds.clear();
+    for (const int64_t start : starts)
+        bounds.push_back(
+            static_cast<int>(std::clamp<int64_t>(start - placed.shift, 0, placed.set->GetCount())));
+    summaries.resize(bounds.size() - 1);
+    placed.set->Summarize(bounds, summaries);
+}
+
 void CEventDrawing::SumUp(const ShownSet& shown, const Strip& strip) {
-    m_Bounds.clear();
-    for (const int64_t start : strip.starts)
-        m_Bounds.push_back(
-            static_cast<int>(std::clamp<int64_t>(start - shown.shift, 0, shown.set.GetCount())));
-    m_Summaries.resize(m_Bounds.size() - 1);
-    shown.set.Summarize(m_Bounds, m_Summaries);
+    if (const auto ahead = m_Ahead.find(&shown.set); ahead != m_Ahead.end()) {
+        const auto first = static_cast<size_t>(strip.left - m_Client.left);
+        m_Bounds = std::span(ahead->second.bounds).subspan(first, strip.starts.size());
+        m_Summaries = std::span(ahead->second.summaries).subspan(first, strip.starts.size() - 1);
+        return;
+    }
+    m_Own.SumUp({&shown.set, shown.shift}, strip.starts);
+    m_Bounds = m_Own.bounds;
+    m_Summaries = m_Own.summaries;
 }
 
 void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip) {

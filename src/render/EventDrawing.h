@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 class QPoint;
@@ -32,6 +33,14 @@ public:
 
     // Behind the last sample in view.
     int64_t GetEndOfView() const { return m_nEndOfView; }
+    // A set whose sample i stands at sample i + shift of the axis.
+    struct PlacedSet {
+        const CGraphDataSet* set;
+        int shift;
+    };
+    // Sums up the samples of all columns of these sets, on all cores: Draw is faster then. For the sets of a
+    // whole frame, of which most columns are drawn.
+    void SumUpAhead(std::span<const PlacedSet> sets);
     // What Draw draws from now on: the parts of these columns inside the client area.
     void SetColumns(std::span<const ColumnRange> columns);
     // `values` maps raw values to the rows of the plot.
@@ -51,6 +60,16 @@ private:
     int ColumnInView(int64_t index) const;
     // The first sample in view that falls on the column or lies to its right.
     int64_t FirstSampleFrom(int column) const;
+    // What the samples of a set come to in columns side by side: of those of column k,
+    // [bounds[k], bounds[k + 1]) in the set, summaries[k].
+    struct Sums {
+        std::vector<int> bounds;
+        std::vector<SampleSummary> summaries;
+
+        void SumUp(const PlacedSet& placed, std::span<const int64_t> starts);
+    };
+
+    std::vector<int64_t> StartsOf(int left, int right) const;
     void SumUp(const ShownSet& shown, const Strip& strip);
     void DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip);
     void DrawLane(const ShownSet& shown, const CMapping& values, const Strip& strip);
@@ -62,11 +81,12 @@ private:
     PixelRect m_Client;
     int64_t m_nEndOfView;
     std::vector<ColumnRange> m_Columns;
-    std::vector<Strip> m_Strips; // of these columns
-    // Of the set and the strip that are being drawn: where each column's samples begin in the set, and what
-    // they come to.
-    std::vector<int> m_Bounds;
-    std::vector<SampleSummary> m_Summaries;
+    std::vector<Strip> m_Strips;                            // of these columns
+    std::unordered_map<const CGraphDataSet*, Sums> m_Ahead; // of all columns of the client area
+    Sums m_Own;                                             // of a set that is not there
+    // Of the set and the strip that are being drawn.
+    std::span<const int> m_Bounds;
+    std::span<const SampleSummary> m_Summaries;
 };
 
 } // namespace Tracelyn

@@ -91,6 +91,8 @@ QRegion CGroupDrawing::GetFilledPlots(const CGraphDrawingContext& context) {
 }
 
 void CGroupDrawing::Draw() {
+    if (m_Events)
+        SumUpEvents();
     for (const auto& group : m_Context.GetData().GetGroups()) {
         if (!group->IsDisplayedAsGraph())
             continue;
@@ -117,6 +119,31 @@ void CGroupDrawing::Draw() {
             DrawSharedPlot(*group);
     }
     m_Context.GetPainter().SetClip(m_Clip);
+}
+
+// Not for a strip of some columns, nor for so many signals that it would take much memory.
+void CGroupDrawing::SumUpEvents() {
+    constexpr int64_t kMostColumns = 1 << 20; // of all signals
+    const PixelRect& client = m_Context.GetClient();
+    int columns = 0;
+    for (const ColumnRange& range : ColumnsOf(m_Clip & m_Context.GetArea().GetContents()))
+        columns += range.right - range.left;
+    if (columns < client.GetWidth() / 2)
+        return;
+    std::vector<CEventDrawing::PlacedSet> sets;
+    for (const auto& group : m_Context.GetData().GetGroups()) {
+        if (!group->IsDisplayedAsGraph() || !group->m_bExpanded || group->m_nTop >= client.bottom)
+            continue;
+        for (const CGraphDataSet* set : group->m_Sets) {
+            if (!IsDrawn(*set))
+                continue;
+            sets.push_back({set, 0});
+            if (const auto behind = FindBehind(*set))
+                sets.push_back({behind->set, m_Context.GetOptions().shift});
+        }
+    }
+    if (std::ssize(sets) * client.GetWidth() <= kMostColumns)
+        m_Events->SumUpAhead(sets);
 }
 
 void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {

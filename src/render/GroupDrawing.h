@@ -39,6 +39,7 @@ private:
         double offset;
     };
 
+    void SumUpEvents();
     void DrawHeader(const CGraphDataGroup& group);
     void DrawSharedPlot(const CGraphDataGroup& group);
     void DrawSeparateRows(const CGraphDataGroup& group);
