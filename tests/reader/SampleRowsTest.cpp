@@ -124,7 +124,7 @@ TEST(SampleRows, BecomeTheNumberThatEachFieldAloneIs) {
         fields.resize(random() % (fields.size() + 1));
         fields.insert(fields.begin() + static_cast<std::ptrdiff_t>(random() % (fields.size() + 1)), field);
         // In most columns all fields have the same decimals, as many as those before.
-        if (const int decimals = static_cast<int>(random() % 9); decimals > 0) {
+        if (const int decimals = static_cast<int>(random() % 14); 0 < decimals && decimals < 9) {
             std::vector<std::string> alike;
             const bool areLong = random() % 2 == 0;
             while (alike.size() < 64 + fields.size())
