@@ -23,6 +23,8 @@ namespace Tracelyn {
 // Memory for samples that are about to be written: growing it writes nothing beforehand.
 template <class T>
 struct UninitializedAllocator : std::allocator<T> {
+    T* allocate(size_t n) { return static_cast<T*>(support::NewLargeArray(n * sizeof(T))); }
+    void deallocate(T* memory, size_t n) { support::DeleteLargeArray(memory, n * sizeof(T)); }
     // Elements that resize() adds keep whatever the memory held.
     void construct(T* at) { ::new (static_cast<void*>(at)) T; }
 };
@@ -79,9 +81,7 @@ public:
         if (m_Values.size() < count)
             m_Values.resize(count);
         m_nCount += n;
-        const auto added = std::span(m_Values).subspan(old, static_cast<size_t>(n));
-        support::PreferLargePages(std::as_writable_bytes(added));
-        return added;
+        return std::span(m_Values).subspan(old, static_cast<size_t>(n));
     }
 
     // Takes back the last n of the samples, of which nothing was asked yet. Gives memory back when much is

@@ -1,13 +1,15 @@
-// A hint to the system about memory that is filled soon.
+// Memory for large arrays that are filled soon.
 #pragma once
 
 #include <cstddef>
-#include <span>
 
 namespace support {
 
-// The system may back the memory with large pages, which it hands out faster. Without any, or where the
-// system does not offer them, nothing happens.
-void PreferLargePages(std::span<std::byte> memory);
+// Memory as operator new gives it; throws std::bad_alloc. A large array is placed so that the system may back
+// it with large pages, which it hands out faster; at most a third more than `bytes` is used up then.
+[[nodiscard]] void* NewLargeArray(size_t bytes);
+
+// Gives back what NewLargeArray(bytes) returned.
+void DeleteLargeArray(void* memory, size_t bytes) noexcept;
 
 } // namespace support
