@@ -12,11 +12,9 @@ set(headers
     model/GraphDataVariants.h model/MinMax.h
     reader/AnalysisFile.h reader/Problems.h reader/SignalFileReader.h reader/container/Deflate.h
     reader/container/zip.h reader/csv/CsvExport.h reader/csv/CsvFile.h
-    render/Canvas.h render/ColumnFill.h render/ColumnStrip.h render/Graph.h render/GraphDrawingContext.h
-    render/GraphLayout.h render/GraphWindow.h render/Mapping.h render/Picture.h render/PictureView.h
-    render/PixelGrid.h render/PixelPainter.h render/RunFill.h render/SmallFont.h
-    support/BackgroundTasks.h support/LargePages.h support/Limits.h support/OutputFile.h support/Progress.h
-    support/ScratchFolder.h)
+    render/Canvas.h render/Graph.h render/GraphLayout.h render/GraphWindow.h render/Mapping.h render/Picture.h
+    render/PictureView.h render/PlotOptions.h
+    support/LargePages.h support/Limits.h support/OutputFile.h support/Progress.h support/ScratchFolder.h)
 
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/Tracelyn)
 set(include ${CMAKE_INSTALL_INCLUDEDIR})

@@ -3,6 +3,7 @@
 #include "app/MeasureModel.h"
 #include "measure/StatisticsIndex.h"
 #include "render/Graph.h"
+#include "render/GraphDrawingContext.h"
 
 #include <QBoxLayout>
 #include <QCoreApplication>

@@ -51,15 +51,16 @@ bool CColumnFill::IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> lay
            int64_t{around.GetWidth()} * around.GetHeight() * passes <= pixels * kLargestShare;
 }
 
-void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers) {
+void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers,
+                        support::CBackgroundTasks& tasks) {
     if (m_Begun.intersects(grid.clip) || m_nBegun >= kMostStrips)
-        Finish();
+        Finish(tasks);
     m_Begun += grid.clip;
     for (const QRect& piece : grid.clip) {
         std::vector<RunLayer> pass;
         int64_t columns = 0;
         const auto beginPass = [&] {
-            BeginOnePass(grid, piece, pass);
+            BeginOnePass(grid, piece, pass, tasks);
             pass.clear();
             columns = 0;
         };
@@ -67,7 +68,7 @@ void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers)
             for (auto left = layer.runs; !left.empty();) {
                 if (std::ssize(pass) == kLayersAtOnce || columns >= kColumnsAtOnce) {
                     beginPass();
-                    Finish(); // The next pass lies over this one.
+                    Finish(tasks); // The next pass lies over this one.
                     m_Begun = grid.clip;
                 }
                 size_t count = 0;
@@ -81,13 +82,14 @@ void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers)
     }
 }
 
-void CColumnFill::Finish() {
+void CColumnFill::Finish(support::CBackgroundTasks& tasks) {
     m_Begun = QRegion();
     m_nBegun = 0;
-    m_Tasks.Finish();
+    tasks.Finish();
 }
 
-void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers) {
+void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers,
+                               support::CBackgroundTasks& tasks) {
     m_Colors.clear();
     for (const RunLayer& layer : layers)
         m_Colors.push_back(layer.color);
@@ -107,7 +109,7 @@ void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::sp
     }
     AddRuns(grid, clip, layers);
     for (CColumnStrip* const strip : m_Strips)
-        m_Tasks.Add([strip] { strip->Fill(); });
+        tasks.Add([strip] { strip->Fill(); });
 }
 
 void CColumnFill::AddRuns(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers) {

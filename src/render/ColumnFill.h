@@ -24,16 +24,17 @@ public:
     // Whether the runs are high and cover so much of what surrounds them that this is faster than FillRuns.
     static bool IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> layers);
 
-    // Begins to fill the runs, over all that was begun before. They may overlap and come in any order, but at
-    // most 65,535 of one layer over one column; they are copied. Other cores fill while the caller goes on:
-    // until Finish the picture must stay where it is in memory, and the caller must leave these pixels alone.
-    // Throws when memory runs out, also that for what was begun before; Finish is still to be called.
-    void Begin(const PixelGrid& grid, std::span<const RunLayer> layers);
-    // Returns when all pixels are filled, or throws when memory ran out for some of them.
-    void Finish();
+    // Adds tasks that fill the runs, over all that was begun before. They may overlap and come in any order,
+    // but at most 65,535 of one layer over one column; they are copied. Other cores fill while the caller
+    // goes on: until Finish the picture must stay where it is in memory, and the caller must leave these
+    // pixels alone. Throws what the tasks throw; Finish is still to be called.
+    void Begin(const PixelGrid& grid, std::span<const RunLayer> layers, support::CBackgroundTasks& tasks);
+    // Finishes the tasks: all pixels are filled when it returns. Throws what they throw, that memory ran out.
+    void Finish(support::CBackgroundTasks& tasks);
 
 private:
-    void BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers);
+    void BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers,
+                      support::CBackgroundTasks& tasks);
     void AddRuns(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers);
     void AddRun(const PixelRect& pixels, size_t layer);
 
@@ -44,8 +45,7 @@ private:
     int m_nStrip = 0; // of the last run
     std::vector<QRgb> m_Colors;
     std::vector<std::unique_ptr<CColumnStrip>> m_AllStrips;
-    size_t m_nBegun = 0;               // of these, since Finish
-    support::CBackgroundTasks m_Tasks; // last, since it may use the strips as long as it is there
+    size_t m_nBegun = 0; // of these, since Finish
 };
 
 } // namespace Tracelyn

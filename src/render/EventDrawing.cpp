@@ -2,15 +2,15 @@
 
 #include "model/GraphDataSet.h"
 #include "render/GraphDrawingContext.h"
+#include "render/LineRuns.h"
+#include "render/PainterMemory.h"
 #include "render/PixelPainter.h"
-#include "support/Parallel.h"
 
 #include <QPoint>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 namespace Tracelyn {
 
@@ -34,6 +34,11 @@ std::optional<QPoint> PointOf(int column, float value, const CMapping& values) {
 
 } // namespace
 
+CEventDrawing::CEventDrawing(CPixelPainter& painter, PainterMemory& memory, const CMapping& axis,
+                             const PixelRect& client)
+    : m_Painter(painter), m_FrameSums(memory.frameSums), m_Tasks(memory.tasks), m_Axis(axis),
+      m_Client(client), m_nEndOfView(FindEndOfView()) {}
+
 void CEventDrawing::SetColumns(std::span<const ColumnRange> columns) {
     if (std::ranges::equal(columns, m_Columns)) // as in most bands
         return;
@@ -49,25 +54,18 @@ void CEventDrawing::SetColumns(std::span<const ColumnRange> columns) {
 }
 
 std::vector<int64_t> CEventDrawing::StartsOf(int left, int right) const {
+    if (const auto all = m_FrameSums.GetStarts(); !all.empty()) {
+        const auto first = all.begin() + (left - m_Client.left);
+        return {first, first + (right - left) + 1};
+    }
     std::vector<int64_t> starts;
     for (int column = left; column <= right; ++column)
         starts.push_back(column < m_Client.right ? FirstSampleFrom(column) : m_nEndOfView);
     return starts;
 }
 
-void CEventDrawing::SumUpAhead(std::span<const PlacedSet> sets) {
-    std::vector<std::pair<PlacedSet, Sums*>> work;
-    for (const PlacedSet& placed : sets) {
-        const auto [sums, isNew] = m_Ahead.try_emplace(placed.set);
-        if (isNew)
-            work.emplace_back(placed, &sums->second);
-    }
-    const std::vector<int64_t> starts = StartsOf(m_Client.left, m_Client.right);
-    support::ForEachParallel(std::ssize(work), [&](int /*worker*/, int64_t item) {
-        const auto& [placed, sums] = work[static_cast<size_t>(item)];
-        sums->SumUp(placed, starts);
-        return true;
-    });
+void CEventDrawing::BeginSumsOf(std::span<const PlacedSet> sets) {
+    m_FrameSums.Begin(sets, StartsOf(m_Client.left, m_Client.right), m_Tasks);
 }
 
 void CEventDrawing::Draw(const ShownSet& shown, const CMapping& values) {
@@ -121,25 +119,20 @@ int64_t CEventDrawing::FindEndOfView() const {
     return end;
 }
 
-void CEventDrawing::Sums::SumUp(const PlacedSet& placed, std::span<const int64_t> starts) {
-    bounds.clear();
-    for (const int64_t start : starts)
-        bounds.push_back(
-            static_cast<int>(std::clamp<int64_t>(start - placed.shift, 0, placed.set->GetCount())));
-    summaries.resize(bounds.size() - 1);
-    placed.set->Summarize(bounds, summaries);
-}
-
 void CEventDrawing::SumUp(const ShownSet& shown, const Strip& strip) {
-    if (const auto ahead = m_Ahead.find(&shown.set); ahead != m_Ahead.end()) {
-        const auto first = static_cast<size_t>(strip.left - m_Client.left);
-        m_Bounds = std::span(ahead->second.bounds).subspan(first, strip.starts.size());
-        m_Summaries = std::span(ahead->second.summaries).subspan(first, strip.starts.size() - 1);
-        return;
+    const PlacedSet placed{&shown.set, shown.shift};
+    const size_t columns = strip.starts.size() - 1;
+    size_t first = 0;
+    const ColumnSums* sums = m_FrameSums.Find(placed, m_Tasks);
+    if (sums != nullptr) {
+        first = static_cast<size_t>(strip.left - m_Client.left);
+    } else {
+        m_Own.SetColumns(placed, strip.starts);
+        m_Own.SumUp(shown.set, 0, columns);
+        sums = &m_Own;
     }
-    m_Own.SumUp({&shown.set, shown.shift}, strip.starts);
-    m_Bounds = m_Own.bounds;
-    m_Summaries = m_Own.summaries;
+    m_Bounds = std::span(sums->bounds).subspan(first, columns + 1);
+    m_Summaries = std::span(sums->summaries).subspan(first, columns);
 }
 
 void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip) {
@@ -150,23 +143,45 @@ void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, con
     std::optional<QPoint> pen;
     if (m_Bounds.front() > 0)
         pen = pointAt(m_Bounds.front() - 1);
+    PixelRect covered; // of the column of the pen; empty outside the strip
     for (size_t k = 0; k < m_Summaries.size(); ++k) {
         if (m_Bounds[k] == m_Bounds[k + 1])
             continue;
         const int column = strip.left + static_cast<int>(k);
         const SampleSummary& samples = m_Summaries[k];
-        Join(pen, PointOf(column, samples.first, values));
+        PixelRect rows{column, 0, column + 1, 0};
         if (samples.finite.HasValue()) {
             const auto [top, bottom] = std::minmax(
                 {values.WorldToPixelY(samples.finite.min), values.WorldToPixelY(samples.finite.max)});
-            m_Painter.Line(column, top, column, bottom + 1);
+            rows.top = top;
+            rows.bottom = bottom + 1;
         }
+        const auto first = PointOf(column, samples.first, values);
+        if (pen && first) {
+            if (covered.right == column && covered.GetHeight() > 0)
+                JoinNeighbours(covered, pen->y(), rows, first->y());
+            else
+                Join(pen, first);
+        }
+        m_Painter.Bar(covered);
+        covered = rows;
         pen = PointOf(column, samples.last, values);
     }
+    m_Painter.Bar(covered);
     if (m_Bounds.back() < shown.set.GetCount())
         Join(pen, pointAt(m_Bounds.back()));
     else if (!shown.endsWithItsData && pen)
         Join(pen, QPoint(m_Client.right, pen->y()));
+}
+
+// The pixels of the line between two columns that hold its ends, in the row y1 of the first and y2 of the
+// second: each grows up to the middle of the line.
+void CEventDrawing::JoinNeighbours(PixelRect& first, int y1, PixelRect& second, int y2) {
+    ForEachLineRun(first.left, y1, second.left, y2, m_Client, [&](int x, int y, int /*width*/, int height) {
+        PixelRect& column = x == first.left ? first : second;
+        column.top = std::min(column.top, y);
+        column.bottom = std::max(column.bottom, y + height);
+    });
 }
 
 void CEventDrawing::DrawLane(const ShownSet& shown, const CMapping& values, const Strip& strip) {

@@ -1,14 +1,13 @@
 // Draws the samples of a data set so that none of them is hidden, however many fall on one pixel column.
 #pragma once
 
-#include "model/GraphDataTypedSource.h"
+#include "render/ColumnSums.h"
 #include "render/CurveDrawing.h"
 #include "render/Mapping.h"
 
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 class QPoint;
@@ -16,6 +15,7 @@ class QPoint;
 namespace Tracelyn {
 
 class CPixelPainter;
+struct PainterMemory;
 struct ShownSet;
 
 // In each pixel column a curve covers all samples that fall on it, from the smallest to the largest, and the
@@ -27,20 +27,15 @@ struct ShownSet;
 // surroundings. The work depends on the number of columns, not on that of the samples.
 class CEventDrawing {
 public:
-    // `axis` maps samples to the pixels of the client area.
-    CEventDrawing(CPixelPainter& painter, const CMapping& axis, const PixelRect& client)
-        : m_Painter(painter), m_Axis(axis), m_Client(client), m_nEndOfView(FindEndOfView()) {}
+    // `axis` maps samples to the pixels of the client area. The painter's memory is that of the frame.
+    CEventDrawing(CPixelPainter& painter, PainterMemory& memory, const CMapping& axis,
+                  const PixelRect& client);
 
     // Behind the last sample in view.
     int64_t GetEndOfView() const { return m_nEndOfView; }
-    // A set whose sample i stands at sample i + shift of the axis.
-    struct PlacedSet {
-        const CGraphDataSet* set;
-        int shift;
-    };
-    // Sums up the samples of all columns of these sets, on all cores: Draw is faster then. For the sets of a
-    // whole frame, of which most columns are drawn.
-    void SumUpAhead(std::span<const PlacedSet> sets);
+    // Begins to sum up the samples of all columns of these sets: Draw is faster then. Called at most once,
+    // for the sets of a whole frame of which most columns are drawn.
+    void BeginSumsOf(std::span<const PlacedSet> sets);
     // What Draw draws from now on: the parts of these columns inside the client area.
     void SetColumns(std::span<const ColumnRange> columns);
     // `values` maps raw values to the rows of the plot.
@@ -60,30 +55,23 @@ private:
     int ColumnInView(int64_t index) const;
     // The first sample in view that falls on the column or lies to its right.
     int64_t FirstSampleFrom(int column) const;
-    // What the samples of a set come to in columns side by side: of those of column k,
-    // [bounds[k], bounds[k + 1]) in the set, summaries[k].
-    struct Sums {
-        std::vector<int> bounds;
-        std::vector<SampleSummary> summaries;
-
-        void SumUp(const PlacedSet& placed, std::span<const int64_t> starts);
-    };
-
     std::vector<int64_t> StartsOf(int left, int right) const;
     void SumUp(const ShownSet& shown, const Strip& strip);
     void DrawCurve(const ShownSet& shown, const CMapping& values, const Strip& strip);
+    void JoinNeighbours(PixelRect& first, int y1, PixelRect& second, int y2);
     void DrawLane(const ShownSet& shown, const CMapping& values, const Strip& strip);
     void DrawLaneRun(Lane lane, int from, int to, const CMapping& values);
     void Join(const std::optional<QPoint>& from, const std::optional<QPoint>& to);
 
     CPixelPainter& m_Painter;
+    CFrameSums& m_FrameSums;
+    support::CBackgroundTasks& m_Tasks;
     CMapping m_Axis;
     PixelRect m_Client;
     int64_t m_nEndOfView;
     std::vector<ColumnRange> m_Columns;
-    std::vector<Strip> m_Strips;                            // of these columns
-    std::unordered_map<const CGraphDataSet*, Sums> m_Ahead; // of all columns of the client area
-    Sums m_Own;                                             // of a set that is not there
+    std::vector<Strip> m_Strips; // of these columns
+    ColumnSums m_Own;            // of a set that is not among those of the frame
     // Of the set and the strip that are being drawn.
     std::span<const int> m_Bounds;
     std::span<const SampleSummary> m_Summaries;

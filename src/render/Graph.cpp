@@ -4,6 +4,7 @@
 #include "render/Console.h"
 #include "render/GraphDrawingContext.h"
 #include "render/GroupDrawing.h"
+#include "render/PainterMemory.h"
 
 #include <QPainter>
 
@@ -28,10 +29,13 @@ bool TakeFileJustOpened() {
     return g_bFileJustOpened.exchange(false);
 }
 
+CGraph::CGraph() = default;
+CGraph::~CGraph() = default;
+
 void CGraph::Draw(CGraphWindow& window, QPainter& painter, const CPaintArea& area) {
     const PixelRect client = window.GetClientRect();
     if (!m_Memory)
-        m_Memory.emplace();
+        m_Memory = std::make_unique<PainterMemory>();
     UpdateScrollBar(window);
 
     LayoutBands(m_Data, client);

@@ -5,14 +5,14 @@
 #include "model/GraphData.h"
 #include "reader/csv/CsvExport.h"
 #include "render/Canvas.h"
-#include "render/GraphDrawingContext.h"
 #include "render/GraphLayout.h"
 #include "render/GraphWindow.h"
+#include "render/PlotOptions.h"
 
 #include <QString>
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <vector>
 
 class QPainter;
@@ -21,6 +21,8 @@ namespace Tracelyn {
 
 class CConsole;
 class CCsvFile;
+class CGraphDrawingContext;
+struct PainterMemory;
 
 // The buttons and keys that are held down during a mouse message.
 enum MouseFlags : unsigned {
@@ -52,9 +54,10 @@ bool TakeFileJustOpened();
 // Operations take the window that shows the graph and tell it what to repaint.
 class CGraph {
 public:
-    CGraph() = default;
+    CGraph();
     CGraph(const CGraph&) = delete;
     CGraph& operator=(const CGraph&) = delete;
+    ~CGraph();
 
     CGraphData& GetData() { return m_Data; }
     const CGraphData& GetData() const { return m_Data; }
@@ -138,7 +141,7 @@ private:
     CGraphData m_Data;
     CCanvas m_Canvas;
     // Made by the first frame after a load.
-    std::optional<PainterMemory> m_Memory;
+    std::unique_ptr<PainterMemory> m_Memory;
     bool m_bResetPending = false;
     int m_nCursor = 0;
     int m_nFixedCursor = kNoReference;

@@ -40,7 +40,7 @@ CGraphDrawingContext::CGraphDrawingContext(QPainter& painter, PainterMemory& mem
                                            const CPaintArea& area, const CGraphData& data,
                                            const PlotOptions& options, bool dark)
     : m_Data(data), m_Client(client), m_Area(area), m_Options(options),
-      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()),
+      m_Colors(dark ? ColorScheme::Dark() : ColorScheme::Light()), m_Memory(memory),
       m_Painter(painter, memory, area.GetRegion()) {
     m_Painter.SetClip(client.ToQRect());
 }

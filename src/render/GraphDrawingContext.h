@@ -5,27 +5,16 @@
 #include "render/GraphWindow.h"
 #include "render/Mapping.h"
 #include "render/PixelPainter.h"
+#include "render/PlotOptions.h"
 
 #include <QColor>
 #include <QRect>
-
-#include <unordered_map>
 
 class QPainter;
 
 namespace Tracelyn {
 
 class CGraphData;
-
-// What the picture shows on request beside one sample for each pixel column of the recording, or leaves out.
-struct PlotOptions {
-    bool everyEvent = false;
-    bool console = true;
-    // A second recording, drawn dimmed behind the first: the signals of that one and those that stand for
-    // them in the second. Sample i of the second stands at sample i + shift of the first.
-    std::unordered_map<const CGraphDataSet*, const CGraphDataSet*> behind;
-    int shift = 0;
-};
 
 struct ColorScheme {
     QColor background;
@@ -53,6 +42,7 @@ public:
 
     CPixelPainter& GetPainter() { return m_Painter; }
     const CPixelPainter& GetPainter() const { return m_Painter; }
+    PainterMemory& GetMemory() { return m_Memory; }
     const PixelRect& GetClient() const { return m_Client; }
     const CPaintArea& GetArea() const { return m_Area; }
     const CGraphData& GetData() const { return m_Data; }
@@ -67,6 +57,7 @@ private:
     CPaintArea m_Area;
     const PlotOptions& m_Options;
     const ColorScheme& m_Colors;
+    PainterMemory& m_Memory;
     CPixelPainter m_Painter;
 };
 

@@ -69,7 +69,8 @@ MinMax WithHeight(const MinMax& range) {
 CGroupDrawing::CGroupDrawing(CGraphDrawingContext& context, CCanvas& canvas, const QRegion& clip)
     : m_Context(context), m_Canvas(canvas), m_Clip(clip) {
     if (context.GetOptions().everyEvent)
-        m_Events.emplace(context.GetPainter(), canvas.GetTimeAxis(), context.GetClient());
+        m_Events.emplace(context.GetPainter(), context.GetMemory(), canvas.GetTimeAxis(),
+                         context.GetClient());
 }
 
 QRegion CGroupDrawing::GetExpandedBands(const CGraphDrawingContext& context) {
@@ -92,7 +93,7 @@ QRegion CGroupDrawing::GetFilledPlots(const CGraphDrawingContext& context) {
 
 void CGroupDrawing::Draw() {
     if (m_Events)
-        SumUpEvents();
+        BeginEvents();
     for (const auto& group : m_Context.GetData().GetGroups()) {
         if (!group->IsDisplayedAsGraph())
             continue;
@@ -122,7 +123,7 @@ void CGroupDrawing::Draw() {
 }
 
 // Not for a strip of some columns, nor for so many signals that it would take much memory.
-void CGroupDrawing::SumUpEvents() {
+void CGroupDrawing::BeginEvents() {
     constexpr int64_t kMostColumns = 1 << 20; // of all signals
     const PixelRect& client = m_Context.GetClient();
     int columns = 0;
@@ -130,7 +131,7 @@ void CGroupDrawing::SumUpEvents() {
         columns += range.right - range.left;
     if (columns < client.GetWidth() / 2)
         return;
-    std::vector<CEventDrawing::PlacedSet> sets;
+    std::vector<PlacedSet> sets;
     for (const auto& group : m_Context.GetData().GetGroups()) {
         if (!group->IsDisplayedAsGraph() || !group->m_bExpanded || group->m_nTop >= client.bottom)
             continue;
@@ -143,7 +144,7 @@ void CGroupDrawing::SumUpEvents() {
         }
     }
     if (std::ssize(sets) * client.GetWidth() <= kMostColumns)
-        m_Events->SumUpAhead(sets);
+        m_Events->BeginSumsOf(sets);
 }
 
 void CGroupDrawing::DrawHeader(const CGraphDataGroup& group) {

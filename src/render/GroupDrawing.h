@@ -39,7 +39,7 @@ private:
         double offset;
     };
 
-    void SumUpEvents();
+    void BeginEvents();
     void DrawHeader(const CGraphDataGroup& group);
     void DrawSharedPlot(const CGraphDataGroup& group);
     void DrawSeparateRows(const CGraphDataGroup& group);

@@ -1,6 +1,7 @@
 #include "render/PixelPainter.h"
 
 #include "render/LineRuns.h"
+#include "render/PainterMemory.h"
 #include "render/VectorRuns.h"
 #include "support/ShownText.h"
 
@@ -55,8 +56,10 @@ CPixelPainter::CPixelPainter(QPainter& painter, PainterMemory& memory, const QRe
     : m_Painter(painter), m_Font(memory.font), m_bVector(IsVectorFile(painter)),
       m_bReachesPixels(!m_bVector && PixelsOf(painter)),
       m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)), m_Runs(memory.runs),
-      m_Layers(memory.layers), m_RunFill(memory.runFill), m_ColumnFill(memory.columnFill) {
+      m_Layers(memory.layers), m_RunFill(memory.runFill), m_ColumnFill(memory.columnFill),
+      m_Tasks(memory.tasks) {
     m_Runs.clear();
+    memory.frameSums.Clear();
     m_Layers.clear();
     m_Painter.setRenderHint(QPainter::Antialiasing, false);
     m_Painter.setFont(m_bVector ? m_Font.GetNamedFont() : m_Font.GetFont());
@@ -68,7 +71,7 @@ CPixelPainter::~CPixelPainter() {
         return;
     }
     try {
-        m_ColumnFill.Finish();
+        m_ColumnFill.Finish(m_Tasks);
     } catch (...) { // NOLINT(bugprone-empty-catch): the first exception is the one that is told
     }
 }
@@ -76,14 +79,14 @@ CPixelPainter::~CPixelPainter() {
 void CPixelPainter::Finish() {
     Flush();
     m_Filling = {};
-    m_ColumnFill.Finish();
+    m_ColumnFill.Finish(m_Tasks);
 }
 
 void CPixelPainter::WaitForClip() {
     if (!m_Filling.ToQRect().intersects(m_ClipBounds.ToQRect()))
         return;
     m_Filling = {};
-    m_ColumnFill.Finish();
+    m_ColumnFill.Finish(m_Tasks);
 }
 
 void CPixelPainter::SetPen(const QColor& color) {
@@ -152,7 +155,7 @@ void CPixelPainter::Flush() {
     const auto grid = PixelsOf(m_Painter);
     if (grid && CColumnFill::IsWorthIt(*grid, layers)) {
         m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
-        m_ColumnFill.Begin(*grid, layers);
+        m_ColumnFill.Begin(*grid, layers, m_Tasks);
         return;
     }
     WaitForClip();

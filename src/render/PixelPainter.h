@@ -1,9 +1,7 @@
 // Draws whole pixels: 1-pixel lines without antialiasing, bordered rectangles and small text.
 #pragma once
 
-#include "render/ColumnFill.h"
 #include "render/Mapping.h"
-#include "render/RunFill.h"
 #include "render/SmallFont.h"
 
 #include <QColor>
@@ -12,29 +10,21 @@
 #include <QRegion>
 #include <QString>
 
-#include <cstddef>
 #include <exception>
 #include <span>
 #include <vector>
 
+namespace support {
+class CBackgroundTasks;
+}
+
 namespace Tracelyn {
 
-// Runs of one colour, from `begin` on among all.
-struct ColoredRuns {
-    QRgb color;
-    size_t begin;
-};
-
-// What the painters of one picture hand on from frame to frame: the font, with the widths that it has
-// measured, and memory, which takes long to get from the system. It can be made only while the application
-// object exists.
-struct PainterMemory {
-    CSmallFont font;
-    std::vector<PixelRect> runs;
-    std::vector<ColoredRuns> layers;
-    CRunFill runFill;
-    CColumnFill columnFill;
-};
+class CColumnFill;
+class CRunFill;
+struct ColoredRuns;
+struct PainterMemory;
+struct RunLayer;
 
 // Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
 // itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
@@ -107,6 +97,7 @@ private:
     std::vector<ColoredRuns>& m_Layers; // each over the one before
     CRunFill& m_RunFill;
     CColumnFill& m_ColumnFill;
+    support::CBackgroundTasks& m_Tasks;
     PixelRect m_Filling; // bounds of what m_ColumnFill may be filling
     int m_nExceptions = std::uncaught_exceptions();
 };

@@ -58,6 +58,23 @@ void CBackgroundTasks::Finish() {
         std::rethrow_exception(std::exchange(m_Exception, nullptr));
 }
 
+// It may be some microseconds until another thread has done what it is at, and longer to fall asleep and to
+// be woken.
+void CBackgroundTasks::HelpUntil(const std::function<bool()>& isEnough) {
+    std::unique_lock lock(m_Mutex);
+    while (!isEnough()) {
+        if (m_Exception)
+            std::rethrow_exception(m_Exception);
+        if (!m_Tasks.empty()) {
+            DoNext(lock);
+            continue;
+        }
+        lock.unlock();
+        std::this_thread::yield();
+        lock.lock();
+    }
+}
+
 void CBackgroundTasks::Run(bool waits) {
     std::unique_lock lock(m_Mutex);
     while (true) {
@@ -65,18 +82,22 @@ void CBackgroundTasks::Run(bool waits) {
             m_Changed.wait(lock, [this] { return m_bFinishing || !m_Tasks.empty(); });
         if (m_Tasks.empty())
             return;
-        const std::function<void()> task = std::move(m_Tasks.front());
-        m_Tasks.pop();
-        lock.unlock();
-        const std::exception_ptr thrown = ExceptionOf(task);
-        lock.lock();
-        if (thrown) {
-            while (!m_Tasks.empty()) // A new queue would need memory, which may be what ran out.
-                m_Tasks.pop();
-            if (!m_Exception)
-                m_Exception = thrown;
-        }
+        DoNext(lock);
     }
+}
+
+void CBackgroundTasks::DoNext(std::unique_lock<std::mutex>& lock) {
+    const std::function<void()> task = std::move(m_Tasks.front());
+    m_Tasks.pop();
+    lock.unlock();
+    const std::exception_ptr thrown = ExceptionOf(task);
+    lock.lock();
+    if (!thrown)
+        return;
+    while (!m_Tasks.empty()) // A new queue would need memory, which may be what ran out.
+        m_Tasks.pop();
+    if (!m_Exception)
+        m_Exception = thrown;
 }
 
 } // namespace support

@@ -24,12 +24,17 @@ public:
 
     // Tasks begin in the order in which they are added, but run side by side, and must not add tasks.
     void Add(std::function<void()> task);
+    // Does tasks that no other thread has begun, in their order, until the given is true, which tasks that
+    // were added make it. Throws the first exception of a task, and so does Finish later.
+    void HelpUntil(const std::function<bool()>& isEnough);
     // Does what no other thread has begun, and returns when all tasks have ended. Throws the first exception
     // of a task; those that had not begun then are left out.
     void Finish();
 
 private:
     void Run(bool waits);
+    // Does the first task that is left. The mutex is locked before and after.
+    void DoNext(std::unique_lock<std::mutex>& lock);
 
     std::mutex m_Mutex;
     std::condition_variable m_Changed;

@@ -82,11 +82,12 @@ TEST(PixelGrid, IsFilledWhereRunsAreAndNowhereElse) {
             painter.setClipRegion(clip);
             if (const auto grid = way != By::Painter ? PixelsOf(painter) : std::nullopt) {
                 CColumnFill fill;
+                support::CBackgroundTasks tasks;
                 if (way == By::Columns)
-                    fill.Begin(*grid, layers);
+                    fill.Begin(*grid, layers, tasks);
                 for (size_t i = 0; way == By::Runs && i < layers.size(); ++i)
                     FillRuns(*grid, layers[i]);
-                fill.Finish();
+                fill.Finish(tasks);
                 ++reached;
                 return image.copy();
             }

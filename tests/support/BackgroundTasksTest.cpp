@@ -46,3 +46,21 @@ TEST(BackgroundTasks, ThrowInFinishAndLeaveNoTaskBehind) {
     }
     EXPECT_EQ(done, 1) << "the end waits for what was begun";
 }
+
+TEST(BackgroundTasks, AreHelpedUntilWhatIsWaitedForIsThere) {
+    CBackgroundTasks tasks;
+    for (int round = 0; round < 200; ++round) {
+        std::array<std::atomic<int>, 20> calls{};
+        for (auto& each : calls)
+            tasks.Add([&each] { ++each; });
+        const size_t waitedFor = static_cast<size_t>(round) % calls.size();
+        tasks.HelpUntil([&] { return calls[waitedFor] != 0; });
+        EXPECT_EQ(calls[waitedFor], 1) << round;
+        tasks.Finish();
+        EXPECT_TRUE(std::ranges::all_of(calls, [](int done) { return done == 1; })) << round;
+    }
+    tasks.Add([] { throw std::runtime_error("no memory"); });
+    EXPECT_THROW(tasks.HelpUntil([] { return false; }), std::runtime_error);
+    EXPECT_THROW(tasks.Finish(), std::runtime_error);
+    tasks.Finish();
+}
