@@ -33,6 +33,8 @@ void CFrameSums::Begin(std::span<const PlacedSet> sets, std::vector<int64_t> sta
     m_Starts = std::move(starts);
     const size_t columns = m_Starts.size() - 1;
     for (const PlacedSet& placed : sets) {
+        if (FindEntry(placed) != nullptr) // It may stand for several signals.
+            continue;
         if (m_nBegun == m_Entries.size())
             m_Entries.emplace_back();
         Entry& entry = m_Entries[m_nBegun++];
@@ -49,18 +51,25 @@ void CFrameSums::Begin(std::span<const PlacedSet> sets, std::vector<int64_t> sta
 }
 
 void CFrameSums::Clear() {
+    while (m_Entries.size() > m_nBegun)
+        m_Entries.pop_back();
     m_Starts.clear();
     m_nBegun = 0;
 }
 
 const ColumnSums* CFrameSums::Find(const PlacedSet& placed, support::CBackgroundTasks& tasks) const {
+    const Entry* const found = FindEntry(placed);
+    if (found == nullptr)
+        return nullptr;
+    tasks.HelpUntil([=] { return found->pieces == 0; });
+    return &found->sums;
+}
+
+const CFrameSums::Entry* CFrameSums::FindEntry(const PlacedSet& placed) const {
     const auto end = m_Entries.begin() + static_cast<ptrdiff_t>(m_nBegun);
     const auto found =
         std::find_if(m_Entries.begin(), end, [&](const Entry& entry) { return entry.placed == placed; });
-    if (found == end)
-        return nullptr;
-    tasks.HelpUntil([&] { return found->pieces == 0; });
-    return &found->sums;
+    return found == end ? nullptr : &*found;
 }
 
 } // namespace Tracelyn

@@ -43,7 +43,8 @@ public:
     // this object must stay as they are until the tasks are finished.
     void Begin(std::span<const PlacedSet> sets, std::vector<int64_t> starts,
                support::CBackgroundTasks& tasks);
-    // Before the next frame, and when its tasks are finished.
+    // Forgets the sums of the last frame, whose tasks must be finished, and gives back memory that it did not
+    // use.
     void Clear();
 
     // Empty when nothing was begun.
@@ -58,6 +59,8 @@ private:
         ColumnSums sums;
         std::atomic<int> pieces = 0; // that are not there yet
     };
+
+    const Entry* FindEntry(const PlacedSet& placed) const;
 
     std::vector<int64_t> m_Starts;
     std::deque<Entry> m_Entries;

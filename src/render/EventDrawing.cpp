@@ -158,7 +158,7 @@ void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, con
         }
         const auto first = PointOf(column, samples.first, values);
         if (pen && first) {
-            if (covered.right == column && covered.GetHeight() > 0)
+            if (covered.right == column && covered.GetHeight() > 0 && rows.GetHeight() > 0)
                 JoinNeighbours(covered, pen->y(), rows, first->y());
             else
                 Join(pen, first);
@@ -174,8 +174,8 @@ void CEventDrawing::DrawCurve(const ShownSet& shown, const CMapping& values, con
         Join(pen, QPoint(m_Client.right, pen->y()));
 }
 
-// The pixels of the line between two columns that hold its ends, in the row y1 of the first and y2 of the
-// second: each grows up to the middle of the line.
+// Widens both by the pixels of the line from row y1 of the first to row y2 of the second, which lies right
+// beside it. These rows must be among those that their columns have: otherwise a gap would be filled, too.
 void CEventDrawing::JoinNeighbours(PixelRect& first, int y1, PixelRect& second, int y2) {
     ForEachLineRun(first.left, y1, second.left, y2, m_Client, [&](int x, int y, int /*width*/, int height) {
         PixelRect& column = x == first.left ? first : second;

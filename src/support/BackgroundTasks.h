@@ -13,7 +13,7 @@
 namespace support {
 
 // One thread adds tasks and finishes them; its threads exist only in between. Where no thread can be had the
-// tasks wait for Finish.
+// tasks wait for HelpUntil or Finish.
 class CBackgroundTasks {
 public:
     CBackgroundTasks() = default;
@@ -24,8 +24,9 @@ public:
 
     // Tasks begin in the order in which they are added, but run side by side, and must not add tasks.
     void Add(std::function<void()> task);
-    // Does tasks that no other thread has begun, in their order, until the given is true, which tasks that
-    // were added make it. Throws the first exception of a task, and so does Finish later.
+    // Does tasks that no other thread has begun, in their order, until isEnough() is true, which a task that
+    // was added makes it. isEnough is called with the tasks locked: it is short and calls nothing of this
+    // object. Throws the first exception of a task, and so does Finish later. Not after Finish has thrown.
     void HelpUntil(const std::function<bool()>& isEnough);
     // Does what no other thread has begun, and returns when all tasks have ended. Throws the first exception
     // of a task; those that had not begun then are left out.

@@ -5,8 +5,9 @@
 
 namespace support {
 
-// Memory as operator new gives it; throws std::bad_alloc. A large array is placed so that the system may back
-// it with large pages, which it hands out faster; at most a third more than `bytes` is used up then.
+// Memory for so many bytes, aligned as that of operator new, which throws when there is none. A large array
+// is placed so that the system may back it with large pages, which it hands out faster. Of the system's
+// memory an array uses up at most a third more than its size; of its addresses some megabytes more.
 [[nodiscard]] void* NewLargeArray(size_t bytes);
 
 // Gives back what NewLargeArray(bytes) returned.
