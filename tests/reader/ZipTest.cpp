@@ -91,17 +91,18 @@ TEST_F(Zip, PacksByteForByteAndListsASkippedFileWithoutSizes) {
 }
 
 // Rows of numbers; sizes around those of zlib's window and of the pieces.
-TEST_F(Zip, CompressesPieceByPieceAsZlibDoesTheWhole) {
+TEST_F(Zip, CompressesAndExpandsPieceByPieceAsZlibDoesTheWhole) {
     QByteArray rows;
-    for (const char digit : Noise(1'000'000))
+    for (const char digit : Noise(1'200'000))
         rows += "0123456789,-.\n01"[digit & 15];
-    for (const qsizetype size : {1, 32767, 65536, 65537, 131072, 300'000, 1'000'000}) {
+    for (const qsizetype size : {1, 32767, 65536, 65537, 131072, 524'288, 1'000'000, 1'200'000}) {
         Write("rows", rows.left(size));
         ASSERT_TRUE(Pack("rows", "n"));
         const QByteArray stream = qCompress(rows.left(size), 9).mid(4); // behind the size
         const QByteArray packed = Read(Path("a.paf")).mid(30);
         EXPECT_TRUE(packed.startsWith("n" + stream.left(2) + stream.right(4) + stream.chopped(4).mid(2)))
             << size;
+        EXPECT_TRUE(CZip(Path("a.paf")).Expand(Out(), "n") && Read(Out() + "n") == rows.left(size)) << size;
     }
 }
 
