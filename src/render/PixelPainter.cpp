@@ -54,7 +54,7 @@ qsizetype FewestLetters(const QString& text, IsEnough isEnough) {
 
 CPixelPainter::CPixelPainter(QPainter& painter, PainterMemory& memory, const QRegion& region)
     : m_Painter(painter), m_Font(memory.font), m_bVector(IsVectorFile(painter)),
-      m_bReachesPixels(!m_bVector && PixelsOf(painter)),
+      m_bReachesPixels(!m_bVector && PixelsOf(painter)), m_Region(region),
       m_Drawn(region.boundingRect().adjusted(-kMargin, -kMargin, kMargin, kMargin)), m_Runs(memory.runs),
       m_Layers(memory.layers), m_RunFill(memory.runFill), m_ColumnFill(memory.columnFill),
       m_Tasks(memory.tasks) {
@@ -102,6 +102,13 @@ void CPixelPainter::SetClip(const QRegion& clip) {
     if (!m_bVector)
         m_Painter.setClipRegion(m_Clip);
     m_ClipBounds = PixelRect::From(m_Clip.boundingRect());
+    m_Grid.reset();
+}
+
+const PixelGrid* CPixelPainter::GetGrid() {
+    if (!m_Grid)
+        m_Grid = PixelsOf(m_Painter);
+    return *m_Grid ? &**m_Grid : nullptr;
 }
 
 void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
@@ -152,7 +159,7 @@ void CPixelPainter::Flush() {
         DrawAsLines(m_Painter, m_Runs, QColor::fromRgba(m_Layers.front().color));
         return;
     }
-    const auto grid = PixelsOf(m_Painter);
+    const PixelGrid* const grid = GetGrid();
     if (grid && CColumnFill::IsWorthIt(*grid, layers)) {
         m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
         m_ColumnFill.Begin(*grid, layers, m_Tasks);
@@ -190,7 +197,7 @@ void CPixelPainter::Fill(const PixelRect& rect, const QColor& color) {
     Flush();
     WaitForClip();
     const PixelRect pixels = PixelRect::From(visible);
-    if (const auto grid = PixelsOf(m_Painter))
+    if (const PixelGrid* const grid = GetGrid())
         FillRuns(*grid, {color.rgb(), std::span(&pixels, 1)});
     else
         m_Painter.fillRect(visible, color);
@@ -204,9 +211,17 @@ void CPixelPainter::Polygon(std::span<const QPoint> points) {
     m_Painter.drawPolygon(points.data(), static_cast<int>(points.size()));
 }
 
-bool CPixelPainter::ReachesClip(int x, const QString& text) const {
-    return m_ClipBounds.GetWidth() > 0 && x - kOverhang < m_ClipBounds.right &&
-           x + GetTextWidth(text) + kOverhang > m_ClipBounds.left;
+// A cursor step repaints the values between names and units, which would take longest of all. Where a pixel
+// is not a whole one of the screen, letters are not as wide as they are measured.
+bool CPixelPainter::IsSeen(int x, int y, const QString& text) const {
+    const auto reaches = [this](const QRect& rect) {
+        return m_Clip.intersects(rect) && m_Region.intersects(rect);
+    };
+    const QRect cell(x, y, GetTextWidth(text), kTextHeight);
+    if (!reaches({x - kOverhang, m_Drawn.top(), cell.width() + 2 * kOverhang, m_Drawn.height()}))
+        return false;
+    return m_bVector || !m_bReachesPixels || reaches(cell) ||
+           reaches(m_Font.GetInk(text).translated(x, y + m_Font.GetAscent()).adjusted(-1, -1, 1, 1));
 }
 
 // As many letters go at both ends as stand out there. Measuring them one by one would take long for some
@@ -228,7 +243,7 @@ void CPixelPainter::CutToClip(int& x, QString& text) const {
 }
 
 void CPixelPainter::Text(int x, int y, const QString& text) {
-    if (!ReachesClip(x, text))
+    if (!IsSeen(x, y, text))
         return;
     if (m_TextBackground.isValid())
         Fill({x, y, x + GetTextWidth(text), y + kTextHeight}, m_TextBackground);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "render/Mapping.h"
+#include "render/PixelGrid.h"
 #include "render/SmallFont.h"
 
 #include <QColor>
@@ -11,6 +12,7 @@
 #include <QString>
 
 #include <exception>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -24,7 +26,6 @@ class CColumnFill;
 class CRunFill;
 struct ColoredRuns;
 struct PainterMemory;
-struct RunLayer;
 
 // Wraps a borrowed painter, of pixels or of a file of lines and texts. It works out the pixels of a line
 // itself, so that a line looks the same whatever part of it is repainted and at every scale factor of the
@@ -75,15 +76,18 @@ public:
 private:
     // Pixels in the clip are filled when it returns, those of lines that are still collected aside.
     void WaitForClip();
+    // The painter's pixels in the clip; null when they cannot be reached.
+    const PixelGrid* GetGrid();
     void AddRun(const PixelRect& run);
     std::vector<RunLayer> TakeLayers() const;
     void CutToClip(int& x, QString& text) const;
-    bool ReachesClip(int x, const QString& text) const;
+    bool IsSeen(int x, int y, const QString& text) const;
 
     QPainter& m_Painter;
     CSmallFont& m_Font;
     bool m_bVector;
     bool m_bReachesPixels;
+    QRegion m_Region;
     // Bounds of what is drawn: clipping at a region of many pieces costs more than it saves.
     QRect m_Drawn;
     QColor m_Pen = Qt::black;
@@ -93,6 +97,7 @@ private:
     QColor m_TextBackground;
     QRegion m_Clip;
     PixelRect m_ClipBounds;
+    std::optional<std::optional<PixelGrid>> m_Grid; // once it was asked for in this clip
     std::vector<PixelRect>& m_Runs;
     std::vector<ColoredRuns>& m_Layers; // each over the one before
     CRunFill& m_RunFill;

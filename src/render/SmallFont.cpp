@@ -11,10 +11,10 @@ namespace {
 
 constexpr int kPixels = 11;
 
-// The kept widths are all dropped when their texts come to more than this many characters. Each entry counts
+// What was measured is all dropped when the texts come to more than this many characters. Each entry counts
 // for some characters more, because it takes memory itself.
 constexpr size_t kMaximumRemembered = 8'000'000;
-constexpr size_t kCharactersPerEntry = 50;
+constexpr size_t kCharactersPerEntry = 60;
 
 } // namespace
 
@@ -32,17 +32,24 @@ QFont CSmallFont::GetNamedFont() const {
     return font;
 }
 
-int CSmallFont::GetTextWidth(const QString& text) {
+CSmallFont::Measured& CSmallFont::Measure(const QString& text) {
     const QString shown = support::ShownText(text);
-    const auto found = m_Widths.find(shown);
-    if (found != m_Widths.end())
+    const auto found = m_Measured.find(shown);
+    if (found != m_Measured.end())
         return found->second;
     if (m_nRemembered > kMaximumRemembered) {
-        m_Widths.clear();
+        m_Measured.clear();
         m_nRemembered = 0;
     }
     m_nRemembered += kCharactersPerEntry + static_cast<size_t>(shown.size());
-    return m_Widths[shown] = m_Metrics.horizontalAdvance(shown);
+    return m_Measured[shown] = {m_Metrics.horizontalAdvance(shown), std::nullopt};
+}
+
+QRect CSmallFont::GetInk(const QString& text) {
+    std::optional<QRect>& ink = Measure(text).ink;
+    if (!ink)
+        ink = m_Metrics.boundingRect(support::ShownText(text));
+    return *ink;
 }
 
 } // namespace Tracelyn

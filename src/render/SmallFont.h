@@ -3,15 +3,17 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <QRect>
 #include <QString>
 
 #include <cstddef>
+#include <optional>
 #include <unordered_map>
 
 namespace Tracelyn {
 
 // Measuring a text takes long: a millisecond for some thousand letters, or for some hundred letters of mixed
-// scripts. The font therefore keeps the widths it has measured; most frames ask for those of the frame
+// scripts. The font therefore keeps what it has measured; most frames ask for those of the frame
 // before. It can be made only while the application object exists.
 class CSmallFont {
 public:
@@ -23,7 +25,9 @@ public:
     static QFont MakeFont();
 
     // In pixels. Of a very long text only the beginning is shown, and only that is measured.
-    int GetTextWidth(const QString& text);
+    int GetTextWidth(const QString& text) { return Measure(text).width; }
+    // Where the ink of a text is whose base line begins at 0, 0: it may reach out of the text's width.
+    QRect GetInk(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }
     // By the one name under which this machine has it.
@@ -31,10 +35,16 @@ public:
     int GetAscent() const { return m_Metrics.ascent(); }
 
 private:
+    struct Measured {
+        int width;
+        std::optional<QRect> ink; // once somebody has asked for it
+    };
+    Measured& Measure(const QString& text);
+
     QFont m_Font;
     QFontMetrics m_Metrics;
-    std::unordered_map<QString, int> m_Widths;
-    // Characters in m_Widths, with some for each entry.
+    std::unordered_map<QString, Measured> m_Measured;
+    // Characters in m_Measured, with some for each entry.
     size_t m_nRemembered = 0;
 };
 
