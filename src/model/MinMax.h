@@ -139,7 +139,7 @@ public:
         }
     }
 
-    T Find(std::span<const T> samples, size_t from, size_t to) const { return Find(samples, 0, from, to); }
+    T Find(std::span<const T> samples, size_t from, size_t to) const { return FindIn<0>(samples, from, to); }
 
     size_t GetBytes() const {
         size_t bytes = 0;
@@ -155,23 +155,32 @@ private:
     static constexpr size_t BlockSize(size_t level) { return level == 0 ? kBlock : 16; }
 
     // All whole blocks a level up; the values at both ends only where their whole block is good enough.
-    T Find(std::span<const T> values, size_t level, size_t from, size_t to) const {
-        const size_t size = BlockSize(level);
-        const size_t first = (from + size - 1) / size;
-        const size_t end = to / size;
-        if (level == kLevels || first >= end)
-            return Extreme<T, Better>::Of(values.subspan(from, to - from));
-        const std::vector<T>& blocks = m_Levels[level];
-        T best = Find(blocks, level + 1, first, end);
-        if (from < first * size && IsAtLeastAsGood(blocks[first - 1], best)) {
-            const T left = Extreme<T, Better>::Of(values.subspan(from, first * size - from));
-            best = Better()(best, left) ? best : left;
+    // (Sizes known to the compiler are divided by without a division.)
+    template <size_t kLevel>
+    T FindIn(std::span<const T> values, size_t from, size_t to) const {
+        const auto inValues = [&](size_t begin, size_t end) {
+            return Extreme<T, Better>::Of(values.subspan(begin, end - begin));
+        };
+        if constexpr (kLevel == kLevels) {
+            return inValues(from, to);
+        } else {
+            constexpr size_t size = BlockSize(kLevel);
+            const size_t first = (from + size - 1) / size;
+            const size_t end = to / size;
+            if (first >= end)
+                return inValues(from, to);
+            const std::vector<T>& blocks = m_Levels[kLevel];
+            T best = FindIn<kLevel + 1>(blocks, first, end);
+            if (from < first * size && IsAtLeastAsGood(blocks[first - 1], best)) {
+                const T left = inValues(from, first * size);
+                best = Better()(best, left) ? best : left;
+            }
+            if (end * size < to && (end == blocks.size() || Better()(blocks[end], best))) {
+                const T right = inValues(end * size, to);
+                best = Better()(right, best) ? right : best;
+            }
+            return best;
         }
-        if (end * size < to && (end == blocks.size() || Better()(blocks[end], best))) {
-            const T right = Extreme<T, Better>::Of(values.subspan(end * size, to - end * size));
-            best = Better()(right, best) ? right : best;
-        }
-        return best;
     }
 
     // Of two equal values the one to the left stays, which is seen in floating zeros alone.
