@@ -231,7 +231,8 @@ def measure_loads(rows, rounds):
     load = fastest(rounds, pandas=seconds_in_python(python_module.READ_CSV, csv),
                    python=seconds_in_python(python_module.READ, calm, python_module.CODE),
                    **{name: seconds_of(command) for name, command in {**sides, **one}.items()},
-                   each_of_four=seconds_of_four(sides["calm"]), each_of_four_one_core=seconds_of_four(one["calm_one_core"]))
+                   each_of_four=seconds_of_four(sides["calm"]),
+                   each_of_four_one_core=seconds_of_four(one["calm_one_core"]))
     frame = python_module.fastest_to_pandas(calm, rounds, BUILD)
     peak = min(run([*INFO, calm])[1] for _ in range(min(rounds, 3)))
     allowed = calm.stat().st_size + stored_bytes(calm, rows)
@@ -296,7 +297,8 @@ def measure(rows, samples, rounds, seconds):
         Row("rows of noise", "memchr over their text", "x", None, look["noise"]),
         Row("rows of calm digits", "memchr over their text", "x", None, look["calm"]),
         Row("CSV export", "fprintf loop over the same values", ">= 25 x faster", 25.0, export, at_least=True),
-        Row("CSV export into memory", "fprintf loop into memory", ">= 25 x faster", 25.0, export_in_memory, at_least=True),
+        Row("CSV export into memory", "fprintf loop into memory", ">= 25 x faster", 25.0, export_in_memory,
+            at_least=True),
         Row("first frame after the load", "the frame after it", "<= 3 x", 3.0, first),
         Row("frame after zoom or scroll, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, zoom),
         Row("frame with every event, long", "the same with 10 thousand samples", "<= 1.5 x", 1.5, events),
