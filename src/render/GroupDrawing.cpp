@@ -31,17 +31,11 @@ PixelRect PlotRect(const CGraphDrawingContext& context, const CGraphDataGroup& g
     return plot;
 }
 
-// Letters may have marks below them, which reach out of the header into the plot.
-bool MayReachIntoThePlot(const QString& name) {
-    constexpr char16_t kFirstMark = 0x300;
-    return std::ranges::any_of(name, [](QChar letter) { return letter.unicode() >= kFirstMark; });
-}
-
 // The plot's background is filled together with its curves, after the header is drawn. Not where the header
-// has a part in the plot.
+// may have a part in the plot, as marks below letters do.
 bool FillsItsPlot(const CGraphDrawingContext& context, const CGraphDataGroup& group) {
     return context.GetPainter().ReachesPixels() && group.IsDisplayedAsGraph() && group.m_bExpanded &&
-           !group.m_bSeparateSets && group.m_nTopMargin > 0 && !MayReachIntoThePlot(group.m_strName);
+           !group.m_bSeparateSets && group.m_nTopMargin > 0 && CSmallFont::KnowsInk(group.m_strName);
 }
 
 bool IsDrawn(const CGraphDataSet& set) {

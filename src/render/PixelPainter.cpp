@@ -220,7 +220,7 @@ bool CPixelPainter::IsSeen(int x, int y, const QString& text) const {
     const QRect cell(x, y, GetTextWidth(text), kTextHeight);
     if (!reaches({x - kOverhang, m_Drawn.top(), cell.width() + 2 * kOverhang, m_Drawn.height()}))
         return false;
-    return m_bVector || !m_bReachesPixels || reaches(cell) ||
+    return m_bVector || !m_bReachesPixels || reaches(cell) || !CSmallFont::KnowsInk(text) ||
            reaches(m_Font.GetInk(text).translated(x, y + m_Font.GetAscent()).adjusted(-1, -1, 1, 1));
 }
 

@@ -5,6 +5,8 @@
 #include <QFontInfo>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace Tracelyn {
 
 namespace {
@@ -43,6 +45,11 @@ CSmallFont::Measured& CSmallFont::Measure(const QString& text) {
     }
     m_nRemembered += kCharactersPerEntry + static_cast<size_t>(shown.size());
     return m_Measured[shown] = {m_Metrics.horizontalAdvance(shown), std::nullopt};
+}
+
+bool CSmallFont::KnowsInk(const QString& text) {
+    constexpr char16_t kFirstMark = 0x300;
+    return std::ranges::all_of(text, [](QChar letter) { return letter.unicode() < kFirstMark; });
 }
 
 QRect CSmallFont::GetInk(const QString& text) {

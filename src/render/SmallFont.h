@@ -26,8 +26,11 @@ public:
 
     // In pixels. Of a very long text only the beginning is shown, and only that is measured.
     int GetTextWidth(const QString& text) { return Measure(text).width; }
-    // Where the ink of a text is whose base line begins at 0, 0: it may reach out of the text's width.
+    // Where the ink of a text is whose base line begins at 0, 0: it may reach out of the text's width. Only
+    // for texts that KnowsInk() is true for: the toolkit forgets marks above and below letters, and more.
     QRect GetInk(const QString& text);
+    // Whether the text has Latin letters without marks of their own, and the like.
+    static bool KnowsInk(const QString& text);
 
     const QFont& GetFont() const { return m_Font; }
     // By the one name under which this machine has it.

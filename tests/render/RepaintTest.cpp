@@ -13,9 +13,10 @@ struct Busy : GraphWithData {
         graph.ShowEveryEvent(window, everyEvent);
         AddIndex();
         CGraphDataGroup& curves = AddGroup("Curves");
-        AddSignal(curves, "Sine", count, [=](int i) {
-            return std::sin(i * 40.0 / count) * 100;
-        }).SetColor(0x00FF00);
+        CGraphDataSet& sine =
+            AddSignal(curves, "Sine", count, [=](int i) { return std::sin(i * 40.0 / count) * 100; });
+        sine.SetColor(0x00FF00);
+        sine.SetUnit(QStringLiteral("\u0301F"), 0, 1, 2); // The mark lies over the value.
         AddSignal(curves, "Noise", count, [](int i) { return (i * 7919) % 100; }).SetColor(0x0000FF);
         AddSignal(curves, "Step", count, [](int i) { return i % 50 < 25 ? 10.0 : 80.0; }).SetColor(0xFF0000);
         // Wider than its column at every other sample.
