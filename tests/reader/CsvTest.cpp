@@ -3,6 +3,7 @@
 #include "model/GraphDataVariants.h"
 #include "reader/csv/CsvExport.h"
 #include "reader/csv/CsvFile.h"
+#include "reader/csv/NumberLines.h"
 
 #include <QBuffer>
 
@@ -114,10 +115,12 @@ TEST(CsvFile, LinesOfNumbersAreTheFieldsOneByOne) {
     for (const auto& [rows, decimals] : {std::pair<size_t, std::vector<int>>{0, {3}},
                                          {1, {-1, 1000, 0}},
                                          {3000, {0, 1, 2, 3, 6, 12, 7}},
+                                         {2000, {4}},
                                          {40, std::vector<int>(100, 999)}}) {
         std::vector<float> values(rows * decimals.size());
-        for (float& value : values)
-            value = std::bit_cast<float>(static_cast<uint32_t>(random()));
+        for (size_t at = 0; at < values.size(); ++at) // a third of the rows is short
+            values[at] = at % rows * 3 < rows ? static_cast<float>(random() % 100'000) / -8
+                                              : std::bit_cast<float>(static_cast<uint32_t>(random()));
         QBuffer fields;
         CCsvFile one;
         ASSERT_TRUE(fields.open(QIODevice::WriteOnly) && one.Open(fields));
@@ -127,8 +130,8 @@ TEST(CsvFile, LinesOfNumbersAreTheFieldsOneByOne) {
             one.EndLine();
         }
         one.Close();
-        CNumberLines lines(values.size());
-        EXPECT_TRUE(lines.Format(values, decimals) == fields.data().toStdString()) << rows;
+        CNumberLines lines(decimals, rows);
+        EXPECT_TRUE(lines.Format(values) == fields.data().toStdString()) << rows;
     }
 }
 

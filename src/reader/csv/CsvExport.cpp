@@ -3,7 +3,7 @@
 #include "model/GraphData.h"
 #include "model/GraphDataVariants.h"
 #include "reader/csv/CsvFile.h"
-#include "support/FixedText.h"
+#include "reader/csv/NumberLines.h"
 #include "support/Limits.h"
 #include "support/Parallel.h"
 
@@ -21,8 +21,6 @@
 namespace Tracelyn {
 
 namespace {
-
-constexpr size_t kMaxFieldBytes = support::kFixedTextCapacity + kCsvLineEnd.size();
 
 using Sets = std::vector<const CGraphDataSet*>;
 
@@ -104,25 +102,28 @@ private:
     bool m_bGivenUp = false;
 };
 
+std::vector<int> DecimalsOf(const Sets& sets) {
+    std::vector<int> decimals;
+    for (const CGraphDataSet* set : sets)
+        decimals.push_back(set->GetPrecision());
+    return decimals;
+}
+
 // Text for the rows of one batch after the other. Values are fetched column by column and set row by row.
 class CRowText {
 public:
     CRowText(const Sets& sets, size_t rows)
-        : m_Sets(sets), m_Values(sets.size() * rows), m_Lines(m_Values.size()) {
-        for (const CGraphDataSet* set : sets)
-            m_Decimals.push_back(set->GetPrecision());
-    }
+        : m_Sets(sets), m_Values(sets.size() * rows), m_Lines(DecimalsOf(sets), rows) {}
 
     std::string_view Format(int first, size_t rows) {
         const std::span values = std::span(m_Values).first(m_Sets.size() * rows);
         for (size_t column = 0; column < m_Sets.size(); ++column)
             m_Sets[column]->GetScaledValues(first, values.subspan(column * rows, rows));
-        return m_Lines.Format(values, m_Decimals);
+        return m_Lines.Format(values);
     }
 
 private:
     const Sets& m_Sets;
-    std::vector<int> m_Decimals;
     std::vector<float> m_Values;
     CNumberLines m_Lines;
 };
@@ -152,25 +153,6 @@ bool WriteRows(const Sets& sets, int count, CCsvFile& file, const support::Progr
 }
 
 } // namespace
-
-CNumberLines::CNumberLines(size_t numbers)
-    : m_nCapacity(numbers * kMaxFieldBytes), m_pText(std::make_unique_for_overwrite<char[]>(m_nCapacity)) {}
-
-std::string_view CNumberLines::Format(std::span<const float> values, std::span<const int> decimals) {
-    const std::span<char> text(m_pText.get(), m_nCapacity);
-    const size_t rows = decimals.empty() ? 0 : values.size() / decimals.size();
-    size_t size = 0;
-    for (size_t row = 0; row < rows; ++row) {
-        for (size_t column = 0; column < decimals.size(); ++column) {
-            if (column != 0)
-                text[size++] = kCsvSeparator;
-            const float value = values[column * rows + row];
-            size += support::FormatFixed(text.subspan(size), value, decimals[column]).size();
-        }
-        size += kCsvLineEnd.copy(&text[size], kCsvLineEnd.size());
-    }
-    return {text.data(), size};
-}
 
 ExportEnd ExportCsv(const CGraphData& data, CCsvFile& file, const support::Progress& progress) {
     const Table table = MakeTable(data);

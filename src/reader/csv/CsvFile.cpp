@@ -15,7 +15,7 @@ namespace Tracelyn {
 namespace {
 
 constexpr size_t kFlushAboveBytes = 4096;
-constexpr size_t kSyncAboveBytes = 1 << 23;
+constexpr size_t kSyncAboveBytes = 1 << 22;
 
 CFileException WriteError(const QIODevice* device) {
     return CFileException(device ? device->errorString().toStdString() : "file is not open");
