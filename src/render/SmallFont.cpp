@@ -2,6 +2,7 @@
 
 #include "support/ShownText.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QStringList>
 
@@ -21,8 +22,13 @@ constexpr size_t kCharactersPerEntry = 60;
 } // namespace
 
 QFont CSmallFont::MakeFont() {
+    const QString usual = QStringLiteral("Tahoma");
+    const QString other = QStringLiteral("DejaVu Sans");
+    // What the toolkit falls back to from a family that is not there is looked up for a millisecond, and is
+    // not used.
+    const bool isOtherAlone = !QFontDatabase::hasFamily(usual) && QFontDatabase::hasFamily(other);
     QFont font;
-    font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans")});
+    font.setFamilies(isOtherAlone ? QStringList{other} : QStringList{usual, other});
     font.setPixelSize(kPixels);
     font.setHintingPreference(QFont::PreferFullHinting);
     return font;

@@ -1,6 +1,7 @@
 #include "reader/rows/RowPieces.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -25,12 +26,18 @@ std::optional<std::string_view> CPieceReader::Read(const RowPiece& piece, int64_
 
 // Makes the text longer and returns the new part, to be filled.
 std::span<char> CPieceReader::Grow(int64_t count) {
+    constexpr size_t kRoomForRow = 4096; // the end of a usual row
     const size_t from = m_nSize;
     m_nSize += static_cast<size_t>(count);
     const size_t needed = m_nSize + CRowConverter::kReadableBehind;
-    if (m_Bytes.size() < needed)
-        m_Bytes.resize(std::max(needed, m_Bytes.size() * 2));
-    return std::span(m_Bytes).subspan(from, static_cast<size_t>(count));
+    if (m_nCapacity < needed) {
+        m_nCapacity = std::max(needed + kRoomForRow, m_nCapacity * 2);
+        auto bytes = std::make_unique_for_overwrite<char[]>(m_nCapacity);
+        std::copy_n(m_Bytes.get(), from, bytes.get());
+        m_Bytes = std::move(bytes);
+    }
+    std::fill_n(m_Bytes.get() + m_nSize, CRowConverter::kReadableBehind, '\0');
+    return {m_Bytes.get() + from, static_cast<size_t>(count)};
 }
 
 std::optional<std::string_view> CPieceReader::ReadToRowEnd(const RowPiece& piece) {
@@ -56,7 +63,8 @@ CRowPieces::CRowPieces(const CSampleText& text) {
     const int64_t size = std::max<int64_t>(1, text.GetSize());
     for (int64_t from = 0; from < size; from += CSampleText::kPieceBytes)
         m_Pieces.push_back({.from = from, .to = std::min(from + CSampleText::kPieceBytes, text.GetSize())});
-    m_Readers.resize(static_cast<size_t>(support::WorkerCount(GetCount())), CPieceReader(text));
+    for (int worker = 0; worker < support::WorkerCount(GetCount()); ++worker)
+        m_Readers.emplace_back(text);
 }
 
 void CRowPieces::KeepRows(int64_t rows) {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -38,10 +39,11 @@ public:
 
 private:
     std::span<char> Grow(int64_t count);
-    std::string_view Text() const { return {m_Bytes.data(), m_nSize}; }
+    std::string_view Text() const { return {m_Bytes.get(), m_nSize}; }
 
     const CSampleText* m_pText;
-    std::vector<char> m_Bytes;
+    std::unique_ptr<char[]> m_Bytes;
+    size_t m_nCapacity = 0;
     size_t m_nSize = 0;
 };
 
