@@ -64,13 +64,16 @@ void CCanvas::BeginDraw(CPixelPainter& painter, const PixelRect& client) {
 void CCanvas::MoveTo(float x, float y) {
     m_nPenX = WorldToPixelX(x);
     m_nPenY = WorldToPixelY(y);
+    m_Pen = {x, y};
 }
 
 void CCanvas::LineTo(float x, float y) {
+    ++m_nLines;
+    if (x == m_Pen.x && y == m_Pen.y)
+        return; // every other line of a curve that changes with each sample; it has no pixels
     const int fromX = m_nPenX;
     const int fromY = m_nPenY;
     MoveTo(x, y);
-    ++m_nLines;
     if (fromX != kNoPixel && fromY != kNoPixel && m_nPenX != kNoPixel && m_nPenY != kNoPixel)
         m_pPainter->Line(fromX, fromY, m_nPenX, m_nPenY);
 }

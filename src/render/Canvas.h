@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <limits>
 #include <vector>
 
 namespace Tracelyn {
@@ -49,7 +50,10 @@ public:
     // Shows the given part, moved or widened so that it stays inside the full extent.
     void SetVisible(const WorldRect& visible);
     // What is drawn from now on is mapped like this.
-    void SetMapping(const PixelRect& pixels, const WorldRect& world) { m_Mapping = {pixels, world}; }
+    void SetMapping(const PixelRect& pixels, const WorldRect& world) {
+        m_Mapping = {pixels, world};
+        m_Pen = kNoPoint;
+    }
     // Shows full width / factor around centre; the factor is kept within 1 and 40.
     void Zoom(float factor, float centre);
 
@@ -96,6 +100,13 @@ public:
     void ClearScreenRects() { m_ScreenRects.clear(); }
 
 private:
+    struct WorldPoint {
+        float x;
+        float y;
+    };
+    static constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
+    static constexpr WorldPoint kNoPoint{kNoNumber, kNoNumber}; // not equal to any
+
     CPixelPainter* m_pPainter = nullptr;
     PixelRect m_Pixels;
     WorldRect m_Full;
@@ -108,6 +119,7 @@ private:
     CMapping m_Mapping;
     int m_nPenX = 0;
     int m_nPenY = 0;
+    WorldPoint m_Pen = kNoPoint; // where the pen was put; kNoPoint when the mapping is another one since
     int m_nLines = 0;
 };
 

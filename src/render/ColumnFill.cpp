@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace Tracelyn {
 
@@ -51,24 +52,27 @@ bool CColumnFill::IsWorthIt(const PixelGrid& grid, std::span<const RunLayer> lay
            int64_t{around.GetWidth()} * around.GetHeight() * passes <= pixels * kLargestShare;
 }
 
-void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers,
+void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers, std::vector<PixelRect>& runs,
                         support::CBackgroundTasks& tasks) {
-    if (m_Begun.intersects(grid.clip) || m_nBegun >= kMostStrips)
+    if (m_Begun.intersects(grid.clip) || m_nStrips >= kMostStrips)
         Finish(tasks);
     m_Begun += grid.clip;
+    if (m_nRuns == m_Runs.size())
+        m_Runs.emplace_back();
+    m_Runs[m_nRuns++].swap(runs);
     for (const QRect& piece : grid.clip) {
         std::vector<RunLayer> pass;
         int64_t columns = 0;
         const auto beginPass = [&] {
-            BeginOnePass(grid, piece, pass, tasks);
-            pass.clear();
+            BeginOnePass(grid, piece, std::exchange(pass, {}), tasks);
             columns = 0;
         };
         for (const RunLayer& layer : layers) {
             for (auto left = layer.runs; !left.empty();) {
                 if (std::ssize(pass) == kLayersAtOnce || columns >= kColumnsAtOnce) {
                     beginPass();
-                    Finish(tasks); // The next pass lies over this one.
+                    tasks.Finish(); // The next pass lies over this one.
+                    m_nStrips = 0;
                     m_Begun = grid.clip;
                 }
                 size_t count = 0;
@@ -84,61 +88,37 @@ void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers,
 
 void CColumnFill::Finish(support::CBackgroundTasks& tasks) {
     m_Begun = QRegion();
-    m_nBegun = 0;
+    m_nStrips = 0;
+    m_nRuns = 0;
     tasks.Finish();
 }
 
-void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers,
+CColumnStrip& CColumnFill::NextStrip() {
+    if (m_nStrips == m_Strips.size())
+        m_Strips.push_back(std::make_unique<CColumnStrip>());
+    return *m_Strips[m_nStrips++];
+}
+
+void CColumnFill::BeginOnePass(const PixelGrid& grid, const QRect& clip, std::vector<RunLayer> layers,
                                support::CBackgroundTasks& tasks) {
-    m_Colors.clear();
-    for (const RunLayer& layer : layers)
-        m_Colors.push_back(layer.color);
-    const int strips = (clip.width() + CColumnStrip::kMostColumns - 1) / CColumnStrip::kMostColumns;
-    m_nStripColumns = (clip.width() + strips - 1) / strips;
-    m_nStrip = 0;
-    m_Strips.clear();
+    const int count = (clip.width() + CColumnStrip::kMostColumns - 1) / CColumnStrip::kMostColumns;
+    const int columns = (clip.width() + count - 1) / count;
     uint32_t* const first = grid.first + clip.y() * grid.perLine + clip.x();
-    for (int x = 0; x < clip.width(); x += m_nStripColumns) {
-        if (m_nBegun == m_AllStrips.size())
-            m_AllStrips.push_back(std::make_unique<CColumnStrip>());
-        m_Strips.push_back(m_AllStrips[m_nBegun++].get());
-        m_Strips.back()->Begin({first + x, grid.perLine,
-                                static_cast<size_t>(std::min(clip.width() - x, m_nStripColumns)),
-                                static_cast<size_t>(clip.height()), grid.isLarge},
-                               m_Colors);
-    }
-    AddRuns(grid, clip, layers);
-    for (CColumnStrip* const strip : m_Strips)
-        tasks.Add([strip] { strip->Fill(); });
-}
-
-void CColumnFill::AddRuns(const PixelGrid& grid, const QRect& clip, std::span<const RunLayer> layers) {
-    const QPoint origin = grid.origin - clip.topLeft();
-    for (size_t layer = 0; layer < layers.size(); ++layer) {
-        for (const PixelRect& run : layers[layer].runs) {
-            AddRun({std::max(run.left * grid.scale + origin.x(), 0),
-                    std::max(run.top * grid.scale + origin.y(), 0),
-                    std::min(run.right * grid.scale + origin.x(), clip.width()),
-                    std::min(run.bottom * grid.scale + origin.y(), clip.height())},
-                   layer);
-        }
-    }
-}
-
-// Cuts the run at the strips' edges. Most runs are in the strip of the one before.
-void CColumnFill::AddRun(const PixelRect& pixels, size_t layer) {
-    if (pixels.top >= pixels.bottom)
-        return;
-    for (int x = pixels.left; x < pixels.right;) {
-        int left = m_nStrip * m_nStripColumns;
-        if (x < left || x >= left + m_nStripColumns) {
-            m_nStrip = x / m_nStripColumns;
-            left = m_nStrip * m_nStripColumns;
-        }
-        const int right = std::min(pixels.right, left + m_nStripColumns);
-        m_Strips[static_cast<size_t>(m_nStrip)]->Add({x - left, pixels.top, right - left, pixels.bottom},
-                                                     layer);
-        x = right;
+    const auto shared = std::make_shared<const std::vector<RunLayer>>(std::move(layers));
+    for (int x = 0; x < clip.width(); x += columns) {
+        CColumnStrip& strip = NextStrip();
+        const StripPixels pixels{.first = first + x,
+                                 .perLine = grid.perLine,
+                                 .columns = static_cast<size_t>(std::min(clip.width() - x, columns)),
+                                 .rows = static_cast<size_t>(clip.height()),
+                                 .isLarge = grid.isLarge};
+        const QPoint origin = grid.origin - clip.topLeft() - QPoint(x, 0);
+        tasks.Add([&strip, pixels, shared, origin, scale = grid.scale] {
+            strip.Begin(pixels);
+            for (const RunLayer& layer : *shared)
+                strip.Add(layer, scale, origin);
+            strip.Fill();
+        });
     }
 }
 

@@ -42,10 +42,30 @@ void EndCopiesPastCaches() {
 
 } // namespace
 
-void CColumnStrip::Begin(const StripPixels& pixels, std::span<const QRgb> colors) {
+void CColumnStrip::Begin(const StripPixels& pixels) {
     m_Pixels = pixels;
-    std::ranges::copy(colors, m_Colors.begin() + 1);
     m_Runs.clear();
+    m_nLayers = 0;
+}
+
+void CColumnStrip::Add(const RunLayer& layer, int scale, const QPoint& origin) {
+    const auto columns = static_cast<int>(m_Pixels.columns);
+    const auto rows = static_cast<int>(m_Pixels.rows);
+    const int first = -origin.x() / scale - 1; // coordinates that are surely outside
+    const int end = (columns - origin.x()) / scale + 1;
+    for (const PixelRect& run : layer.runs) {
+        if (run.right <= first || run.left >= end)
+            continue; // most are in other strips
+        const int left = std::max(run.left * scale + origin.x(), 0);
+        const int right = std::min(run.right * scale + origin.x(), columns);
+        const int top = std::max(run.top * scale + origin.y(), 0);
+        const int bottom = std::min(run.bottom * scale + origin.y(), rows);
+        if (left < right && top < bottom)
+            m_Runs.push_back({static_cast<uint16_t>(left), static_cast<uint16_t>(right),
+                              static_cast<uint16_t>(top), static_cast<uint16_t>(bottom),
+                              static_cast<uint16_t>(m_nLayers)});
+    }
+    m_Colors[++m_nLayers] = layer.color;
 }
 
 void CColumnStrip::Fill() {
@@ -96,8 +116,10 @@ void CColumnStrip::PassRow(size_t y) {
     for (const End end : std::span(m_Ends).subspan(m_Rows[y], m_Rows[y + 1] - m_Rows[y])) {
         const size_t cell = end >> 1U;
         uint16_t& runs = m_Cover.data()[cell];
-        const bool changes = (end & 1U) != 0 ? runs++ == 0 : --runs == 0;
-        if (!changes)
+        // No branch on whether it begins or ends: nothing can guess it for noise.
+        const uint16_t before = runs;
+        runs = static_cast<uint16_t>(before + 2 * (end & 1U) - 1);
+        if (std::min(before, runs) != 0)
             continue;
         const size_t column = cell % kMostColumns;
         uint32_t& layers = m_Layers.data()[column];

@@ -1,8 +1,9 @@
 // Fills columns of pixels side by side, in one pass over their rows.
 #pragma once
 
-#include "render/Mapping.h"
+#include "render/PixelGrid.h"
 
+#include <QPoint>
 #include <QRgb>
 
 #include <array>
@@ -31,17 +32,13 @@ public:
     // Each layer has a bit in a word.
     static constexpr int kMostLayers = 32;
 
-    // What is to be filled, in at most kMostLayers opaque colours of which the later lie over the earlier
-    // ones. Forgets the runs of the filling before.
-    void Begin(const StripPixels& pixels, std::span<const QRgb> colors);
-    // Columns and rows count from the first pixel, among those to be filled. No run is empty, and at most
-    // 65,535 of a layer lie over one column.
-    void Add(const PixelRect& run, size_t layer) {
-        m_Runs.push_back({static_cast<uint16_t>(run.left), static_cast<uint16_t>(run.right),
-                          static_cast<uint16_t>(run.top), static_cast<uint16_t>(run.bottom),
-                          static_cast<uint16_t>(layer)});
-    }
-    // Fills the runs. Throws before it has written anything when there is no memory.
+    // What is to be filled. Forgets the layers of the filling before.
+    void Begin(const StripPixels& pixels);
+    // Adds those of the layer's runs that reach into the strip, at most 65,535 over one column. There may be
+    // kMostLayers layers; later ones lie over earlier ones. A coordinate is so many pixels, and the
+    // coordinate 0, 0 is at the origin, counted from the first pixel.
+    void Add(const RunLayer& layer, int scale, const QPoint& origin);
+    // Fills the layers. Throws before it has written anything when there is no memory.
     void Fill();
 
 private:
@@ -61,6 +58,7 @@ private:
 
     StripPixels m_Pixels{};
     std::vector<Run> m_Runs;
+    size_t m_nLayers = 0;
     std::vector<uint32_t> m_Rows; // where the ends of each row are among all
     std::vector<End> m_Ends;      // by their rows
     std::array<QRgb, kMostLayers + 1> m_Colors{};

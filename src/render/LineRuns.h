@@ -13,17 +13,25 @@ namespace Tracelyn {
 // those of dense curves do: what ForEachLineRun gives, without a division.
 template <class Emit>
 void ForEachColumnRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit emit) {
+    // No branch on the direction, which nothing can guess for noise.
+    const int isUp = y1 > y2 ? 1 : 0;
     const int steps = std::abs(y2 - y1);
     // Those in the column x1; of an odd number the middle one, too.
     const int first = x1 == x2 ? steps : (steps + 1) / 2;
-    const auto emitSteps = [&](int x, int from, int to) {
-        const int top = std::max(y1 < y2 ? y1 + from : y1 - to + 1, clip.top);
-        const int bottom = std::min(y1 < y2 ? y1 + to : y1 - from + 1, clip.bottom);
+    // An upward line leaves out its last pixel, too, so that its rows lie one below the end points.
+    const int begin = y1 + isUp;
+    const int end = y2 + isUp;
+    const int middle = begin + ((first ^ -isUp) + isUp); // first steps in the line's direction
+    const auto emitRows = [&](int x, int from, int to) {
+        const int upper = from + ((to - from) & -isUp);
+        const int lower = from + to - upper;
+        const int top = std::max(upper, clip.top);
+        const int bottom = std::min(lower, clip.bottom);
         if (x >= clip.left && x < clip.right && top < bottom)
             emit(x, top, 1, bottom - top);
     };
-    emitSteps(x1, 0, first);
-    emitSteps(x2, first, steps);
+    emitRows(x1, begin, middle);
+    emitRows(x2, middle, end);
 }
 
 // Calls emit(x, y, width, height) for the runs of the line that touch the clip. Step k of the n steps along

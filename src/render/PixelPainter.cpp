@@ -28,13 +28,17 @@ constexpr int kOverhang = 32;
 // Whether one rectangle covers just the two, since they are pieces of one column or one row that touch or
 // overlap. It becomes the first then.
 bool Join(PixelRect& a, const PixelRect& b) {
-    const bool isColumn = a.left == b.left && a.right == b.right && a.GetWidth() == 1;
-    const bool isRow = a.top == b.top && a.bottom == b.bottom && a.GetHeight() == 1;
-    const bool touch = a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
-    if (!touch || !(isColumn || isRow))
+    if (a.left == b.left && a.right == b.right && a.GetWidth() == 1) {
+        if (a.top > b.bottom || b.top > a.bottom)
+            return false;
+        a.top = std::min(a.top, b.top);
+        a.bottom = std::max(a.bottom, b.bottom);
+        return true;
+    }
+    if (a.top != b.top || a.bottom != b.bottom || a.GetHeight() != 1 || a.left > b.right || b.left > a.right)
         return false;
-    a = {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-         std::max(a.bottom, b.bottom)};
+    a.left = std::min(a.left, b.left);
+    a.right = std::max(a.right, b.right);
     return true;
 }
 
@@ -111,6 +115,23 @@ const PixelGrid* CPixelPainter::GetGrid() {
     return *m_Grid ? &**m_Grid : nullptr;
 }
 
+// Lines of a curve meet in their columns: most runs go on where the one before ended.
+inline void CPixelPainter::AddRun(const PixelRect& run) {
+    if (m_Layers.empty() || m_Layers.back().color != m_nPen || !Join(m_Runs.back(), run))
+        AddSeparateRun(run);
+}
+
+void CPixelPainter::AddSeparateRun(const PixelRect& run) {
+    const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == m_nPen;
+    if (m_Runs.size() == kMostRuns) {
+        Flush();
+        m_Layers.push_back({m_nPen, 0});
+    } else if (!isSameLayer) {
+        m_Layers.push_back({m_nPen, m_Runs.size()});
+    }
+    m_Runs.push_back(run);
+}
+
 void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
     ForEachLineRun(x1, y1, x2, y2, m_ClipBounds, [this](int x, int y, int width, int height) {
         AddRun({x, y, x + width, y + height});
@@ -121,20 +142,6 @@ void CPixelPainter::Bar(const PixelRect& rect) {
     const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
     if (!visible.isEmpty())
         AddRun(PixelRect::From(visible));
-}
-
-// Lines of a curve meet in their columns: most runs go on where the one before ended.
-void CPixelPainter::AddRun(const PixelRect& run) {
-    const bool isSameLayer = !m_Layers.empty() && m_Layers.back().color == m_nPen;
-    if (isSameLayer && Join(m_Runs.back(), run))
-        return;
-    if (m_Runs.size() == kMostRuns) {
-        Flush();
-        m_Layers.push_back({m_nPen, 0});
-    } else if (!isSameLayer) {
-        m_Layers.push_back({m_nPen, m_Runs.size()});
-    }
-    m_Runs.push_back(run);
 }
 
 std::vector<RunLayer> CPixelPainter::TakeLayers() const {
@@ -162,7 +169,7 @@ void CPixelPainter::Flush() {
     const PixelGrid* const grid = GetGrid();
     if (grid && CColumnFill::IsWorthIt(*grid, layers)) {
         m_Filling = PixelRect::From(m_Filling.ToQRect() | m_ClipBounds.ToQRect());
-        m_ColumnFill.Begin(*grid, layers, m_Tasks);
+        m_ColumnFill.Begin(*grid, layers, m_Runs, m_Tasks);
         return;
     }
     WaitForClip();

@@ -79,6 +79,7 @@ private:
     // The painter's pixels in the clip; null when they cannot be reached.
     const PixelGrid* GetGrid();
     void AddRun(const PixelRect& run);
+    void AddSeparateRun(const PixelRect& run);
     std::vector<RunLayer> TakeLayers() const;
     void CutToClip(int& x, QString& text) const;
     bool IsSeen(int x, int y, const QString& text) const;

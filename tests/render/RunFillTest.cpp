@@ -83,8 +83,9 @@ TEST(PixelGrid, IsFilledWhereRunsAreAndNowhereElse) {
             if (const auto grid = way != By::Painter ? PixelsOf(painter) : std::nullopt) {
                 CColumnFill fill;
                 support::CBackgroundTasks tasks;
+                std::vector<PixelRect> held; // by the layers themselves
                 if (way == By::Columns)
-                    fill.Begin(*grid, layers, tasks);
+                    fill.Begin(*grid, layers, held, tasks);
                 for (size_t i = 0; way == By::Runs && i < layers.size(); ++i)
                     FillRuns(*grid, layers[i]);
                 fill.Finish(tasks);
