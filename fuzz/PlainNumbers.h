@@ -4,6 +4,7 @@
 
 #include "support/FixedText.h"
 #include "support/NumberText.h"
+#include "support/ShortFields.h"
 
 #include <algorithm>
 #include <array>
@@ -59,16 +60,24 @@ inline std::string DifferenceFromPlainNumber(std::string_view view) {
     return {};
 }
 
-// Writes the value with so many decimals.
+// Writes the value with so many decimals, alone and as a column if that has fields.
 inline std::string DifferenceFromPlainText(float value, int precision) {
     std::array<char, support::kFixedTextCapacity> buffer = {};
     std::array<char, support::kFixedTextCapacity + 1> printed = {};
     const int decimals = precision < 0 ? 6 : std::min(precision, support::kMaxFixedDecimals);
     std::snprintf(printed.data(), printed.size(), "%1.*f", decimals, double{value});
-    const std::string text(support::FormatFixed(buffer, value, precision));
+    std::string expected = printed.data();
 #ifdef __MINGW32__ // whose library forgets the sign
     if (std::isnan(value) && std::signbit(value))
-        return text == "-nan" ? std::string() : text;
+        expected = "-nan";
 #endif
-    return text == printed.data() ? std::string() : text + " where the library writes " + printed.data();
+    const std::string text(support::FormatFixed(buffer, value, precision));
+    if (text != expected)
+        return text + " where the library writes " + expected;
+    support::CShortFields fields(1, 1);
+    if (!fields.Format(0, {&value, 1}, precision, ','))
+        return {};
+    std::array<char, support::kShortFieldBytes> copied = {};
+    const std::string field(copied.data(), fields.Copy(0, 0, copied.data()));
+    return field == expected + ',' ? std::string() : field + " as a field of " + expected;
 }
