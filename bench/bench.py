@@ -10,6 +10,7 @@ import os
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -161,24 +162,34 @@ def second_of_two(measure):
     return measure_again
 
 
-def main_thread_seconds(process):
-    return int(Path(f"/proc/{process.pid}/schedstat").read_text().split()[0]) / 1e9
+def seconds_of_threads(process):
+    """Of the processor, in all threads that have not ended."""
+    seconds = 0.0
+    for thread in Path(f"/proc/{process.pid}/task").iterdir():
+        try:
+            seconds += int((thread / "schedstat").read_text().split()[0]) / 1e9
+        except (FileNotFoundError, ProcessLookupError):  # it has ended just now
+            pass
+    return seconds
 
 
 def seconds_until_idle(command):
     """What a window costs the processor, in all threads, until it waits for its user."""
     def measure():
-        process = subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        process = subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL,
                                    env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
         try:
             quiet, used = 0, 0.0
             while quiet < 8:
                 time.sleep(0.05)
-                now = main_thread_seconds(process)
-                quiet, used = (quiet + 1 if now - used < 0.0005 and now > 0.005 else 0), now
+                now = seconds_of_threads(process)
+                quiet, used = (quiet + 1 if abs(now - used) < 0.0005 and now > 0.005 else 0), now
         finally:
             process.kill()
-            _, process.returncode, usage = os.wait4(process.pid, 0)
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != -signal.SIGKILL:
+            raise RuntimeError(f"exit code {process.returncode}: {' '.join(process.args)}")
         return usage.ru_utime + usage.ru_stime
     return measure
 
@@ -233,9 +244,9 @@ def measure_loads(rows, rounds):
              "four": [*INFO, four]}
     one = {name + "_one_core": ["taskset", "-c", "0", *command] for name, command in sides.items()}
     loads = {name: seconds_of(command) for name, command in {**sides, **one}.items()}
-    loads["python"] = seconds_in_python(python_module.READ, calm, python_module.CODE)
-    load = fastest(rounds, pandas=seconds_in_python(python_module.READ_CSV, csv),
-                   **{name: second_of_two(seconds) for name, seconds in loads.items()})
+    loads |= {"python": seconds_in_python(python_module.READ, calm, python_module.CODE),
+              "pandas": seconds_in_python(python_module.READ_CSV, csv)}
+    load = fastest(rounds, **{name: second_of_two(seconds) for name, seconds in loads.items()})
     frame = python_module.fastest_to_pandas(calm, rounds, BUILD)
     peak = min(run([*INFO, calm])[1] for _ in range(min(rounds, 3)))
     allowed = calm.stat().st_size + stored_bytes(calm, rows)

@@ -18,7 +18,7 @@ esac
 "$windows_folder/dependencies.sh"
 
 say "building (windows)"
-cmake -S "$project_folder" -B "$windows_build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTRACELYN_PRECOMPILED_HEADERS=ON \
+cmake -S "$project_folder" -B "$windows_build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     "-DCMAKE_TOOLCHAIN_FILE=$windows_folder/toolchain.cmake" "-DTRACELYN_WINDOWS_DEPS=$dependencies_folder" \
     "-DCMAKE_PREFIX_PATH=$dependencies_folder" "-DCMAKE_CROSSCOMPILING_EMULATOR=$windows_folder/wine-run" >/dev/null
 cmake --build "$windows_build" -- --quiet

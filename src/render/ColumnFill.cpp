@@ -10,7 +10,7 @@ namespace Tracelyn {
 namespace {
 
 constexpr int64_t kLayersAtOnce = CColumnStrip::kMostLayers;
-// More are not begun before these have ended: each has a hundred kilobytes and more.
+// More are not begun before these have ended: each has a hundred kilobytes and more, and so have its runs.
 constexpr size_t kMostStrips = 64;
 // For each piece of the clip all runs are looked at again.
 constexpr int kMostPieces = 8;
@@ -73,6 +73,8 @@ void CColumnFill::Begin(const PixelGrid& grid, std::span<const RunLayer> layers,
                     beginPass();
                     tasks.Finish(); // The next pass lies over this one.
                     m_nStrips = 0;
+                    m_Runs.front().swap(m_Runs[m_nRuns - 1]); // Those of this filling are all that is needed.
+                    m_nRuns = 1;
                     m_Begun = grid.clip;
                 }
                 size_t count = 0;

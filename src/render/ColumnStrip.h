@@ -34,9 +34,9 @@ public:
 
     // What is to be filled. Forgets the layers of the filling before.
     void Begin(const StripPixels& pixels);
-    // Adds those of the layer's runs that reach into the strip, at most 65,535 over one column. There may be
-    // kMostLayers layers; later ones lie over earlier ones. A coordinate is so many pixels, and the
-    // coordinate 0, 0 is at the origin, counted from the first pixel.
+    // Adds those of the layer's runs that reach into the strip, at most 65,535 over one column. At most
+    // kMostLayers layers; later ones lie over earlier ones. A coordinate is `scale` pixels; `origin` is the
+    // pixel of the coordinate 0, 0, counted from the strip's first.
     void Add(const RunLayer& layer, int scale, const QPoint& origin);
     // Fills the layers. Throws before it has written anything when there is no memory.
     void Fill();

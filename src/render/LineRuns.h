@@ -21,9 +21,9 @@ void ForEachColumnRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emi
     // An upward line leaves out its last pixel, too, so that its rows lie one below the end points.
     const int begin = y1 + isUp;
     const int end = y2 + isUp;
-    const int middle = begin + ((first ^ -isUp) + isUp); // first steps in the line's direction
+    const int middle = begin + (1 - 2 * isUp) * first;
     const auto emitRows = [&](int x, int from, int to) {
-        const int upper = from + ((to - from) & -isUp);
+        const int upper = from + ((to - from) & -isUp); // the smaller one; std::min became a branch
         const int lower = from + to - upper;
         const int top = std::max(upper, clip.top);
         const int bottom = std::min(lower, clip.bottom);

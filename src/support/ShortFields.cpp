@@ -1,5 +1,7 @@
 #include "support/ShortFields.h"
 
+#include "support/Assertion.h"
+
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
@@ -193,6 +195,7 @@ void FormatAll(const CColumn& column, std::span<const float> values, char* field
 } // namespace
 
 bool CShortFields::Format(size_t column, std::span<const float> values, int precision, char separator) {
+    Assert(values.size() <= m_nRows, "values.size() <= m_nRows");
     const int decimals = precision < 0 ? 6 : precision;
     if (decimals > kMaxDecimals)
         return false;

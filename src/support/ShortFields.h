@@ -9,6 +9,13 @@
 
 namespace support {
 
+// Whether this processor has a fast way.
+#ifdef __SSE2__
+inline constexpr bool kHasShortFields = true;
+#else
+inline constexpr bool kHasShortFields = false;
+#endif
+
 // What a field takes in memory: a sign, thirteen digits, a point and the separator behind it fit into it.
 inline constexpr size_t kShortFieldBytes = 16;
 
@@ -18,12 +25,13 @@ public:
     // Takes the memory for so many columns of so many rows.
     CShortFields(size_t columns, size_t rows);
 
+    // As many as it was given, rounded up to a multiple of four.
     size_t GetRows() const { return m_nRows; }
 
-    // Makes the fields of a column from at most GetRows() values, each with the separator behind it. Decimals
-    // as FormatFixed takes them. False when a value might have more than thirteen digits, decimals included,
-    // or is no number, when there are more than six decimals, or on a processor without a fast way; the
-    // column has no fields then.
+    // Makes the fields of a column from at most GetRows() values, each with the separator behind it; more
+    // values are a programming error. Decimals as FormatFixed takes them. False when a value might have more
+    // than thirteen digits, decimals included, or is no number, when there are more than six decimals, or
+    // without kHasShortFields; the column has no fields then.
     bool Format(size_t column, std::span<const float> values, int precision, char separator);
 
     // Copies a field to where kShortFieldBytes may be overwritten, and returns the field's end there. Only

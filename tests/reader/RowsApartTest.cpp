@@ -66,6 +66,18 @@ TEST(RowsApart, IsPlainTextThatTheParserWouldNotChange) {
     }
 }
 
+// The file is searched piece by piece, the first one being 32 KB.
+TEST(RowsApart, AreFoundWhereverTheirTagBegins) {
+    const QByteArray begin = "<r><!--";
+    const QByteArray end = "--><Data>";
+    for (int tag = (1 << 15) - 7; tag <= (1 << 15) + 1; ++tag) {
+        const QByteArray xml =
+            begin + QByteArray(tag - begin.size() - 3, ' ') + end + "1,2\n3,4\n</Data></r>";
+        ASSERT_EQ(xml.indexOf("<Data"), tag);
+        EXPECT_EQ(RowsApart(xml), "1,2\n3,4") << tag;
+    }
+}
+
 TEST(RowsApart, EverythingElseIsParsedAsEver) {
     const QByteArray large = QByteArray("1,2\n").repeated(100'000);
     for (const QByteArray& data :

@@ -26,6 +26,25 @@ QImage Picture(Fill fill) {
 
 } // namespace
 
+// Begins the same filling twice, from runs in one vector as a painter has them, which it uses again at once.
+static void BeginTwice(CColumnFill& fill, const PixelGrid& grid, std::span<const RunLayer> layers,
+                       support::CBackgroundTasks& tasks) {
+    std::vector<PixelRect> runs;
+    for (int i = 0; i < 2; ++i) {
+        runs.clear();
+        for (const RunLayer& layer : layers)
+            runs.insert(runs.end(), layer.runs.begin(), layer.runs.end());
+        std::vector<RunLayer> own;
+        size_t begin = 0;
+        for (const RunLayer& layer : layers) {
+            own.push_back({layer.color, std::span(runs).subspan(begin, layer.runs.size())});
+            begin += layer.runs.size();
+        }
+        fill.Begin(grid, own, runs, tasks);
+        runs.assign(begin, {0, 0, 1000, 300});
+    }
+}
+
 TEST(RunFill, FillsEachPixelOfTheRunsAndNoOther) {
     std::mt19937 random(7);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
@@ -83,9 +102,8 @@ TEST(PixelGrid, IsFilledWhereRunsAreAndNowhereElse) {
             if (const auto grid = way != By::Painter ? PixelsOf(painter) : std::nullopt) {
                 CColumnFill fill;
                 support::CBackgroundTasks tasks;
-                std::vector<PixelRect> held; // by the layers themselves
                 if (way == By::Columns)
-                    fill.Begin(*grid, layers, held, tasks);
+                    BeginTwice(fill, *grid, layers, tasks);
                 for (size_t i = 0; way == By::Runs && i < layers.size(); ++i)
                     FillRuns(*grid, layers[i]);
                 fill.Finish(tasks);

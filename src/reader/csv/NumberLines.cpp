@@ -1,6 +1,7 @@
 #include "reader/csv/NumberLines.h"
 
 #include "reader/csv/CsvFile.h"
+#include "support/Assertion.h"
 #include "support/FixedText.h"
 
 #include <algorithm>
@@ -21,12 +22,13 @@ size_t LinesAtOnce(size_t columns, size_t lines) {
 } // namespace
 
 CNumberLines::CNumberLines(std::span<const int> decimals, size_t lines)
-    : m_Decimals(decimals.begin(), decimals.end()),
+    : m_Decimals(decimals.begin(), decimals.end()), m_nLines(lines),
       m_pText(std::make_unique_for_overwrite<char[]>(lines * decimals.size() * kMaxFieldBytes)),
       m_Fields(decimals.size(), LinesAtOnce(decimals.size(), lines)), m_HasFields(decimals.size()) {}
 
 std::string_view CNumberLines::Format(std::span<const float> values) {
     const size_t lines = m_Decimals.empty() ? 0 : values.size() / m_Decimals.size();
+    support::Assert(lines <= m_nLines, "lines <= m_nLines");
     char* end = m_pText.get();
     for (size_t first = 0; first < lines; first += m_Fields.GetRows())
         end = FormatLines(values, first, std::min(first + m_Fields.GetRows(), lines), end);

@@ -31,11 +31,13 @@ std::span<char> CPieceReader::Grow(int64_t count) {
     m_nSize += static_cast<size_t>(count);
     const size_t needed = m_nSize + CRowConverter::kReadableBehind;
     if (m_nCapacity < needed) {
-        m_nCapacity = std::max(needed + kRoomForRow, m_nCapacity * 2);
-        auto bytes = std::make_unique_for_overwrite<char[]>(m_nCapacity);
+        const size_t capacity = std::max(needed + kRoomForRow, m_nCapacity * 2);
+        auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
         std::copy_n(m_Bytes.get(), from, bytes.get());
         m_Bytes = std::move(bytes);
+        m_nCapacity = capacity;
     }
+    // These are looked at, whatever they are.
     std::fill_n(m_Bytes.get() + m_nSize, CRowConverter::kReadableBehind, '\0');
     return {m_Bytes.get() + from, static_cast<size_t>(count)};
 }

@@ -57,20 +57,20 @@ std::optional<size_t> TagLength(std::string_view text, std::string_view opening)
 // Reads a file piece by piece, each with the first bytes of the next one.
 class CWindow {
 public:
-    CWindow(const CSharedFile& file, int64_t pieceBytes, int64_t overlap)
-        : m_File(file), m_nCapacity(pieceBytes + overlap),
-          m_Buffer(std::make_unique_for_overwrite<char[]>(static_cast<size_t>(m_nCapacity))) {}
+    CWindow(const CSharedFile& file, int64_t overlap)
+        : m_File(file), m_nOverlap(overlap),
+          m_Buffer(std::make_unique_for_overwrite<char[]>(static_cast<size_t>(kPieceBytes + overlap))) {}
 
-    // Empty when the file cannot be read.
-    std::string_view Read(int64_t from) {
-        const int64_t size = std::clamp<int64_t>(m_File.GetSize() - from, 0, m_nCapacity);
+    // Pieces have at most kPieceBytes. Empty when the file cannot be read.
+    std::string_view Read(int64_t from, int64_t pieceBytes = kPieceBytes) {
+        const int64_t size = std::clamp<int64_t>(m_File.GetSize() - from, 0, pieceBytes + m_nOverlap);
         const std::span bytes(m_Buffer.get(), static_cast<size_t>(size));
         return m_File.Read(from, bytes) ? std::string_view(bytes.data(), bytes.size()) : std::string_view();
     }
 
 private:
     const CSharedFile& m_File;
-    int64_t m_nCapacity;
+    int64_t m_nOverlap;
     std::unique_ptr<char[]> m_Buffer;
 };
 
@@ -78,12 +78,14 @@ std::optional<int64_t> FindTextStart(const CSharedFile& file, std::string_view t
                                      const support::Progress& progress) {
     constexpr int64_t kHeadBytes = 1 << 15; // usually more than stands before the text
     const std::string opening = std::string(1, '<').append(tagName);
-    CWindow window(file, kHeadBytes, kMaxTagBytes);
-    for (int64_t from = 0; from < file.GetSize(); from += kHeadBytes) {
-        const std::string_view text = window.Read(from);
+    CWindow window(file, kMaxTagBytes);
+    int64_t piece = kHeadBytes;
+    for (int64_t from = 0; from < file.GetSize(); from += std::exchange(piece, kPieceBytes)) {
+        const std::string_view text = window.Read(from, piece);
         if (text.find('\0') != std::string_view::npos || !support::Report(progress, 0))
             return std::nullopt;
-        for (size_t at = text.find(opening); at < size_t{kHeadBytes}; at = text.find(opening, at + 1)) {
+        for (size_t at = text.find(opening); at < static_cast<size_t>(piece);
+             at = text.find(opening, at + 1)) {
             if (const auto length = TagLength(text.substr(at, kMaxTagBytes), opening))
                 return from + static_cast<int64_t>(at + *length);
         }
@@ -104,7 +106,7 @@ public:
         const auto count = static_cast<int64_t>(m_Parts.size());
         std::vector<CWindow> windows;
         for (int worker = 0; worker < support::WorkerCount(count); ++worker)
-            windows.emplace_back(m_File, kPieceBytes, 1);
+            windows.emplace_back(m_File, 1);
         const int64_t last = support::ForEachParallel(
             count, [&](int worker, int64_t item) { return Look(windows[static_cast<size_t>(worker)], item); },
             progress);
