@@ -104,7 +104,7 @@ Digits DigitsOf(__m128d units, Words words) {
     const __m128d rounded = _mm_add_pd(units, _mm_set1_pd(kNoFraction));
     if (words == Words::One)
         return {_mm_setzero_si128(), DigitsOf(_mm_castpd_si128(rounded))};
-    // A half more keeps the inexact quotient on the right side of whole numbers.
+    // A half more keeps the inexact quotient well on the right side of whole numbers.
     const __m128d whole = _mm_sub_pd(rounded, _mm_set1_pd(kNoFraction));
     const __m128i high =
         _mm_cvttpd_epi32(_mm_mul_pd(_mm_add_pd(whole, _mm_set1_pd(0.5)), _mm_set1_pd(1 / kWord)));

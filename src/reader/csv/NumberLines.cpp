@@ -13,7 +13,8 @@ namespace {
 constexpr size_t kMaxFieldBytes = support::kFixedTextCapacity + kCsvLineEnd.size();
 static_assert(kMaxFieldBytes >= support::kShortFieldBytes);
 
-// So many lines that their fields fit into a core's own memory beside their text.
+// So many lines that their fields fit into a core's own memory beside their text, unless a line alone does
+// not.
 size_t LinesAtOnce(size_t columns, size_t lines) {
     constexpr size_t kFields = 1024;
     return std::min(std::max<size_t>(kFields / std::max<size_t>(columns, 1), 1), lines);
