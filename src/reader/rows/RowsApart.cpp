@@ -105,6 +105,7 @@ public:
     std::optional<TextRange> Run(const support::Progress& progress) {
         const auto count = static_cast<int64_t>(m_Parts.size());
         std::vector<CWindow> windows;
+        windows.reserve(static_cast<size_t>(support::WorkerCount(count)));
         for (int worker = 0; worker < support::WorkerCount(count); ++worker)
             windows.emplace_back(m_File, 1);
         const int64_t last = support::ForEachParallel(
