@@ -97,10 +97,11 @@ void CursorStep(benchmark::State& state) {
     CGraph& graph = LoadedGraph();
     StripWindow window(graph, kSize);
     window.PaintAll();
-    int step = 10;
+    const int middle = graph.GetCursorPosition();
+    int step = 0;
     for ([[maybe_unused]] auto _ : state) {
-        graph.SetCursorPosition(window, graph.GetCursorPosition() + step);
-        step = -step;
+        step = step % kShape + 10;
+        graph.SetCursorPosition(window, middle + step);
     }
 }
 BENCHMARK(CursorStep)->Unit(benchmark::kMillisecond);

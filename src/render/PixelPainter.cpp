@@ -256,11 +256,14 @@ void CPixelPainter::Text(int x, int y, const QString& text) {
         Fill({x, y, x + GetTextWidth(text), y + kTextHeight}, m_TextBackground);
     Flush();
     WaitForClip();
+    m_Painter.setPen(m_Text);
+    const QPoint base(x, y + m_Font.GetAscent());
+    if (m_bReachesPixels && m_Font.GetDigits().Draw(m_Painter, base, text))
+        return;
     QString shown = support::ShownText(text);
     if (m_bVector)
         CutToClip(x, shown);
-    m_Painter.setPen(m_Text);
-    m_Painter.drawText(x, y + m_Font.GetAscent(), shown);
+    m_Painter.drawText(QPoint(x, base.y()), shown);
 }
 
 } // namespace Tracelyn

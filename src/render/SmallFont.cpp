@@ -40,6 +40,11 @@ QFont CSmallFont::GetNamedFont() const {
     return font;
 }
 
+int CSmallFont::GetTextWidth(const QString& text) {
+    const std::optional<int> width = m_Digits.GetWidth(text);
+    return width ? *width : Measure(text).width;
+}
+
 CSmallFont::Measured& CSmallFont::Measure(const QString& text) {
     const QString shown = support::ShownText(text);
     const auto found = m_Measured.find(shown);

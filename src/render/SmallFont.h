@@ -1,6 +1,8 @@
 // The font of the picture, and how wide texts are in it.
 #pragma once
 
+#include "render/DigitGlyphs.h"
+
 #include <QFont>
 #include <QFontMetrics>
 #include <QRect>
@@ -17,7 +19,7 @@ namespace Tracelyn {
 // before. It can be made only while the application object exists.
 class CSmallFont {
 public:
-    CSmallFont() : m_Font(MakeFont()), m_Metrics(m_Font) {}
+    CSmallFont() : m_Font(MakeFont()), m_Metrics(m_Font), m_Digits(m_Font) {}
     CSmallFont(const CSmallFont&) = delete;
     CSmallFont& operator=(const CSmallFont&) = delete;
 
@@ -25,13 +27,15 @@ public:
     static QFont MakeFont();
 
     // In pixels. Of a very long text only the beginning is shown, and only that is measured.
-    int GetTextWidth(const QString& text) { return Measure(text).width; }
+    int GetTextWidth(const QString& text);
     // Where the ink of a text is whose base line begins at 0, 0: it may reach out of the text's width. Only
     // for texts that KnowsInk() is true for: the toolkit forgets marks above and below letters, and more.
     QRect GetInk(const QString& text);
     // Whether the text has Latin letters without marks of their own, and the like.
     static bool KnowsInk(const QString& text);
 
+    // Numbers are drawn with them, and their widths are not kept.
+    CDigitGlyphs& GetDigits() { return m_Digits; }
     const QFont& GetFont() const { return m_Font; }
     // By the one name under which this machine has it.
     QFont GetNamedFont() const;
@@ -46,6 +50,7 @@ private:
 
     QFont m_Font;
     QFontMetrics m_Metrics;
+    CDigitGlyphs m_Digits;
     std::unordered_map<QString, Measured> m_Measured;
     // Characters in m_Measured, with some for each entry.
     size_t m_nRemembered = 0;

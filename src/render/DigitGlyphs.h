@@ -1,0 +1,55 @@
+// Numbers in the font of the picture, without shaping each of them.
+#pragma once
+
+#include <QFont>
+#include <QGlyphRun>
+#include <QPointF>
+#include <QString>
+
+#include <array>
+#include <optional>
+
+class QPainter;
+
+namespace Tracelyn {
+
+// A cursor step shows a new value of every signal, and to shape their texts takes the toolkit longer than all
+// the rest of the step. What it makes of two characters of a number beside each other is therefore looked up
+// once for all pairs. Widths and pixels are those that the toolkit gives for the whole text. It belongs to
+// the thread that first measures with it.
+class CDigitGlyphs {
+public:
+    // Can be made only while the application object exists.
+    explicit CDigitGlyphs(const QFont& font) : m_Font(font) {}
+
+    // In pixels; nothing for a text that has other characters than a blank, a minus, a point and digits, is
+    // empty or longer than any value, or in a font where the shape of these depends on more than the
+    // character and its place on the one before.
+    std::optional<int> GetWidth(const QString& text);
+    // Draws the text in the painter's pen from `base` on, the left end of its base line. False, and nothing
+    // is drawn, where GetWidth() gives nothing or the painter writes from right to left. The painter has the
+    // same font.
+    bool Draw(QPainter& painter, const QPointF& base, const QString& text);
+
+private:
+    static constexpr int kCharacters = 13;
+    // Longest text: the digits of the largest float, a point and many decimals.
+    static constexpr int kMostCharacters = 64;
+
+    // Puts the glyphs of the text into m_Glyphs and m_Positions, and gives its width, not rounded.
+    std::optional<qreal> Place(const QString& text);
+    // Looks up all pairs; false when the font does more with them than to place one after the other.
+    bool Learn();
+
+    QFont m_Font;
+    std::optional<bool> m_bPlain; // once it was looked up
+    std::array<quint32, kCharacters> m_Glyph = {};
+    // From one character to the one after it, in pixels, and to the end of the text.
+    std::array<std::array<qreal, kCharacters>, kCharacters> m_Step = {};
+    std::array<qreal, kCharacters> m_LastStep = {};
+    std::array<quint32, kMostCharacters> m_Glyphs = {};
+    std::array<QPointF, kMostCharacters> m_Positions;
+    QGlyphRun m_Run;
+};
+
+} // namespace Tracelyn
