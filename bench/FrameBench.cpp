@@ -100,7 +100,7 @@ void CursorStep(benchmark::State& state) {
     const int middle = graph.GetCursorPosition();
     int step = 0;
     for ([[maybe_unused]] auto _ : state) {
-        step = step % kShape + 10;
+        step = step % (kShape / 2) + 10;
         graph.SetCursorPosition(window, middle + step);
     }
 }

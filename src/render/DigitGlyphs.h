@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QFont>
-#include <QGlyphRun>
 #include <QPointF>
 #include <QString>
+#include <QtGlobal>
 
 #include <array>
 #include <optional>
@@ -15,25 +15,23 @@ namespace Tracelyn {
 
 // A cursor step shows a new value of every signal, and to shape their texts takes the toolkit longer than all
 // the rest of the step. What it makes of two characters of a number beside each other is therefore looked up
-// once for all pairs. Widths and pixels are those that the toolkit gives for the whole text. It belongs to
-// the thread that first measures with it.
+// once for all pairs. Widths and pixels are those that the toolkit gives for the whole text.
 class CDigitGlyphs {
 public:
     // Can be made only while the application object exists.
     explicit CDigitGlyphs(const QFont& font) : m_Font(font) {}
 
-    // In pixels; nothing for a text that has other characters than a blank, a minus, a point and digits, is
-    // empty or longer than any value, or in a font where the shape of these depends on more than the
-    // character and its place on the one before.
+    // In pixels. Only of digits, in which a blank, a minus and a point may stand, each once, and only in a
+    // font that places one after the other: nothing for all other texts, and for very long ones.
     std::optional<int> GetWidth(const QString& text);
     // Draws the text in the painter's pen from `base` on, the left end of its base line. False, and nothing
-    // is drawn, where GetWidth() gives nothing or the painter writes from right to left. The painter has the
-    // same font.
+    // is drawn, where GetWidth() gives nothing, and with a painter that would draw more than these glyphs or
+    // in another font.
     bool Draw(QPainter& painter, const QPointF& base, const QString& text);
 
 private:
     static constexpr int kCharacters = 13;
-    // Longest text: the digits of the largest float, a point and many decimals.
+    // The longest float and many decimals.
     static constexpr int kMostCharacters = 64;
 
     // Puts the glyphs of the text into m_Glyphs and m_Positions, and gives its width, not rounded.
@@ -49,7 +47,6 @@ private:
     std::array<qreal, kCharacters> m_LastStep = {};
     std::array<quint32, kMostCharacters> m_Glyphs = {};
     std::array<QPointF, kMostCharacters> m_Positions;
-    QGlyphRun m_Run;
 };
 
 } // namespace Tracelyn

@@ -34,7 +34,7 @@ public:
     // Whether the text has Latin letters without marks of their own, and the like.
     static bool KnowsInk(const QString& text);
 
-    // Numbers are drawn with them, and their widths are not kept.
+    // Texts that are numbers are measured and drawn with them.
     CDigitGlyphs& GetDigits() { return m_Digits; }
     const QFont& GetFont() const { return m_Font; }
     // By the one name under which this machine has it.
