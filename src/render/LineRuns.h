@@ -44,6 +44,11 @@ void ForEachLineRun(int x1, int y1, int x2, int y2, const PixelRect& clip, Emit 
         ForEachColumnRun(x1, y1, x2, y2, clip, emit);
         return;
     }
+    if (!steep && std::abs(x2 - x1) == 1) { // its end point is left out
+        if (x1 >= clip.left && x1 < clip.right && y1 >= clip.top && y1 < clip.bottom)
+            emit(x1, y1, 1, 1);
+        return;
+    }
     const int64_t along = steep ? y1 : x1;
     const int64_t across = steep ? x1 : y1;
     const int64_t alongSpan = steep ? int64_t{y2} - y1 : int64_t{x2} - x1;

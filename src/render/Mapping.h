@@ -26,6 +26,11 @@ struct PixelRect {
 
     int GetWidth() const { return right - left; }
     int GetHeight() const { return bottom - top; }
+    // What lies in the other one, too; an edge beyond its opposite when nothing does.
+    PixelRect CutTo(const PixelRect& other) const {
+        return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),
+                std::min(bottom, other.bottom)};
+    }
     bool operator==(const PixelRect&) const = default;
 };
 

@@ -139,9 +139,9 @@ void CPixelPainter::Line(int x1, int y1, int x2, int y2) {
 }
 
 void CPixelPainter::Bar(const PixelRect& rect) {
-    const QRect visible = rect.ToQRect() & m_ClipBounds.ToQRect();
-    if (!visible.isEmpty())
-        AddRun(PixelRect::From(visible));
+    const PixelRect visible = rect.CutTo(m_ClipBounds);
+    if (visible.left < visible.right && visible.top < visible.bottom)
+        AddRun(visible);
 }
 
 std::vector<RunLayer> CPixelPainter::TakeLayers() const {
