@@ -17,7 +17,7 @@ constexpr QLatin1String kAlphabet(" -.0123456789");
 constexpr size_t kFirstDigit = 3;
 
 // Where the character is in the alphabet.
-std::optional<size_t> NumberOf(QChar character) {
+std::optional<size_t> IndexOf(QChar character) {
     const char16_t unit = character.unicode();
     if (unit >= u'0' && unit <= u'9')
         return unit - u'0' + kFirstDigit;
@@ -69,16 +69,16 @@ bool CDigitGlyphs::Learn() {
 
     std::array<std::optional<quint32>, kCharacters> known;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const size_t number = *NumberOf(text[i]);
-        if (known[number].value_or(glyphs[i]) != glyphs[i] || positions[i].y() != positions[0].y())
+        const size_t index = *IndexOf(text[i]);
+        if (known[index].value_or(glyphs[i]) != glyphs[i] || positions[i].y() != positions[0].y())
             return false;
-        known[number] = m_Glyph[number] = glyphs[i];
+        known[index] = m_Glyph[index] = glyphs[i];
         if (i > 0)
-            m_Step[*NumberOf(text[i - 1])][number] = positions[i].x() - positions[i - 1].x();
+            m_Step[*IndexOf(text[i - 1])][index] = positions[i].x() - positions[i - 1].x();
     }
     const QList<QPointF> advances = rawFont.advancesForGlyphIndexes({m_Glyph.begin(), m_Glyph.end()});
-    for (size_t number = 0; number < kCharacters; ++number)
-        m_LastStep[number] = advances[static_cast<qsizetype>(number)].x();
+    for (size_t index = 0; index < kCharacters; ++index)
+        m_LastStep[index] = advances[static_cast<qsizetype>(index)].x();
     return true;
 }
 
@@ -89,21 +89,21 @@ std::optional<qreal> CDigitGlyphs::Place(const QString& text) {
     std::optional<size_t> before;
     std::array<bool, kFirstDigit> seen = {};
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const std::optional<size_t> number = NumberOf(text[i]);
-        if (!number)
+        const std::optional<size_t> index = IndexOf(text[i]);
+        if (!index)
             return std::nullopt;
         // Three points are one character in some fonts.
-        if (*number < kFirstDigit && std::exchange(seen[*number], true))
+        if (*index < kFirstDigit && std::exchange(seen[*index], true))
             return std::nullopt;
         if (!m_bPlain)
             m_bPlain = Learn();
         if (!*m_bPlain)
             return std::nullopt;
         if (before)
-            x += m_Step[*before][*number];
-        m_Glyphs[static_cast<size_t>(i)] = m_Glyph[*number];
+            x += m_Step[*before][*index];
+        m_Glyphs[static_cast<size_t>(i)] = m_Glyph[*index];
         m_Positions[static_cast<size_t>(i)] = QPointF(x, 0);
-        before = number;
+        before = index;
     }
     return x + m_LastStep[*before];
 }

@@ -13,9 +13,9 @@ class QPainter;
 
 namespace Tracelyn {
 
-// A cursor step shows a new value of every signal, and to shape their texts takes the toolkit longer than all
-// the rest of the step. What it makes of two characters of a number beside each other is therefore looked up
-// once for all pairs. Widths and pixels are those that the toolkit gives for the whole text.
+// A cursor step shows a new value of every signal, and to shape their texts would be much of the step. What
+// the toolkit makes of two characters of a number beside each other is therefore looked up once for all
+// pairs. Widths and pixels are those that the toolkit gives for the whole text.
 class CDigitGlyphs {
 public:
     // Can be made only while the application object exists.

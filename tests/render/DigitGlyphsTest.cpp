@@ -108,8 +108,8 @@ TEST_F(DigitGlyphs, LeaveOtherPaintersAndFontsToTheToolkit) {
         EXPECT_FALSE(CDigitGlyphs(other).GetWidth(text));
 }
 
-// What a thread that was not made by the toolkit holds of fonts is given back on Windows by another one, with
-// or without numbers, which crashes.
+// On Windows another thread frees the fonts of a thread that the toolkit did not make, which crashes after
+// any text.
 #ifndef _WIN32
 TEST_F(DigitGlyphs, AreDrawnInOneThreadAfterAnother) {
     const QString text = QStringLiteral(" -1.5");
